@@ -1,0 +1,17 @@
+# What differs from one deployment of the service to the next. A packager sets these on the
+# command line or here; nothing else in the source names a host or the maker.
+set(VELTARO_LOOKUP_PRIMARY "https://lookup.veltaro.example/api/mobile/v1/orchinfo"
+    CACHE STRING "Primary lookup server")
+set(VELTARO_LOOKUP_BACKUP "https://lookup-backup.veltaro.example/api/mobile/v1/orchinfo"
+    CACHE STRING "Backup lookup server")
+set(VELTARO_USER_AGREEMENT_EN "https://docs.veltaro.example/en/user-agreement.html"
+    CACHE STRING "User agreement, English")
+set(VELTARO_USER_AGREEMENT_ZH "https://docs.veltaro.example/zh/user-agreement.html"
+    CACHE STRING "User agreement, Chinese")
+set(VELTARO_PRIVACY_POLICY_EN "https://docs.veltaro.example/en/privacy-policy.html"
+    CACHE STRING "Privacy policy, English")
+set(VELTARO_PRIVACY_POLICY_ZH "https://docs.veltaro.example/zh/privacy-policy.html"
+    CACHE STRING "Privacy policy, Chinese")
+set(VELTARO_MAKER_NAME "Orvek Networks" CACHE STRING "Maker's name on the about page")
+set(VELTARO_PING_TARGETS "ping1.veltaro.example;ping2.veltaro.example"
+    CACHE STRING "Hosts that the network diagnosis pings")
