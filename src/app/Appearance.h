@@ -1,0 +1,25 @@
+#pragma once
+
+class QApplication;
+class QTranslator;
+
+/// What every window of the program shares: colours, basic style, font and language. GUI thread.
+namespace appearance {
+
+/// Chooses scaling and the platform plugin's options. Call before the application object exists.
+void prepare();
+
+/// The palette's text colours.
+void applyPalette(QApplication& app);
+
+/// The rules that hold in every window.
+void applyStyleSheet(QApplication& app);
+
+/// The embedded font, when it can be loaded; otherwise the platform's font stays. The font
+/// database works on the resource's own bytes, so that the font stands in memory once.
+void applyFont(QApplication& app);
+
+/// Installs the Chinese translation when the system language is Chinese.
+void applyLanguage(QApplication& app, QTranslator& translator);
+
+} // namespace appearance

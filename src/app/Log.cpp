@@ -1,0 +1,183 @@
+#include "app/Log.h"
+
+#include "app/LogFormat.h"
+#include "app/LogMarker.h"
+#include "app/LogModel.h"
+#include "app/Platform.h"
+
+#include <QFile>
+#include <QThread>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+QMutex Log::mutex;
+LogModel* Log::m_LogModel = nullptr;
+QList<LogContent> Log::m_LogList;
+QSet<QString> Log::m_LogTitleSet;
+QSet<QString> Log::m_HisLogTitleSet;
+QVector<Log::Insertion> Log::m_pending;
+bool Log::m_showing = false;
+
+namespace {
+
+constexpr int kKeepDays = 60;
+constexpr int kHistoryDays = 15;
+
+QString logFile()
+{
+    return platform().programFile(QStringLiteral("ui.log"));
+}
+
+QByteArray readAll(QFile& file)
+{
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+// The lines from `from` on, each trimmed, as they are written back.
+QByteArray trimmedLines(const QByteArray& content, int from)
+{
+    QByteArray kept;
+    kept.reserve(content.size() - from + 1);
+    while (from < content.size()) {
+        const int feed = content.indexOf('\n', from);
+        const int end = feed < 0 ? content.size() : feed;
+        kept += content.mid(from, end - from).trimmed();
+        kept += '\n';
+        from = end + 1;
+    }
+    return kept;
+}
+
+} // namespace
+
+void Log::messageOut(QtMsgType type, const QMessageLogContext&, const QString& msg)
+{
+    const logformat::Record record = logformat::makeRecord(type, msg, platform().now());
+
+    QMutexLocker lock(&mutex);
+    LogModel* model = nullptr;
+    if (record.entry) {
+        const bool newDate = !m_LogTitleSet.contains(record.date);
+        const LogContent heading{record.date, ITEM_TITLE};
+        const LogContent time{record.time, ITEM_TIME};
+        if (newDate) {
+            m_LogTitleSet.insert(record.date);
+            m_LogList.insert(0, heading);
+        }
+        m_LogList.insert(1, *record.entry);
+        m_LogList.insert(2, time);
+
+        model = m_LogModel;
+        if (model) {
+            if (newDate)
+                m_pending.append({0, {heading, *record.entry, time}});
+            else
+                m_pending.append({1, {*record.entry, time}});
+        }
+    }
+    writeLog(record.fileLine);
+    if (!model)
+        return;
+    if (QThread::currentThread() != model->thread()) {
+        // Posted under the lock: the window takes its model back under the same lock, and a
+        // posted call goes with the model it was posted to.
+        QMetaObject::invokeMethod(model, &Log::showPending, Qt::QueuedConnection);
+        return;
+    }
+    lock.unlock();
+    showPending();
+}
+
+// Moves what was logged into the model. A view may log while rows are inserted; what it logs is
+// picked up by the loop that is already running.
+void Log::showPending()
+{
+    if (m_showing)
+        return;
+    m_showing = true;
+    forever {
+        QMutexLocker lock(&mutex);
+        LogModel* const model = m_LogModel;
+        const QVector<Insertion> batch = std::move(m_pending);
+        m_pending.clear();
+        lock.unlock();
+        if (!model || batch.isEmpty())
+            break;
+        for (const Insertion& insertion : batch)
+            model->insertContents(insertion.row, insertion.contents);
+    }
+    m_showing = false;
+}
+
+void Log::setLogModel(LogModel* model)
+{
+    const QMutexLocker lock(&mutex);
+    m_LogModel = model;
+    m_pending.clear();
+}
+
+void Log::writeLog(const QString& line)
+{
+    // Plain calls: the line is appended by a single write, whole even if another process appends
+    // too, and nothing here can log again.
+    const int fd = ::open(QFile::encodeName(logFile()).constData(),
+                          O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, 0644);
+    if (fd < 0)
+        return;
+    const QByteArray bytes = line.toUtf8() + '\n';
+    const ssize_t written = ::write(fd, bytes.constData(), size_t(bytes.size()));
+    Q_UNUSED(written) // a full disk loses the line
+    ::close(fd);
+}
+
+bool Log::needSaveLog(const QString& line, int days)
+{
+    return logformat::isRecent(line.toUtf8(), days, platform().now().date());
+}
+
+void Log::clearLog()
+{
+    QFile file(logFile());
+    const QByteArray content = readAll(file);
+    file.close();
+    const int from = logformat::firstRecent(content, kKeepDays, platform().now().date());
+    if (from == 0)
+        return;
+    if (!file.remove()) {
+        logDisplayCritical(tr("Failed to remove old log file"));
+        return;
+    }
+    if (file.open(QIODevice::WriteOnly | QIODevice::Append))
+        file.write(trimmedLines(content, from));
+}
+
+void Log::getLogContent()
+{
+    QMutexLocker lock(&mutex);
+    LogModel* const model = m_LogModel;
+    if (!model)
+        return;
+    std::deque<LogContent> rows(m_LogList.cbegin(), m_LogList.cend());
+    m_pending.clear();
+    lock.unlock();
+    model->setRows(std::move(rows));
+}
+
+void Log::getHisLog()
+{
+    QFile file(logFile());
+    if (!file.open(QIODevice::ReadOnly))
+        return;
+    QMutexLocker lock(&mutex);
+    LogModel* const model = m_LogModel;
+    if (!model)
+        return;
+    m_HisLogTitleSet.clear();
+    const QVector<LogContent> rows = logformat::historyRows(
+        file.readAll(), kHistoryDays, platform().now().date(), m_HisLogTitleSet);
+    m_pending.clear();
+    lock.unlock();
+    model->setRows(std::deque<LogContent>(rows.cbegin(), rows.cend()));
+}

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "app/LogContent.h"
+
+#include <QList>
+#include <QMutex>
+#include <QObject>
+#include <QSet>
+#include <QString>
+#include <QVector>
+
+class LogModel;
+
+/// The program's log: every message that passes through Qt's message functions becomes a line of
+/// "ui.log" in the program's folder and, when it carries the display marker (LogMarker.h), rows
+/// of the activity log. Used through static functions only.
+class Log : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// The message handler. Any thread; messages from other threads than the model's reach the
+    /// model through that thread's event loop, in the order in which they were logged.
+    static void messageOut(QtMsgType type, const QMessageLogContext& context, const QString& msg);
+
+    /// The log page's model, or null when no window shows one. GUI thread.
+    static void setLogModel(LogModel* model);
+
+    /// Appends one line to the file. A file that cannot be opened loses the line. Any thread.
+    static void writeLog(const QString& line);
+
+    /// Whether a file line is younger than `days` days.
+    static bool needSaveLog(const QString& line, int days);
+
+    /// Drops the leading lines older than 60 days from the file; a file without such lines is
+    /// left untouched. Called once, before any other thread logs.
+    static void clearLog();
+
+    /// Fills the model with the entries of this run. GUI thread.
+    static void getLogContent();
+
+    /// Fills the model with the last 15 days of the file. GUI thread; linear in the file's size.
+    static void getHisLog();
+
+private:
+    struct Insertion
+    {
+        int row;
+        QVector<LogContent> contents;
+    };
+
+    static void showPending();
+
+    static QMutex mutex; ///< guards everything below but m_showing
+    static LogModel* m_LogModel;
+    static QList<LogContent> m_LogList;      ///< this run's entries, newest first
+    static QSet<QString> m_LogTitleSet;      ///< dates with a heading in m_LogList
+    static QSet<QString> m_HisLogTitleSet;   ///< dates with a heading in a history listing
+    static QVector<Insertion> m_pending;     ///< logged, not yet in the model
+    static bool m_showing;                   ///< GUI thread: rows are being inserted right now
+};

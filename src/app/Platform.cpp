@@ -1,0 +1,28 @@
+#include "app/Platform.h"
+
+#include <QCoreApplication>
+#include <QDesktopServices>
+#include <QLocale>
+#include <QProcess>
+
+Platform::Platform()
+    : now(&QDateTime::currentDateTime),
+      isChinese([] { return QLocale::system().language() == QLocale::Chinese; }),
+      programDir(&QCoreApplication::applicationDirPath),
+      startDetached([](const QString& program, const QStringList& words) {
+          return QProcess::startDetached(program, words);
+      }),
+      arguments(&QCoreApplication::arguments), quit(&QCoreApplication::quit), openUrl(&QDesktopServices::openUrl)
+{
+}
+
+QString Platform::programFile(const QString& name) const
+{
+    return programDir() + QLatin1Char('/') + name;
+}
+
+Platform& platform()
+{
+    static Platform instance;
+    return instance;
+}

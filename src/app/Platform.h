@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QDateTime>
+#include <QString>
+#include <QStringList>
+#include <QUrl>
+
+#include <functional>
+
+/// What the program takes from its surroundings and a test may replace. Set up before the code
+/// under test runs and left alone afterwards; reading is thread-safe under that rule.
+struct Platform
+{
+    /// The wall clock, local time.
+    std::function<QDateTime()> now;
+
+    /// Whether the system language is Chinese (any script or country). Decides the translation,
+    /// the texts that exist in two languages, and the document addresses.
+    std::function<bool()> isChinese;
+
+    /// Put in front of every absolute system path that is read ("/etc/fstab", "/proc", ...).
+    /// Empty for the real system; no trailing "/".
+    QString fileRoot;
+
+    /// The folder that holds the log, the local socket, the datapath's configuration, its control
+    /// script and its tools: the folder of the executable. No trailing "/".
+    std::function<QString()> programDir;
+
+    /// Starts a program detached with its arguments; false when it could not be started.
+    std::function<bool(const QString& program, const QStringList& arguments)> startDetached;
+
+    /// The program's command line, the program itself first.
+    std::function<QStringList()> arguments;
+
+    /// Ends the program's event loop.
+    std::function<void()> quit;
+
+    /// Opens an address in the desktop's default application.
+    std::function<bool(const QUrl&)> openUrl;
+
+    /// `path` below fileRoot.
+    QString hostFile(const QString& path) const { return fileRoot + path; }
+
+    /// `name` in the program's folder.
+    QString programFile(const QString& name) const;
+
+    Platform();
+};
+
+/// The one instance, filled with the real surroundings on first use.
+Platform& platform();

@@ -1,0 +1,55 @@
+#include "app/SingleApp.h"
+
+#include "app/Platform.h"
+
+#include <QLocalServer>
+#include <QLocalSocket>
+
+SingleApp* SingleApp::m_pInstance = new SingleApp;
+
+static QString socketName()
+{
+    return platform().programFile(QStringLiteral("UI_SOCKET"));
+}
+
+SingleApp* SingleApp::instance()
+{
+    return m_pInstance;
+}
+
+SingleApp::~SingleApp()
+{
+    delete m_LocalServer;
+}
+
+bool SingleApp::isAreadyRun()
+{
+    QLocalSocket probe;
+    probe.connectToServer(socketName(), QIODevice::ReadWrite);
+    // A listener whose queue is full leaves the probe connecting: someone is there all the same.
+    const bool running = probe.isOpen() || probe.state() == QLocalSocket::ConnectingState;
+    if (!running)
+        startInstance();
+    probe.abort();
+    return running;
+}
+
+void SingleApp::startInstance()
+{
+    QLocalServer::removeServer(socketName());
+    delete m_LocalServer;
+    m_LocalServer = new QLocalServer;
+    m_LocalServer->setSocketOptions(QLocalServer::WorldAccessOption);
+    m_LocalServer->listen(socketName());
+}
+
+QLocalServer* SingleApp::getLocalServer() const
+{
+    return m_LocalServer;
+}
+
+void SingleApp::release()
+{
+    delete m_pInstance;
+    m_pInstance = nullptr;
+}

@@ -1,0 +1,60 @@
+#include "app/Appearance.h"
+#include "app/ConfigUtil.h"
+#include "app/DeepinShadowEffectListener.h"
+#include "app/Log.h"
+#include "app/SingleApp.h"
+#include "login/DlgLogin.h"
+#include "main/DlgMain.h"
+
+#include <QApplication>
+#include <QLoggingCategory>
+#include <QSystemSemaphore>
+#include <QTranslator>
+
+#include <memory>
+
+// Of two copies started together exactly one listens: the semaphore is held across probe and
+// listen.
+static bool anotherCopyRuns(QSystemSemaphore& guard)
+{
+    guard.acquire();
+    const bool running = SingleApp::instance()->isAreadyRun();
+    guard.release();
+    return running;
+}
+
+static int runSession(QApplication& app)
+{
+    DlgMain mainWindow(nullptr);
+    mainWindow.show();
+    const int result = app.exec();
+    SingleApp::release();
+    return result;
+}
+
+int main(int argc, char* argv[])
+{
+    appearance::prepare();
+    QApplication app(argc, argv);
+    ConfigUtil::createConfigPath();
+    QSystemSemaphore guard(QStringLiteral("com.orvek.ostrana"), 1, QSystemSemaphore::Create);
+    appearance::applyPalette(app);
+    appearance::applyStyleSheet(app);
+    appearance::applyFont(app);
+    QLoggingCategory::defaultCategory()->setEnabled(QtDebugMsg, true);
+    qInstallMessageHandler(&Log::messageOut);
+    QTranslator translator;
+    appearance::applyLanguage(app, translator);
+
+    if (anotherCopyRuns(guard))
+        return 0;
+
+    if (isDeepinDesktop(qEnvironmentVariable("XDG_CURRENT_DESKTOP")))
+        DeepinShadowEffectListener::instance()->checkOnStart();
+
+    DlgLogin login(nullptr);
+    if (login.exec() == QDialog::Accepted)
+        return runSession(app);
+    SingleApp::release();
+    return 0;
+}
