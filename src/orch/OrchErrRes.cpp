@@ -1,0 +1,246 @@
+#include "orch/OrchErrRes.h"
+
+#include "app/ConfigUtil.h"
+#include "app/Platform.h"
+#include "orch/JsonUtil.h"
+#include "orch/MaskSecrets.h"
+#include "orch/OrchErrCode.h"
+#include "orch/OrchRequests.h"
+#include "orch/ReplyFacts.h"
+#include "orch/Util.h"
+
+#include <QCoreApplication>
+#include <QJsonDocument>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QtDebug>
+
+namespace {
+
+constexpr int kTransferTimeoutMs = 40000;
+constexpr char kVersionProperty[] = "resourceVersion";
+
+/// A published resource.
+struct ResourceAddress
+{
+    QString version;
+    QString url;
+
+    static ResourceAddress in(const QJsonObject& object)
+    {
+        return {
+            JsonUtil::getQString(object, QStringLiteral("errorResourceVersion"), QString()),
+            JsonUtil::getQString(object, QStringLiteral("errorResourceDownloadUrl"), QString())};
+    }
+};
+
+QJsonObject parametersOf(const QJsonObject& body)
+{
+    return JsonUtil::getObject(body, QStringLiteral("parameters"));
+}
+
+QString stored(const QString& key)
+{
+    return ConfigUtil::getvalue(key, QString()).toString();
+}
+
+bool isHttp(const QUrl& url)
+{
+    return url.isValid() &&
+           (url.scheme() == QLatin1String("http") || url.scheme() == QLatin1String("https"));
+}
+
+QString invalidCustomerText(bool chinese)
+{
+    return chinese ? QStringLiteral("Customer ID 不正确，请重新输入或联系网络管理员。")
+                   : QStringLiteral("Invalid Customer ID. Please enter again or contact your "
+                                    "network administrator.");
+}
+
+} // namespace
+
+OrchErrRes* OrchErrRes::m_pInstance = nullptr;
+
+OrchErrRes* OrchErrRes::getInstance()
+{
+    if (!m_pInstance) {
+        m_pInstance = new OrchErrRes;
+        m_pInstance->init();
+        qAddPostRoutine(&OrchErrRes::release);
+    }
+    return m_pInstance;
+}
+
+void OrchErrRes::release()
+{
+    qRemovePostRoutine(&OrchErrRes::release);
+    delete m_pInstance;
+    m_pInstance = nullptr;
+}
+
+OrchErrRes::OrchErrRes() = default;
+OrchErrRes::~OrchErrRes() = default;
+
+void OrchErrRes::init()
+{
+    version.clear();
+    downVersion.clear();
+    m_NetMgr = new QNetworkAccessManager(this);
+    m_NetMgr->setTransferTimeout(kTransferTimeoutMs);
+    connect(m_NetMgr, &QNetworkAccessManager::finished, this, &OrchErrRes::netReply);
+}
+
+void OrchErrRes::setCustomerId(const QString& customerId)
+{
+    m_customerId = customerId;
+}
+
+bool OrchErrRes::isComplete() const
+{
+    return !mapCn.isEmpty() && !mapEn.isEmpty();
+}
+
+void OrchErrRes::loadRes(const QString& path, const QString& authUrl)
+{
+    if (!version.isEmpty() && isComplete())
+        return;
+    const QString storedVersion = stored(ConfigUtil::ORCH_ERROR_VERSION);
+    const QString storedRes = stored(ConfigUtil::ORCH_ERROR_RES);
+    if (!storedVersion.isEmpty() && !storedRes.isEmpty()) {
+        updateMemoryRes(storedRes.toUtf8());
+        version = storedVersion;
+    }
+    updateResFromOrch(path, authUrl);
+}
+
+void OrchErrRes::updateResFromOrch(const QString& path, const QString& authUrl)
+{
+    const QString root = authUrl.isEmpty() ? stored(ConfigUtil::AUTHURL) : authUrl;
+    sendOrchRequest(*m_NetMgr, orchrequest::errorResourceAddress(
+                                   root, path, {Util::getSerial(), m_customerId, QString()}));
+}
+
+void OrchErrRes::downloadAndUpdaeRes(const QByteArray& json)
+{
+    const QJsonObject body = JsonUtil::object(json);
+    ResourceAddress address = ResourceAddress::in(body);
+    if (address.version.isEmpty() && address.url.isEmpty())
+        address = ResourceAddress::in(parametersOf(body));
+    if (address.version == version && isComplete())
+        return;
+    if (m_download && address.version == downVersion)
+        return;
+    const QUrl url(address.url);
+    if (!isHttp(url)) {
+        qDebug().noquote() << "No orch error resource to download at" << url.toDisplayString();
+        return;
+    }
+    downVersion = address.version;
+    m_download = sendOrchRequest(
+        *m_NetMgr, orchrequest::errorResourceDocument(address.url, Util::getSerial()));
+    // Another download may have started by the time this one ends.
+    m_download->setProperty(kVersionProperty, downVersion);
+}
+
+void OrchErrRes::saveResToLocal(const QString& res, const QString& resVersion)
+{
+    ConfigUtil::writeValue(ConfigUtil::ORCH_ERROR_RES, res);
+    ConfigUtil::writeValue(ConfigUtil::ORCH_ERROR_VERSION, resVersion);
+    version = resVersion;
+}
+
+void OrchErrRes::updateMemoryRes(const QByteArray& json)
+{
+    mapCn.clear();
+    mapEn.clear();
+    m_mapVersionLow.clear();
+    const QJsonObject document = JsonUtil::object(json);
+    for (const QJsonValue& member : document) {
+        const QJsonObject entry = member.toObject();
+        if (!entry.value(QStringLiteral("error_Code")).isDouble())
+            continue;
+        const int code = JsonUtil::getInt(entry, QStringLiteral("error_Code"), 0);
+        const QJsonObject texts = JsonUtil::getObject(entry, QStringLiteral("error_Desc"));
+        mapEn.insert(code, JsonUtil::getQString(texts, QStringLiteral("en"), QString()));
+        mapCn.insert(code, JsonUtil::getQString(texts, QStringLiteral("cn"), QString()));
+        m_mapVersionLow.insert(code,
+                               JsonUtil::getBool(entry, QStringLiteral("clientVersionLow"), false));
+    }
+}
+
+bool OrchErrRes::isVersionLow(int code) const
+{
+    return m_mapVersionLow.value(code, false);
+}
+
+QString OrchErrRes::getOrchErrContent(const QByteArray& body)
+{
+    const QJsonObject object = JsonUtil::object(body);
+    const int code = JsonUtil::getInt(object, QStringLiteral("code"), -1);
+    if (code == -1)
+        return QString();
+    const ResourceAddress address = ResourceAddress::in(parametersOf(object));
+    if (!address.version.isEmpty() && !address.url.isEmpty() &&
+        (address.version != version || !isComplete()))
+        downloadAndUpdaeRes(body);
+    const bool chinese = platform().isChinese();
+    const QString text = chinese ? mapCn.value(code) : mapEn.value(code);
+    return renderOrchError(object, text, isVersionLow(code), chinese);
+}
+
+void OrchErrRes::netReply(QNetworkReply* reply)
+{
+    const QByteArray body = replyBody(reply);
+    const int status = httpStatus(reply);
+    const bool ok = status == 200 && reply->error() == QNetworkReply::NoError;
+    if (reply->url().toString().contains(QLatin1String("error/resource/url")))
+        addressReply(body, status, ok);
+    else
+        documentReply(reply, body, status, ok);
+    reply->deleteLater();
+}
+
+void OrchErrRes::addressReply(const QByteArray& body, int status, bool ok)
+{
+    if (ok) {
+        qDebug("Succeeded in obtaining orch error resource url");
+        downloadAndUpdaeRes(body);
+        return;
+    }
+    qDebug().noquote().nospace() << "Failed to get resource file of orch: "
+                                 << " statuscode " << status << " orch return text "
+                                 << maskSecrets(body);
+}
+
+void OrchErrRes::documentReply(QNetworkReply* reply, const QByteArray& body, int status, bool ok)
+{
+    if (reply == m_download)
+        m_download.clear();
+    // A login page of the network in between answers 200 as well.
+    if (!ok || !QJsonDocument::fromJson(body).isObject()) {
+        qDebug().noquote().nospace()
+            << "Failed to download orch resource: "
+            << " statuscode " << status << " orch return text " << maskSecrets(body);
+        return;
+    }
+    saveResToLocal(QString::fromUtf8(body), reply->property(kVersionProperty).toString());
+    updateMemoryRes(body);
+}
+
+QString renderOrchError(const QJsonObject& body, const QString& resourceText, bool versionLow,
+                        bool chinese)
+{
+    const int code = JsonUtil::getInt(body, QStringLiteral("code"), -1);
+    if (code == -1)
+        return QString();
+    QString text = resourceText;
+    if (code == orchcode::kInvalidCustomerId)
+        text = invalidCustomerText(chinese);
+    if (code == orchcode::kLockedForDuration) {
+        const int duration = JsonUtil::getInt(body, QStringLiteral("duration"), 30);
+        text.replace(QStringLiteral("30"), QString::number(duration));
+    }
+    if (text.isEmpty())
+        text = JsonUtil::getQString(body, QStringLiteral("message"), QString());
+    return versionLow ? text : QString::number(code) + QLatin1Char(' ') + text;
+}

@@ -1,0 +1,202 @@
+#include "orch/OrchIpc.h"
+
+#include "app/ConfigUtil.h"
+#include "app/Deployment.h"
+#include "orch/ClientInfo.h"
+#include "orch/JsonUtil.h"
+#include "orch/MaskSecrets.h"
+#include "orch/OrchIdentity.h"
+#include "orch/OrchRequests.h"
+#include "orch/ReplyFacts.h"
+#include "orch/ReplyVerdict.h"
+#include "orch/Util.h"
+
+#include <QCoreApplication>
+#include <QJsonDocument>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QtDebug>
+
+namespace ipc {
+
+namespace {
+
+OrchIpc* s_instance = nullptr;
+
+/// The network machinery must be gone before the application object is.
+void releaseInstance()
+{
+    delete s_instance;
+    s_instance = nullptr;
+}
+
+QByteArray withoutPassword(const QByteArray& body)
+{
+    QJsonObject object = JsonUtil::object(body);
+    object.remove(QStringLiteral("password"));
+    return QJsonDocument(object).toJson(QJsonDocument::Compact);
+}
+
+} // namespace
+
+OrchIpc* OrchIpc::instance()
+{
+    if (!s_instance) {
+        s_instance = new OrchIpc;
+        qAddPostRoutine(&releaseInstance);
+    }
+    const QString debugUrl = ConfigUtil::getvalue(ConfigUtil::DEBUGAUTHURL, QString()).toString();
+    if (!debugUrl.isEmpty())
+        s_instance->m_authUrl = debugUrl;
+    else if (s_instance->m_authUrl.isEmpty())
+        s_instance->m_authUrl = ConfigUtil::getvalue(ConfigUtil::AUTHURL, QString()).toString();
+    return s_instance;
+}
+
+OrchIpc::OrchIpc() : m_manager(new QNetworkAccessManager(this))
+{
+    connect(m_manager, &QNetworkAccessManager::finished, this, &OrchIpc::onFinished);
+}
+
+OrchIpc::~OrchIpc() = default;
+
+void OrchIpc::setMainAuthUrl(const QString& url)
+{
+    m_authUrl = url;
+}
+
+void OrchIpc::appendClientInfo(QJsonObject* body)
+{
+    body->insert(QStringLiteral("traceExtraInfo"), clientInfo(gatherClientFacts()));
+}
+
+void OrchIpc::send(const OrchRequest& request, const OrchIpcCbFunc& cb,
+                   const OrchIpcErrCbFunc& errCb)
+{
+    m_callbackMap.insert(sendOrchRequest(*m_manager, request), {cb, errCb});
+}
+
+void OrchIpc::onFinished(QNetworkReply* reply)
+{
+    // Taken out first: a callback may send requests, run an event loop, or never come back here
+    // before the next reply does.
+    const OrchCallbacks callbacks = m_callbackMap.take(reply);
+    if (callbacks.m_cb || callbacks.m_errCb) {
+        const QByteArray body = replyBody(reply);
+        if (replySucceeded(reply->error(), httpStatus(reply), body)) {
+            if (callbacks.m_cb)
+                callbacks.m_cb(body);
+        } else if (callbacks.m_errCb) {
+            callbacks.m_errCb(body, reply);
+        }
+    }
+    reply->deleteLater();
+}
+
+QNetworkReply* OrchIpc::_verifyCustomerId(const QString& url, const QString& customerId)
+{
+    const OrchRequest request =
+        orchrequest::verifyCustomer(url, {Util::getSerial(), customerId, QString()});
+    qDebug("Begin to get authentication URL");
+    qDebug().noquote() << maskSecrets(request.body);
+    return sendOrchRequest(*m_manager, request);
+}
+
+void OrchIpc::verifyCustomerId(const QString& customerId, const OrchIpcCbFunc& cb,
+                               const OrchIpcErrCbFunc& errCb)
+{
+    m_callbackMap.insert(_verifyCustomerId(deployment::lookupPrimary(), customerId), {cb, errCb});
+}
+
+void OrchIpc::verifyCustomerIdUsingBackUrl(const QString& customerId, const OrchIpcCbFunc& cb,
+                                           const OrchIpcErrCbFunc& errCb)
+{
+    m_callbackMap.insert(_verifyCustomerId(deployment::lookupBackup(), customerId), {cb, errCb});
+}
+
+QNetworkReply* OrchIpc::_getPrivacyVersion(const QString& lookupUrl)
+{
+    qDebug("getPrivacyVersion");
+    return sendOrchRequest(*m_manager, orchrequest::privacyVersion(lookupUrl, Util::getSerial()));
+}
+
+void OrchIpc::getPrivacyVerFromMain(const OrchIpcCbFunc& cb, const OrchIpcErrCbFunc& errCb)
+{
+    m_callbackMap.insert(_getPrivacyVersion(deployment::lookupPrimary()), {cb, errCb});
+}
+
+void OrchIpc::getPrivacyVerFromBackup(const OrchIpcCbFunc& cb, const OrchIpcErrCbFunc& errCb)
+{
+    m_callbackMap.insert(_getPrivacyVersion(deployment::lookupBackup()), {cb, errCb});
+}
+
+void OrchIpc::obtainPubKey(const QString& customerId, const OrchIpcCbFunc& cb,
+                           const OrchIpcErrCbFunc& errCb)
+{
+    send(orchrequest::publicKey(m_authUrl, storedIdentity(customerId)), cb, errCb);
+}
+
+void OrchIpc::authConfig(const QString& customerId, const OrchIpcCbFunc& cb,
+                         const OrchIpcErrCbFunc& errCb)
+{
+    send(orchrequest::authConfig(m_authUrl, storedIdentity(customerId)), cb, errCb);
+}
+
+void OrchIpc::sendLoginRequest(const LoginParams& params, const OrchIpcCbFunc& cb,
+                               const OrchIpcErrCbFunc& errCb)
+{
+    const ClientFacts facts = gatherClientFacts();
+    const OrchRequest request =
+        orchrequest::login(m_authUrl, facts.serial, params, clientInfo(facts));
+    if (params.token.isEmpty())
+        qDebug().noquote() << maskSecrets(withoutPassword(request.body));
+    send(request, cb, errCb);
+}
+
+void OrchIpc::asynAuthPoll(const AsyncAuthPollParams& params, const OrchIpcCbFunc& cb,
+                           const OrchIpcErrCbFunc& errCb)
+{
+    qDebug("Check asyn auth result");
+    send(orchrequest::asyncAuthPoll(Util::getSerial(), params), cb, errCb);
+}
+
+void OrchIpc::signoutNotifyOrch(const SignoutParams& params, const OrchIpcCbFunc& cb,
+                                const OrchIpcErrCbFunc& errCb)
+{
+    Q_ASSERT(params.reason == DisConnNormalReason || params.reason == DisConnOrchNotifyReason);
+    send(orchrequest::signout(m_authUrl, Util::getSerial(), params), cb, errCb);
+}
+
+void OrchIpc::connect2Orch(const Connect2OrchParams& params, const OrchIpcCbFunc& cb,
+                           const OrchIpcErrCbFunc& errCb)
+{
+    Q_ASSERT(params.reason != DisConnAbnormalReason);
+    const OrchRequest request = orchrequest::connectSession(
+        m_authUrl, storedIdentity(params.customerId), params.reason, Util::getNICIp());
+    qDebug().noquote() << "Connect param" << maskSecrets(request.body);
+    send(request, cb, errCb);
+}
+
+void OrchIpc::upgradeCheck(const QString& customerId, const OrchIpcCbFunc& cb,
+                           const OrchIpcErrCbFunc& errCb)
+{
+    const OrchRequest request =
+        orchrequest::upgradeCheck(m_authUrl, storedIdentity(customerId), Util::getDistributionId(),
+                                  Util::getCpuArchitecture());
+    qDebug().noquote() << "Upgrade check param" << maskSecrets(request.body);
+    send(request, cb, errCb);
+}
+
+void OrchIpc::queryOrchUpgrade(const QString& customerId, const OrchIpcCbFunc& cb,
+                               const OrchIpcErrCbFunc& errCb)
+{
+    send(orchrequest::maintenanceNotice(m_authUrl, storedIdentity(customerId)), cb, errCb);
+}
+
+void OrchIpc::getCustomerLogo(const QString& customerId, const OrchIpcCbFunc& cb,
+                              const OrchIpcErrCbFunc& errCb)
+{
+    send(orchrequest::customerLogo(m_authUrl, storedIdentity(customerId)), cb, errCb);
+}
+
+} // namespace ipc

@@ -1,0 +1,47 @@
+#include "orch/OrchRequest.h"
+
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QNetworkRequest>
+
+namespace {
+
+/// A line break in a value (a token is whatever a server once sent) would start another header.
+QByteArray headerValue(const QByteArray& value)
+{
+    QByteArray line(""); // not null: a null value would remove the header
+    for (const char c : value) {
+        if (c != '\r' && c != '\n' && c != '\0')
+            line += c;
+    }
+    return line;
+}
+
+/// Servers hand out addresses; "file" or "data" ones must not reach the manager's other backends.
+QUrl httpUrl(const QUrl& url)
+{
+    const QString scheme = url.scheme();
+    return scheme == QLatin1String("http") || scheme == QLatin1String("https") ? url : QUrl();
+}
+
+} // namespace
+
+QNetworkReply* sendOrchRequest(QNetworkAccessManager& manager, const OrchRequest& request)
+{
+    QNetworkRequest network(httpUrl(request.url));
+    network.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
+                         QNetworkRequest::ManualRedirectPolicy);
+    network.setTransferTimeout(request.timeoutMs);
+    for (const auto& header : request.headers)
+        network.setRawHeader(header.first, headerValue(header.second));
+
+    switch (request.method) {
+    case OrchRequest::Method::Post:
+        return manager.post(network, request.body);
+    case OrchRequest::Method::Put:
+        return manager.put(network, request.body);
+    case OrchRequest::Method::Get:
+        break;
+    }
+    return manager.get(network);
+}

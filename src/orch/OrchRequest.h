@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QPair>
+#include <QUrl>
+
+class QNetworkAccessManager;
+class QNetworkReply;
+
+/// One HTTP exchange with a lookup server or an orchestrator, described by values.
+struct OrchRequest
+{
+    enum class Method { Get, Post, Put };
+
+    Method method = Method::Get;
+    QUrl url;
+    /// In sending order, "Content-Type" included. An empty value is sent as an empty header.
+    QList<QPair<QByteArray, QByteArray>> headers;
+    QByteArray body; ///< ignored by Get
+    /// Longest time without any data in either direction, in milliseconds; 0 for no bound.
+    int timeoutMs = 40000;
+};
+
+/// Sends the request and returns its reply, which belongs to the manager until the receiver of
+/// its finished signal releases it. Always finishes asynchronously: also an address that is
+/// empty, malformed or neither http nor https only leads to a reply with a network error.
+/// Redirects are not followed: a 3xx answer is the answer. A time-out finishes the reply with
+/// QNetworkReply::OperationCanceledError. Call on the manager's thread.
+QNetworkReply* sendOrchRequest(QNetworkAccessManager& manager, const OrchRequest& request);

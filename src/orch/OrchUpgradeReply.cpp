@@ -1,0 +1,43 @@
+#include "orch/OrchUpgradeReply.h"
+
+#include "app/ConfigUtil.h"
+#include "app/Platform.h"
+#include "orch/JsonUtil.h"
+
+#include <QJsonObject>
+#include <QStringList>
+
+OrchUpgradeReply parseOrchUpgradeReply(const QByteArray& body)
+{
+    const QJsonObject json = JsonUtil::object(body);
+    const bool chinese = platform().isChinese();
+    const auto text = [&json](const char* key) {
+        return json.value(QLatin1String(key)).toString();
+    };
+    const auto number = [&json](const char* key, qlonglong missing) {
+        // Beyond the range of exact integers a double is no time any more.
+        const double value = json.value(QLatin1String(key)).toDouble(double(missing));
+        return qAbs(value) < 9e15 ? qlonglong(value) : missing;
+    };
+    OrchUpgradeReply reply;
+    reply.type = text("type");
+    reply.templates = text("template");
+    reply.id = text("id");
+    reply.startTime = number("startTime", 0);
+    reply.endTime = number("endTime", 0);
+    reply.currentTime = number("currentTime", 0);
+    reply.noticeTime = number("noticeTime", 60);
+    reply.message = text(chinese ? "message_zh" : "message_en");
+    reply.title = text(chinese ? "title_zh" : "title_en");
+    reply.state = text("state");
+    return reply;
+}
+
+void recordMaintenanceNotice(const QString& id)
+{
+    QStringList handled =
+        ConfigUtil::getvalue(ConfigUtil::ORCH_UPGRADE_TASK_ID, QStringList()).toStringList();
+    if (!handled.contains(id))
+        handled.append(id);
+    ConfigUtil::writeValue(ConfigUtil::ORCH_UPGRADE_TASK_ID, handled);
+}
