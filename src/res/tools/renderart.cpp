@@ -1,0 +1,185 @@
+// Draws the pictures of the resource tree from their SVG sources.
+//
+//     renderart LIST ART_DIR OUT_DIR
+//
+// Each line of LIST names a picture, its source, its size and, for sources drawn in
+// "currentColor", the colour:
+//
+//     close.png     close.svg   16        #7f8fa4
+//     brand.png     brand.svg   240x400
+//     veltaro.ico   mark.svg    16,32,48
+//
+// A .png is also drawn at twice its size as NAME@2x.png. An .ico holds one PNG entry for each
+// size. Sizes must keep the proportions of the source.
+
+#include <QBuffer>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QImage>
+#include <QPainter>
+#include <QRegularExpression>
+#include <QSaveFile>
+#include <QSvgRenderer>
+#include <QTextStream>
+#include <QtEndian>
+
+#include <cstdio>
+
+namespace {
+
+struct Picture
+{
+    QString name;
+    QString source;
+    QVector<QSize> sizes;
+    QString colour;
+};
+
+[[noreturn]] void fail(const QString& what)
+{
+    std::fprintf(stderr, "renderart: %s\n", qPrintable(what));
+    std::exit(1);
+}
+
+QVector<QSize> parseSizes(const QString& text, const QString& where)
+{
+    QVector<QSize> sizes;
+    for (const QString& part : text.split(QLatin1Char(','))) {
+        const QStringList sides = part.split(QLatin1Char('x'));
+        const QSize size(sides.first().toInt(), sides.last().toInt());
+        if (size.isEmpty() || sides.size() > 2)
+            fail(where + QStringLiteral(": bad size ") + part);
+        sizes.append(size);
+    }
+    return sizes;
+}
+
+QVector<Picture> readList(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
+        fail(path + QStringLiteral(": cannot be read"));
+    QVector<Picture> pictures;
+    QTextStream in(&file);
+    for (int number = 1; !in.atEnd(); ++number) {
+        const QString line = in.readLine().trimmed();
+        if (line.isEmpty() || line.startsWith(QLatin1Char('#')))
+            continue;
+        const QString where = QStringLiteral("%1:%2").arg(path).arg(number);
+        const QStringList words =
+            line.split(QRegularExpression(QStringLiteral("\\s+")), Qt::SkipEmptyParts);
+        if (words.size() < 3 || words.size() > 4)
+            fail(where + QStringLiteral(": expected name, source, size and perhaps a colour"));
+        pictures.append({words[0], words[1], parseSizes(words[2], where), words.value(3)});
+    }
+    return pictures;
+}
+
+QByteArray readSource(const Picture& picture, const QString& artDir)
+{
+    QFile file(artDir + QLatin1Char('/') + picture.source);
+    if (!file.open(QIODevice::ReadOnly))
+        fail(file.fileName() + QStringLiteral(": cannot be read"));
+    QByteArray svg = file.readAll();
+    const bool tinted = svg.contains("currentColor");
+    if (tinted == picture.colour.isEmpty())
+        fail(picture.name + QStringLiteral(": a colour goes with a source in currentColor"));
+    return svg.replace("currentColor", picture.colour.toLatin1());
+}
+
+QImage draw(QSvgRenderer& svg, const QSize& size, const QString& name)
+{
+    const QSizeF box = svg.viewBoxF().size();
+    if (qAbs(box.width() * size.height() - box.height() * size.width()) >
+        0.02 * box.width() * size.height())
+        fail(name + QStringLiteral(": the size would distort the source"));
+    QImage image(size, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+    svg.render(&painter);
+    painter.end();
+    return image.convertToFormat(QImage::Format_ARGB32);
+}
+
+QByteArray png(const QImage& image)
+{
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, "PNG", 0);
+    return bytes;
+}
+
+template <typename T> void append(QByteArray& bytes, T value)
+{
+    const T little = qToLittleEndian(value);
+    bytes.append(reinterpret_cast<const char*>(&little), int(sizeof(T)));
+}
+
+/// The ICO format: a header of 6 bytes, a directory entry of 16 bytes for each image (a side of
+/// 256 is written as 0), then the images.
+QByteArray ico(const QVector<QImage>& images)
+{
+    QByteArray directory;
+    QByteArray body;
+    append<quint16>(directory, 0);
+    append<quint16>(directory, 1);
+    append<quint16>(directory, quint16(images.size()));
+    const int start = 6 + 16 * images.size();
+    for (const QImage& image : images) {
+        const QByteArray data = png(image);
+        append<quint8>(directory, quint8(image.width()));
+        append<quint8>(directory, quint8(image.height()));
+        append<quint16>(directory, 0);
+        append<quint16>(directory, 1);
+        append<quint16>(directory, 32);
+        append<quint32>(directory, quint32(data.size()));
+        append<quint32>(directory, quint32(start + body.size()));
+        body += data;
+    }
+    return directory + body;
+}
+
+void write(const QString& path, const QByteArray& bytes)
+{
+    QDir().mkpath(QFileInfo(path).path());
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit())
+        fail(path + QStringLiteral(": cannot be written"));
+}
+
+void render(const Picture& picture, const QString& artDir, const QString& outDir)
+{
+    QSvgRenderer svg(readSource(picture, artDir));
+    if (!svg.isValid())
+        fail(picture.source + QStringLiteral(": not a drawing"));
+    const QString path = outDir + QLatin1Char('/') + picture.name;
+    if (path.endsWith(QLatin1String(".ico"))) {
+        QVector<QImage> images;
+        for (const QSize& size : picture.sizes)
+            images.append(draw(svg, size, picture.name));
+        write(path, ico(images));
+    } else if (path.endsWith(QLatin1String(".png")) && picture.sizes.size() == 1) {
+        const QSize size = picture.sizes.first();
+        write(path, png(draw(svg, size, picture.name)));
+        write(path.chopped(4) + QStringLiteral("@2x.png"),
+              png(draw(svg, size * 2, picture.name)));
+    } else {
+        fail(picture.name + QStringLiteral(": neither a .png of one size nor an .ico"));
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    if (argc != 4)
+        fail(QStringLiteral("usage: renderart LIST ART_DIR OUT_DIR"));
+    const QString artDir = QString::fromLocal8Bit(argv[2]);
+    const QString outDir = QString::fromLocal8Bit(argv[3]);
+    for (const Picture& picture : readList(QString::fromLocal8Bit(argv[1])))
+        render(picture, artDir, outDir);
+    return 0;
+}

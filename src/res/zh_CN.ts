@@ -1,0 +1,690 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="zh_CN" sourcelanguage="en">
+<context>
+    <name>CommonTipsDialog</name>
+    <message>
+        <source>Confirm</source>
+        <translation>确定</translation>
+    </message>
+</context>
+<context>
+    <name>ConfirmDialog</name>
+    <message>
+        <source>No</source>
+        <translation>否</translation>
+    </message>
+    <message>
+        <source>Yes</source>
+        <translation>是</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>确定</translation>
+    </message>
+</context>
+<context>
+    <name>DialogPrivacy</name>
+    <message>
+        <source>User Agreement and Privacy Policy</source>
+        <translation>用户协议和隐私政策</translation>
+    </message>
+    <message>
+        <source>We respect your privacy. Please read the following to learn more about out User Agreement and Privacy Policy.This Policy explains which personal data we collect and process through interactions with you or your use of our services.&lt;br&gt;&lt;br&gt;The Permissions we will use: Access Device Information, View Network Connections, Full Network Access.&lt;br&gt;Please check our &lt;a style=&quot;color:%1&quot; href=&quot;%2&quot;&gt;User Agreement&lt;/a&gt; and &lt;a style=&quot;color:%3&quot; href=&quot;%4&quot;&gt;Privacy Policy&lt;/a&gt;.</source>
+        <translation>我们尊重您的隐私。请阅读以下内容，了解我们的用户协议和隐私政策。本政策说明在您与我们互动或使用我们的服务时，我们会收集和处理哪些个人数据。&lt;br&gt;&lt;br&gt;我们将使用以下权限：读取设备信息、查看网络连接、完全的网络访问权限。&lt;br&gt;请查阅我们的&lt;a style=&quot;color:%1&quot; href=&quot;%2&quot;&gt;《用户协议》&lt;/a&gt;和&lt;a style=&quot;color:%3&quot; href=&quot;%4&quot;&gt;《隐私政策》&lt;/a&gt;。</translation>
+    </message>
+    <message>
+        <source>Decline</source>
+        <translation>拒绝</translation>
+    </message>
+    <message>
+        <source>Accept</source>
+        <translation>同意</translation>
+    </message>
+</context>
+<context>
+    <name>DlgChangePassPrompt</name>
+    <message>
+        <source>Change Password</source>
+        <translation>修改密码</translation>
+    </message>
+    <message>
+        <source>Password has been changed,please log in again.</source>
+        <translation>密码已修改，请重新登录。</translation>
+    </message>
+    <message>
+        <source>Your password has been successfully reset.Please log in again.</source>
+        <translation>您的密码已重置成功，请重新登录。</translation>
+    </message>
+    <message>
+        <source>Password has been reset, please contact the admin to obtain a new password and login again</source>
+        <translation>密码已被重置，请联系管理员获取新密码后重新登录</translation>
+    </message>
+</context>
+<context>
+    <name>DlgLogin</name>
+    <message>
+        <source>Version </source>
+        <translation>版本 </translation>
+    </message>
+    <message>
+        <source>Continue...</source>
+        <translation>继续...</translation>
+    </message>
+    <message>
+        <source>Continue</source>
+        <translation>继续</translation>
+    </message>
+    <message>
+        <source>Your network may be slow. Still connecting, please wait</source>
+        <translation>您的网络可能较慢，仍在连接，请稍候</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>关闭</translation>
+    </message>
+    <message>
+        <source>Customer ID</source>
+        <translation>客户ID</translation>
+    </message>
+    <message>
+        <source>Enter the customer ID that you received from your administrator.</source>
+        <translation>请输入管理员提供给您的客户ID。</translation>
+    </message>
+    <message>
+        <source>Welcome</source>
+        <translation>欢迎使用</translation>
+    </message>
+    <message>
+        <source>Back</source>
+        <translation>返回</translation>
+    </message>
+    <message>
+        <source>Username</source>
+        <translation>用户名</translation>
+    </message>
+    <message>
+        <source>Password</source>
+        <translation>密码</translation>
+    </message>
+    <message>
+        <source>Remember me</source>
+        <translation>记住密码</translation>
+    </message>
+    <message>
+        <source>Auto Login</source>
+        <translation>自动登录</translation>
+    </message>
+    <message>
+        <source>Login</source>
+        <translation>登录</translation>
+    </message>
+    <message>
+        <source>Forget Password?</source>
+        <translation>忘记密码？</translation>
+    </message>
+    <message>
+        <source>Log in</source>
+        <translation>登录</translation>
+    </message>
+</context>
+<context>
+    <name>DlgMain</name>
+    <message>
+        <source>Home</source>
+        <translation>首页</translation>
+    </message>
+    <message>
+        <source>Setting</source>
+        <translation>设置</translation>
+    </message>
+    <message>
+        <source>Log</source>
+        <translation>日志</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>退出</translation>
+    </message>
+    <message>
+        <source>About</source>
+        <translation>关于</translation>
+    </message>
+    <message>
+        <source>Minimise</source>
+        <translation>最小化</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>关闭</translation>
+    </message>
+    <message>
+        <source>Send rate</source>
+        <translation>发送速率</translation>
+    </message>
+    <message>
+        <source>Receive rate</source>
+        <translation>接收速率</translation>
+    </message>
+    <message>
+        <source>Connect</source>
+        <translation>连接</translation>
+    </message>
+    <message>
+        <source>View All</source>
+        <translation>查看全部</translation>
+    </message>
+    <message>
+        <source>Switch Account</source>
+        <translation>切换账号</translation>
+    </message>
+    <message>
+        <source>Quit Application</source>
+        <translation>退出程序</translation>
+    </message>
+    <message>
+        <source>Open </source>
+        <translation>打开 </translation>
+    </message>
+    <message>
+        <source>Exit</source>
+        <translation>退出</translation>
+    </message>
+    <message>
+        <source>Running in
+Intranet Mode</source>
+        <translation>运行于
+内网模式</translation>
+    </message>
+    <message>
+        <source>User </source>
+        <translation>用户 </translation>
+    </message>
+    <message>
+        <source> login successful</source>
+        <translation> 登录成功</translation>
+    </message>
+    <message>
+        <source>Connection canceled during waiting agent</source>
+        <translation>等待 agent 时取消连接</translation>
+    </message>
+    <message>
+        <source>Firewall is enabled, %1 inbound traffic will not pass through the firewall.</source>
+        <translation>防火墙已启用，%1 入站流量将不经过防火墙。</translation>
+    </message>
+    <message>
+        <source>Firewall is closed</source>
+        <translation>防火墙已关闭</translation>
+    </message>
+    <message>
+        <source>The rule for %1 inbound traffic was removed and the rule has been rewritten to restore it.</source>
+        <translation>%1 入站流量的规则被删除，已重新写入规则进行恢复。</translation>
+    </message>
+    <message>
+        <source>Received DP data</source>
+        <translation>收到 DP 数据</translation>
+    </message>
+    <message>
+        <source>Receive disconnect event</source>
+        <translation>收到断开连接事件</translation>
+    </message>
+    <message>
+        <source>The assigned virtual IP is </source>
+        <translation>分配的虚拟 IP 为 </translation>
+    </message>
+    <message>
+        <source>Connection canceled after receiving agent notification</source>
+        <translation>收到 agent 通知后取消连接</translation>
+    </message>
+    <message>
+        <source>Failed to init dispatch tool</source>
+        <translation>初始化 dispatch 工具失败</translation>
+    </message>
+    <message>
+        <source>Connection canceled during connection orchestrator</source>
+        <translation>连接控制器时取消连接</translation>
+    </message>
+    <message>
+        <source>NOTICE Connect event requested successfully</source>
+        <translation>NOTICE 连接请求成功</translation>
+    </message>
+    <message>
+        <source>Save data path configuration successfully</source>
+        <translation>数据通道配置保存成功</translation>
+    </message>
+    <message>
+        <source>Start connecting</source>
+        <translation>开始连接</translation>
+    </message>
+    <message>
+        <source> Connect Mode:Native</source>
+        <translation> 连接模式：普通模式</translation>
+    </message>
+    <message>
+        <source>Username:</source>
+        <translation>用户名：</translation>
+    </message>
+    <message>
+        <source> Customer ID:</source>
+        <translation> 客户ID：</translation>
+    </message>
+    <message>
+        <source> Serial Number:</source>
+        <translation> 序列号：</translation>
+    </message>
+    <message>
+        <source>Stop data path</source>
+        <translation>停止数据通道</translation>
+    </message>
+    <message>
+        <source>Checking for IP filter configurations</source>
+        <translation>正在检查 IP 过滤配置</translation>
+    </message>
+    <message>
+        <source>Loading IP filter configurations</source>
+        <translation>正在加载 IP 过滤配置</translation>
+    </message>
+    <message>
+        <source>Latest IP filter configurations, no need for reload</source>
+        <translation>IP 过滤配置已是最新，无需重新加载</translation>
+    </message>
+    <message>
+        <source>Connection canceled during getting filter</source>
+        <translation>获取过滤配置时取消连接</translation>
+    </message>
+    <message>
+        <source>Waiting for agent to synchronize configuration</source>
+        <translation>等待 agent 同步配置</translation>
+    </message>
+    <message>
+        <source>Logs Loaded! Scroll down to view logs for last 15 days</source>
+        <translation>日志已加载！向下滚动可查看最近15天的日志</translation>
+    </message>
+    <message>
+        <source>Reconnecting</source>
+        <translation>正在重新连接</translation>
+    </message>
+    <message>
+        <source>Manual connect triggered</source>
+        <translation>手动触发连接</translation>
+    </message>
+    <message>
+        <source>Are you sure to stop </source>
+        <translation>确定要停止 </translation>
+    </message>
+    <message>
+        <source>Manual stop triggered</source>
+        <translation>手动触发停止</translation>
+    </message>
+    <message>
+        <source>Manual cancel triggered</source>
+        <translation>手动触发取消</translation>
+    </message>
+    <message>
+        <source> is connected</source>
+        <translation> 已连接</translation>
+    </message>
+    <message>
+        <source> is connected. In intranet mode, the tunnel is only established by an intranet CPE</source>
+        <translation> 已连接。内网模式下，仅由内网 CPE 建立隧道</translation>
+    </message>
+    <message>
+        <source>NOTICE Connected</source>
+        <translation>NOTICE 已连接</translation>
+    </message>
+    <message>
+        <source>Connecting</source>
+        <translation>连接中</translation>
+    </message>
+    <message>
+        <source>Disconnecting</source>
+        <translation>断开中</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>停止</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Disconnected</source>
+        <translation>已断开连接</translation>
+    </message>
+    <message>
+        <source>Logout</source>
+        <translation>退出登录</translation>
+    </message>
+    <message>
+        <source>Check the DP status and find an exception</source>
+        <translation>检查 DP 状态时发现异常</translation>
+    </message>
+    <message>
+        <source>NOTICE Network restored</source>
+        <translation>NOTICE 网络已恢复</translation>
+    </message>
+    <message>
+        <source>Quantum Encryption Enabled</source>
+        <translation>量子加密已启用</translation>
+    </message>
+    <message>
+        <source>PQC Encryption Enabled</source>
+        <translation>PQC 加密已启用</translation>
+    </message>
+    <message>
+        <source>Your network may be slow. Still connecting, please wait</source>
+        <translation>您的网络可能较慢，仍在连接，请稍候</translation>
+    </message>
+    <message>
+        <source> Connect Mode:Intranet</source>
+        <translation> 连接模式：内网模式</translation>
+    </message>
+</context>
+<context>
+    <name>DlgQuit</name>
+    <message>
+        <source>Quit Application</source>
+        <translation>退出程序</translation>
+    </message>
+    <message>
+        <source>Are you sure to quit?</source>
+        <translation>确定要退出吗？</translation>
+    </message>
+</context>
+<context>
+    <name>DlgSwitchAcc</name>
+    <message>
+        <source>Switch Account</source>
+        <translation>切换账号</translation>
+    </message>
+    <message>
+        <source>Are you sure to switch account?</source>
+        <translation>确定要切换账号吗？</translation>
+    </message>
+    <message>
+        <source>This operation will clear the saved password of the current account.</source>
+        <translation>此操作将清除当前账号已保存的密码。</translation>
+    </message>
+</context>
+<context>
+    <name>ErrorCatalogue</name>
+    <message>
+        <source>6002 The connection to Orchestrator server has timed out, please check your network connections.</source>
+        <translation>6002 连接控制器超时，请检查您的网络连接。</translation>
+    </message>
+    <message>
+        <source>6003 Domain name of Orchestrator server resolution fails. Please check your network connections.</source>
+        <translation>6003 控制器域名解析失败，请检查您的网络连接。</translation>
+    </message>
+    <message>
+        <source>6009 System error(%1). Please contact your network administrator</source>
+        <translation>6009 系统错误(%1)，请联系您的网络管理员</translation>
+    </message>
+    <message>
+        <source>6009 System error (%1). Please contact your network administrator</source>
+        <translation>6009 系统错误 (%1)，请联系您的网络管理员</translation>
+    </message>
+    <message>
+        <source>6009 System error (%1). Please contact your network administrator.</source>
+        <translation>6009 系统错误 (%1)，请联系您的网络管理员。</translation>
+    </message>
+    <message>
+        <source>6010 Unable to receive the notification of finish sending messages from the server, please check your network connections.</source>
+        <translation>6010 未收到服务器的下发完成通知，请检查您的网络连接。</translation>
+    </message>
+    <message>
+        <source>6011 Failed to retrieve an authentication token, please log in again.</source>
+        <translation>6011 获取认证令牌失败，请重新登录。</translation>
+    </message>
+    <message>
+        <source>6014 The Orchestrator server returned an invalid or unrecognized response. If there is any proxy server, please close it and try again.</source>
+        <translation>6014 控制器返回了无效或无法识别的响应。如果使用了代理服务器，请关闭后重试。</translation>
+    </message>
+    <message>
+        <source>6015 Invalid Customer ID. Please enter again or contact your network administrator</source>
+        <translation>6015 客户ID无效，请重新输入或联系您的网络管理员</translation>
+    </message>
+    <message>
+        <source>6016 The username cannot exceed the 64 characters in length. Please try again.</source>
+        <translation>6016 用户名长度不能超过64个字符，请重试。</translation>
+    </message>
+    <message>
+        <source>6017 The password cannot exceed the 64 characters in length. Please try again.</source>
+        <translation>6017 密码长度不能超过64个字符，请重试。</translation>
+    </message>
+    <message>
+        <source>6018 Failed to save configuration file, contact your network administrator</source>
+        <translation>6018 保存配置文件失败，请联系您的网络管理员</translation>
+    </message>
+    <message>
+        <source>6018 Failed to save Datapath configuration file, please try again.</source>
+        <translation>6018 保存 Datapath 配置文件失败，请重试。</translation>
+    </message>
+    <message>
+        <source>6019 Failed to stop DP(%1)</source>
+        <translation>6019 停止 DP 失败(%1)</translation>
+    </message>
+    <message>
+        <source>6021 Failed to load executable file Datapath, please try again.</source>
+        <translation>6021 加载可执行文件 Datapath 失败，请重试。</translation>
+    </message>
+    <message>
+        <source>6022 Network connection error: It appears that all tunnels have been disconnected. Rebuilding a tunnel...</source>
+        <translation>6022 网络连接异常：所有隧道均已断开，正在重建隧道...</translation>
+    </message>
+    <message>
+        <source>6023 SMS verification code sent too frequently, please try again 24 hours.</source>
+        <translation>6023 短信验证码发送过于频繁，请24小时后重试。</translation>
+    </message>
+    <message>
+        <source>6024 Phone number blocked. Contact network administrator to update account info.</source>
+        <translation>6024 手机号已被屏蔽，请联系网络管理员更新账号信息。</translation>
+    </message>
+    <message>
+        <source>6025 Invalid phone number, please contact your network administrator to change the phone number on your account.</source>
+        <translation>6025 手机号无效，请联系您的网络管理员修改账号绑定的手机号。</translation>
+    </message>
+    <message>
+        <source>6026 Failed to send SMS authentication code, please try again.(%1).</source>
+        <translation>6026 短信验证码发送失败，请重试。(%1)。</translation>
+    </message>
+    <message>
+        <source>6027 Authentication information has expired. Please log in again.</source>
+        <translation>6027 认证信息已过期，请重新登录。</translation>
+    </message>
+    <message>
+        <source>6029 The connection to the Lookup Server timed out, please check your network connections.</source>
+        <translation>6029 连接查询服务器超时，请检查您的网络连接。</translation>
+    </message>
+    <message>
+        <source>6030 Failed to resolve the domain name of the Lookup Server. Please check your network connections.</source>
+        <translation>6030 查询服务器域名解析失败，请检查您的网络连接。</translation>
+    </message>
+    <message>
+        <source>6031 Please enter the 6-digit code from your authenticator.</source>
+        <translation>6031 请输入身份验证器中的6位验证码。</translation>
+    </message>
+    <message>
+        <source>6032 Orchestrator server has not enable the Forgot Password function yet.</source>
+        <translation>6032 控制器尚未启用忘记密码功能。</translation>
+    </message>
+    <message>
+        <source>6033 The Orchestrator server returned an invalid or unrecognized response. If there is any proxy server, please close it and try again.</source>
+        <translation>6033 控制器返回了无效或无法识别的响应。如果使用了代理服务器，请关闭后重试。</translation>
+    </message>
+    <message>
+        <source>6033 Orch reply: </source>
+        <translation>6033 控制器返回：</translation>
+    </message>
+    <message>
+        <source>6034 Orchestrator server is outdated and Forgot Password function may not be available.</source>
+        <translation>6034 控制器版本过低，可能不支持忘记密码功能。</translation>
+    </message>
+    <message>
+        <source>6037 Please enter your Customer ID, Username and Password.</source>
+        <translation>6037 请输入您的客户ID、用户名和密码。</translation>
+    </message>
+    <message>
+        <source>6037 Please fill in customer ID, username and password.</source>
+        <translation>6037 请填写客户ID、用户名和密码。</translation>
+    </message>
+    <message>
+        <source>6038 Failed to connect Orchestrator server (Error Code 502). If you did not use proxy server, Orchestrator server may be upgrading and please try again later.</source>
+        <translation>6038 连接控制器失败（错误码 502）。如果您未使用代理服务器，则控制器可能正在升级，请稍后重试。</translation>
+    </message>
+    <message>
+        <source>6039 Asynchronous authentication timed out, please try again</source>
+        <translation>6039 异步认证超时，请重试</translation>
+    </message>
+    <message>
+        <source>6040 Failed to send verification code to your email. Please try again.</source>
+        <translation>6040 邮箱验证码发送失败，请重试。</translation>
+    </message>
+    <message>
+        <source>6041 The email address does not exist. Please contact the administrator.</source>
+        <translation>6041 邮箱地址不存在，请联系管理员。</translation>
+    </message>
+    <message>
+        <source>6042 Email was not found. Please contact the administrator.</source>
+        <translation>6042 未找到邮箱，请联系管理员。</translation>
+    </message>
+    <message>
+        <source>6043 Query timeout: Unable to retrieve the result of the email sending. Please try again later or contact the administrator.</source>
+        <translation>6043 查询超时：无法获取邮件发送结果，请稍后重试或联系管理员。</translation>
+    </message>
+    <message>
+        <source>6044 Failed to send verification code to your email. Please try again(%1).</source>
+        <translation>6044 邮箱验证码发送失败，请重试(%1)。</translation>
+    </message>
+    <message>
+        <source>6045 Query timeout: Unable to retrieve the result of the SMS sending. Please try again later or contact the administrator.</source>
+        <translation>6045 查询超时：无法获取短信发送结果，请稍后重试或联系管理员。</translation>
+    </message>
+    <message>
+        <source>6046 The system is under maintenance, please try again later.</source>
+        <translation>6046 系统正在维护，请稍后重试。</translation>
+    </message>
+    <message>
+        <source>6047 Password reset successful. Please login again with your new password.</source>
+        <translation>6047 密码重置成功，请使用新密码重新登录。</translation>
+    </message>
+    <message>
+        <source>6050 Invalid token for client login authentication, please log in again</source>
+        <translation>6050 客户端登录认证令牌无效，请重新登录</translation>
+    </message>
+</context>
+<context>
+    <name>Log</name>
+    <message>
+        <source>Failed to remove old log file</source>
+        <translation>删除旧日志文件失败</translation>
+    </message>
+</context>
+<context>
+    <name>OtpBaseDlg</name>
+    <message>
+        <source>Close</source>
+        <translation>关闭</translation>
+    </message>
+</context>
+<context>
+    <name>WidgeAbout</name>
+    <message>
+        <source>Version </source>
+        <translation>版本 </translation>
+    </message>
+    <message>
+        <source>Copyright © </source>
+        <translation>版权所有 © </translation>
+    </message>
+    <message>
+        <source>Checking for a new version</source>
+        <translation>正在检查新版本</translation>
+    </message>
+    <message>
+        <source>&lt;a style=&quot;color:%1&quot; href=&quot;%2&quot;&gt;User Agreement&lt;/a&gt; and &lt;a style=&quot;color:%3&quot; href=&quot;%4&quot;&gt;Privacy Policy&lt;/a&gt;.</source>
+        <translation>&lt;a style=&quot;color:%1&quot; href=&quot;%2&quot;&gt;《用户协议》&lt;/a&gt;和&lt;a style=&quot;color:%3&quot; href=&quot;%4&quot;&gt;《隐私政策》&lt;/a&gt;</translation>
+    </message>
+    <message>
+        <source>Discover A New Version </source>
+        <translation>发现新版本 </translation>
+    </message>
+    <message>
+        <source>Check failed, please try again</source>
+        <translation>检查失败，请重试</translation>
+    </message>
+    <message>
+        <source>Already the Latest Version</source>
+        <translation>已是最新版本</translation>
+    </message>
+</context>
+<context>
+    <name>WidgeDiagnoseResult</name>
+    <message>
+        <source>Check Result</source>
+        <translation>检测结果</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>关闭</translation>
+    </message>
+    <message>
+        <source>Network Normal</source>
+        <translation>网络正常</translation>
+    </message>
+    <message>
+        <source>Network Anormaly</source>
+        <translation>网络异常</translation>
+    </message>
+    <message>
+        <source>Orchestrator Connected</source>
+        <translation>控制器已连接</translation>
+    </message>
+    <message>
+        <source>Orchestrator Not Connected</source>
+        <translation>控制器未连接</translation>
+    </message>
+</context>
+<context>
+    <name>WidgetSetting</name>
+    <message>
+        <source>Account Information</source>
+        <translation>账号信息</translation>
+    </message>
+    <message>
+        <source>Customer ID</source>
+        <translation>客户ID</translation>
+    </message>
+    <message>
+        <source>Username</source>
+        <translation>用户名</translation>
+    </message>
+    <message>
+        <source>Serial Number</source>
+        <translation>序列号</translation>
+    </message>
+</context>
+<context>
+    <name>WidgetTopPrompt</name>
+    <message>
+        <source>Close</source>
+        <translation>关闭</translation>
+    </message>
+</context>
+<context>
+    <name>widgeChronometer</name>
+    <message>
+        <source>Connected time</source>
+        <translation>已连接时长</translation>
+    </message>
+    <message>
+        <source>1 day %1:%2:%3</source>
+        <translation>1天 %1:%2:%3</translation>
+    </message>
+    <message>
+        <source>%1 days %2:%3:%4</source>
+        <translation>%1天 %2:%3:%4</translation>
+    </message>
+</context>
+</TS>

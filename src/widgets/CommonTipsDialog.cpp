@@ -1,0 +1,46 @@
+#include "widgets/CommonTipsDialog.h"
+
+#include "widgets/DialogFrame.h"
+#include "widgets/Style.h"
+
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+CommonTipsDialog::CommonTipsDialog(QWidget* parent)
+    : OtpBaseDlg(parent), m_contentLabel(new QLabel(contentWidget())), m_Parent(parent)
+{
+    setObjectName(QStringLiteral("CommonTipsDialog"));
+    m_contentLabel->setObjectName(QStringLiteral("contentLabel"));
+    m_contentLabel->setTextFormat(Qt::PlainText);
+    m_contentLabel->setWordWrap(true);
+    m_contentLabel->setFixedWidth(304);
+    m_contentLabel->setAlignment(Qt::AlignHCenter | Qt::AlignVCenter);
+
+    auto* confirm = new QPushButton(tr("Confirm"), contentWidget());
+    confirm->setObjectName(QStringLiteral("btnConfirm"));
+    confirm->setCursor(Qt::PointingHandCursor);
+    confirm->setDefault(true);
+    setRole(confirm, "primary");
+    connect(confirm, &QPushButton::clicked, this, &QDialog::accept);
+
+    auto* layout = new QVBoxLayout(contentWidget());
+    layout->setContentsMargins(0, 20, 0, 0);
+    layout->setSpacing(24);
+    layout->addWidget(m_contentLabel);
+    layout->addWidget(confirm, 0, Qt::AlignHCenter);
+    setTabOrder(confirm, m_closeBtn);
+    confirm->setFocus();
+}
+
+void CommonTipsDialog::setContentText(const QString& text)
+{
+    m_contentLabel->setText(text);
+    setAccessibleName(text);
+}
+
+void CommonTipsDialog::showEvent(QShowEvent* event)
+{
+    OtpBaseDlg::showEvent(event);
+    centerOver(this, m_Parent);
+}

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "widgets/OtpBaseDlg.h"
+
+class QLabel;
+
+/// A notice with the single button "Confirm", which accepts. GUI thread.
+class CommonTipsDialog : public OtpBaseDlg
+{
+    Q_OBJECT
+
+public:
+    explicit CommonTipsDialog(QWidget* parent = nullptr);
+
+    /// The notice; plain text, wrapped at words.
+    void setContentText(const QString& text);
+
+protected:
+    void showEvent(QShowEvent* event) override;
+
+private:
+    QLabel* m_contentLabel;
+    QWidget* m_Parent;
+};

@@ -1,0 +1,56 @@
+#include "widgets/DialogFrame.h"
+
+#include <QBitmap>
+#include <QPainter>
+#include <QScreen>
+#include <QWidget>
+
+namespace {
+
+constexpr qreal kRadius = 4;
+
+QRect placeFor(const QWidget* dialog, const QWidget* parent, const QRect& screen)
+{
+    const QWidget* under = parent ? parent->window() : nullptr;
+    const QRect over =
+        under ? QRect(under->mapToGlobal(QPoint()), under->size()) : screen;
+    QRect place(QPoint(), dialog->size());
+    place.moveCenter(over.center());
+    place.moveRight(qMin(place.right(), screen.right()));
+    place.moveBottom(qMin(place.bottom(), screen.bottom()));
+    place.moveLeft(qMax(place.left(), screen.left()));
+    place.moveTop(qMax(place.top(), screen.top()));
+    return place;
+}
+
+} // namespace
+
+void centerOver(QWidget* dialog, const QWidget* parent)
+{
+    const QScreen* screen = parent ? parent->window()->screen() : dialog->screen();
+    dialog->adjustSize();
+    dialog->move(placeFor(dialog, parent, screen->availableGeometry()).topLeft());
+}
+
+void paintCard(QWidget* widget)
+{
+    QPainter painter(widget);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QColor(0xd4, 0xdf, 0xeb));
+    painter.setBrush(Qt::white);
+    painter.drawRoundedRect(QRectF(widget->rect()).adjusted(0.5, 0.5, -0.5, -0.5), kRadius,
+                            kRadius);
+}
+
+void cutToCard(QWidget* window)
+{
+    // Of each corner square only what lies outside the circle goes.
+    QBitmap card(window->size());
+    card.fill(Qt::color0);
+    QPainter painter(&card);
+    painter.setPen(Qt::color1);
+    painter.setBrush(Qt::color1);
+    painter.drawRoundedRect(window->rect().adjusted(0, 0, -1, -1), kRadius, kRadius);
+    painter.end();
+    window->setMask(card);
+}

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <QString>
+
+/// The widest text, in pixels of the label's font, that a prompt shows on one line.
+constexpr int kPromptLineWidth = 460;
+
+/// The text of a prompt in the lines it is shown in. A text wider than kPromptLineWidth is broken
+/// once: in a Chinese interface at its middle character, otherwise after the first space, "." or
+/// "," from its middle on; without one of these it stays whole. No character is lost.
+/// `width` is the measured width of `text`.
+QString breakPromptText(const QString& text, int width, bool chinese);

@@ -1,0 +1,86 @@
+#include "widgets/WidgeDiagnoseResult.h"
+
+#include "widgets/DialogFrame.h"
+#include "widgets/Style.h"
+
+#include <QGraphicsDropShadowEffect>
+#include <QGridLayout>
+#include <QLabel>
+#include <QPushButton>
+
+namespace {
+
+constexpr int kIcon = 16;
+
+QLabel* label(QWidget* parent, const char* name)
+{
+    auto* made = new QLabel(parent);
+    made->setObjectName(QLatin1String(name));
+    setRole(made, "text");
+    return made;
+}
+
+void setFinding(QLabel* icon, QLabel* text, bool ok, const QString& words)
+{
+    const QString picture = ok ? QStringLiteral("right1x.png") : QStringLiteral("warning.png");
+    icon->setPixmap(pictureIcon(picture).pixmap(kIcon, kIcon));
+    text->setText(words);
+}
+
+} // namespace
+
+WidgeDiagnoseResult::WidgeDiagnoseResult(QWidget* parent)
+    : QWidget(parent), effect(new QGraphicsDropShadowEffect(this)),
+      m_networkIcon(label(this, "labelNetworkIcon")), m_networkText(label(this, "labelNetwork")),
+      m_orchIcon(label(this, "labelOrchIcon")), m_orchText(label(this, "labelOrch"))
+{
+    setObjectName(QStringLiteral("WidgeDiagnoseResult"));
+    setAccessibleName(tr("Check Result"));
+    setFixedWidth(232);
+    effect->setOffset(0, 2);
+    effect->setBlurRadius(16);
+    effect->setColor(QColor(53, 64, 82, 70));
+    setGraphicsEffect(effect);
+
+    auto* title = label(this, "labelTitle");
+    title->setText(tr("Check Result"));
+    setRole(title, "title");
+    auto* close = new QPushButton(this);
+    close->setObjectName(QStringLiteral("pushBtnClose"));
+    close->setAccessibleName(tr("Close"));
+    close->setCursor(Qt::PointingHandCursor);
+    close->setIcon(stateIcon(QStringLiteral("close")));
+    close->setIconSize({12, 12});
+    close->setFixedSize(16, 16);
+    connect(close, &QPushButton::clicked, this, &WidgeDiagnoseResult::on_pushBtnClose_clicked);
+
+    auto* grid = new QGridLayout(this);
+    grid->setContentsMargins(16, 12, 12, 16);
+    grid->setHorizontalSpacing(8);
+    grid->setVerticalSpacing(12);
+    grid->setColumnStretch(1, 1);
+    grid->addWidget(title, 0, 0, 1, 2);
+    grid->addWidget(close, 0, 2, Qt::AlignTop);
+    grid->addWidget(m_networkIcon, 1, 0);
+    grid->addWidget(m_networkText, 1, 1, 1, 2);
+    grid->addWidget(m_orchIcon, 2, 0);
+    grid->addWidget(m_orchText, 2, 1, 1, 2);
+}
+
+void WidgeDiagnoseResult::setDiagnoseResult(bool networkOK, bool orchOK)
+{
+    setFinding(m_networkIcon, m_networkText, networkOK,
+               networkOK ? tr("Network Normal") : tr("Network Anormaly"));
+    setFinding(m_orchIcon, m_orchText, orchOK,
+               orchOK ? tr("Orchestrator Connected") : tr("Orchestrator Not Connected"));
+}
+
+void WidgeDiagnoseResult::on_pushBtnClose_clicked()
+{
+    close();
+}
+
+void WidgeDiagnoseResult::paintEvent(QPaintEvent*)
+{
+    paintCard(this);
+}
