@@ -1,0 +1,192 @@
+#include "login/DlgLoginUi.h"
+
+#include "login/DlgLogin.h"
+#include "widgets/BackButton.h"
+#include "widgets/Style.h"
+
+#include <QAction>
+#include <QCheckBox>
+#include <QFrame>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QStackedWidget>
+#include <QVBoxLayout>
+
+namespace {
+
+constexpr int kWidth = 600;
+constexpr int kHeight = 400;
+constexpr int kBrandWidth = 240;
+constexpr int kFormWidth = 264;
+
+template <class Widget>
+Widget* named(Widget* widget, const char* name)
+{
+    widget->setObjectName(QLatin1String(name));
+    return widget;
+}
+
+QLineEdit* field(QWidget* parent, const char* name, const QString& title, const char* icon)
+{
+    auto* edit = named(new QLineEdit(parent), name);
+    edit->setProperty("role", "field");
+    edit->setPlaceholderText(title);
+    edit->setAccessibleName(title);
+    edit->setFixedHeight(36);
+    edit->setProperty("fieldIcon", QLatin1String(icon));
+    edit->addAction(QIcon(), QLineEdit::LeadingPosition);
+    DlgLoginUi::showFieldIcon(edit, false);
+    return edit;
+}
+
+QPushButton* button(QWidget* parent, const char* name, const QString& text, const char* role)
+{
+    auto* push = named(new QPushButton(text, parent), name);
+    push->setProperty("role", role);
+    push->setAutoDefault(false);
+    return push;
+}
+
+QLabel* title(QWidget* parent, const QString& text)
+{
+    auto* label = new QLabel(text, parent);
+    label->setProperty("role", "title");
+    return label;
+}
+
+} // namespace
+
+void DlgLoginUi::showFieldIcon(QLineEdit* field, bool focused)
+{
+    const QString name = field->property("fieldIcon").toString();
+    field->actions().constFirst()->setIcon(
+        pictureIcon(name + QLatin1String(focused ? "_on.png" : ".png")));
+}
+
+DlgLoginUi::DlgLoginUi(QDialog* window)
+{
+    window->setFixedSize(kWidth, kHeight);
+
+    auto* row = new QHBoxLayout(window);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(0);
+    row->addWidget(brandPanel(window));
+
+    auto* right = new QVBoxLayout;
+    right->setContentsMargins(0, 0, 0, 0);
+    btnClose = named(new QPushButton(window), "btnClose");
+    btnClose->setAccessibleName(DlgLogin::tr("Close"));
+    btnClose->setAutoDefault(false);
+    btnClose->setFixedSize(16, 16);
+    auto* top = new QHBoxLayout;
+    top->setContentsMargins(0, 14, 14, 0);
+    top->addStretch();
+    top->addWidget(btnClose);
+    right->addLayout(top);
+
+    stackedWidget = named(new QStackedWidget(window), "stackedWidget");
+    stackedWidget->addWidget(customerPage(window));
+    stackedWidget->addWidget(loginPage(window));
+    right->addWidget(stackedWidget, 1);
+    row->addLayout(right, 1);
+}
+
+QWidget* DlgLoginUi::brandPanel(QDialog* window)
+{
+    auto* panel = named(new QFrame(window), "brandPanel");
+    panel->setFixedWidth(kBrandWidth);
+    versionLabel = named(new QLabel(panel), "versionLabel");
+    auto* column = new QVBoxLayout(panel);
+    column->setContentsMargins(24, 24, 24, 16);
+    column->addStretch();
+    column->addWidget(versionLabel, 0, Qt::AlignHCenter);
+    return panel;
+}
+
+QWidget* DlgLoginUi::customerPage(QDialog* window)
+{
+    auto* page = named(new QWidget(window), "customerPage");
+    customerId = field(page, "customerId", DlgLogin::tr("Customer ID"), "customer");
+    btnContinue = button(page, "btnContinue", DlgLogin::tr("Continue"), "primary");
+    btnContinue->setFixedHeight(36);
+    auto* hint = new QLabel(
+        DlgLogin::tr("Enter the customer ID that you received from your administrator."), page);
+    hint->setProperty("role", "secondary");
+    hint->setWordWrap(true);
+
+    auto* form = new QWidget(page);
+    form->setFixedWidth(kFormWidth);
+    auto* column = new QVBoxLayout(form);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(16);
+    column->addWidget(title(form, DlgLogin::tr("Welcome")));
+    column->addWidget(hint);
+    column->addWidget(customerId);
+    column->addWidget(btnContinue);
+
+    auto* middle = new QVBoxLayout(page);
+    middle->setContentsMargins(0, 0, 0, 36);
+    middle->addStretch();
+    middle->addWidget(form, 0, Qt::AlignHCenter);
+    middle->addStretch();
+    return page;
+}
+
+QWidget* DlgLoginUi::loginPage(QDialog* window)
+{
+    auto* page = named(new QWidget(window), "loginPage");
+    backBtn_2 = named(new BackButton(DlgLogin::tr("Back"), page), "backBtn_2");
+    backBtn_2->setAutoDefault(false);
+
+    auto* caption = new QLabel(DlgLogin::tr("Customer ID"), page);
+    caption->setProperty("role", "secondary");
+    customerIdLabel = named(new QLabel(page), "customerIdLabel");
+    customerIdLabel->setTextFormat(Qt::PlainText);
+    username = field(page, "username", DlgLogin::tr("Username"), "user");
+    password = field(page, "password", DlgLogin::tr("Password"), "password");
+    password->setEchoMode(QLineEdit::Password);
+    remePwCheckBox = named(new QCheckBox(DlgLogin::tr("Remember me"), page), "remePwCheckBox");
+    autoLoginCheckBox = named(new QCheckBox(DlgLogin::tr("Auto Login"), page), "autoLoginCheckBox");
+    btnLogin = button(page, "btnLogin", DlgLogin::tr("Login"), "primary");
+    btnLogin->setFixedHeight(36);
+    btnForgetPasswd = button(page, "btnForgetPasswd", DlgLogin::tr("Forget Password?"), "link");
+
+    auto* customer = new QHBoxLayout;
+    customer->setSpacing(8);
+    customer->addWidget(caption);
+    customer->addWidget(customerIdLabel, 1);
+    auto* checks = new QHBoxLayout;
+    checks->addWidget(remePwCheckBox);
+    checks->addStretch();
+    checks->addWidget(autoLoginCheckBox);
+
+    auto* form = new QWidget(page);
+    form->setFixedWidth(kFormWidth);
+    auto* column = new QVBoxLayout(form);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(12);
+    column->addWidget(backBtn_2, 0, Qt::AlignLeft);
+    column->addWidget(title(form, DlgLogin::tr("Log in")));
+    column->addLayout(customer);
+    column->addWidget(username);
+    column->addWidget(password);
+    column->addLayout(checks);
+    column->addWidget(btnLogin);
+    column->addWidget(btnForgetPasswd, 0, Qt::AlignRight);
+
+    auto* middle = new QVBoxLayout(page);
+    middle->setContentsMargins(0, 0, 0, 24);
+    middle->addStretch();
+    middle->addWidget(form, 0, Qt::AlignHCenter);
+    middle->addStretch();
+
+    QWidget::setTabOrder(username, password);
+    QWidget::setTabOrder(password, remePwCheckBox);
+    QWidget::setTabOrder(remePwCheckBox, autoLoginCheckBox);
+    QWidget::setTabOrder(autoLoginCheckBox, btnLogin);
+    QWidget::setTabOrder(btnLogin, btnForgetPasswd);
+    QWidget::setTabOrder(btnForgetPasswd, backBtn_2);
+    return page;
+}

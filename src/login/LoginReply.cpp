@@ -1,0 +1,50 @@
+#include "login/LoginReply.h"
+
+#include "orch/JsonUtil.h"
+
+LoginReply LoginReply::fromJson(const QByteArray& body)
+{
+    const QJsonObject json = JsonUtil::object(body);
+    const auto text = [&json](const char* key) {
+        return json.value(QLatin1String(key)).toString();
+    };
+    LoginReply reply;
+    reply.token = text("X-TQ-AUTH-HEADER");
+    reply.phoneNumber = text("phoneNumber");
+    reply.middleToken = text("middleToken");
+    reply.requestIdForPoll = text("requestIdForPoll");
+    reply.authResultCheckUrl = text("authResultCheckUrl");
+    reply.authResultCheckInterval = JsonUtil::getInt(json, QStringLiteral("authResultCheckInterval"), 0);
+    reply.authResultCheckTimes = JsonUtil::getInt(json, QStringLiteral("authResultCheckTimes"), 0);
+    reply.otpKey = text("otpKey");
+    reply.otpMiddleToken = text("otpMiddleToken");
+    reply.otpLogin = json.value(QLatin1String("otpLogin")).toBool(false);
+    reply.needResetPassword = json.value(QLatin1String("needResetPassword")).toBool(false);
+    reply.needResetPasswordReasonCn = text("needResetPasswordReasonCn");
+    reply.needResetPasswordReasonEn = text("needResetPasswordReasonEn");
+    reply.allowChangePass = json.value(QLatin1String("allowChangePass")).toBool(true);
+    reply.otpRecoverCode = JsonUtil::getArrayToStringList(json, QStringLiteral("otpRecoverCode"));
+    return reply;
+}
+
+LoginFollowUp decideLogin(const LoginReply& reply, const QString& otpMiddleToken)
+{
+    if (!reply.token.isEmpty())
+        return reply.needResetPassword ? LoginFollowUp::ForcedPassword : LoginFollowUp::Accept;
+    if (!reply.middleToken.isEmpty() && !reply.phoneNumber.isEmpty())
+        return LoginFollowUp::Sms;
+    if (!reply.requestIdForPoll.isEmpty() && !reply.authResultCheckUrl.isEmpty()) {
+        return reply.authResultCheckTimes > 0 ? LoginFollowUp::Approval
+                                              : LoginFollowUp::ApprovalOver;
+    }
+    if (!otpMiddleToken.isEmpty())
+        return LoginFollowUp::Authenticator;
+    return LoginFollowUp::Unusable;
+}
+
+PollNext decidePoll(int resultCode, int timesLeft)
+{
+    if (resultCode == 0)
+        return PollNext::Approved;
+    return timesLeft < 1 ? PollNext::TimedOut : PollNext::PollAgain;
+}

@@ -1,0 +1,37 @@
+#include "login/LookupReply.h"
+
+#include "orch/JsonUtil.h"
+#include "orch/Util.h"
+
+#include <algorithm>
+
+LookupReply LookupReply::fromJson(const QByteArray& body)
+{
+    return {JsonUtil::getInt(body, QStringLiteral("customerId"), 0),
+            JsonUtil::getQString(body, QStringLiteral("orchDomain"), QString())};
+}
+
+QString customerIdOf(const LookupReply& reply, const QString& typed, const QString& current)
+{
+    if (reply.customerId != 0)
+        return QString::number(reply.customerId);
+    const QString text = typed.trimmed();
+    const bool digitsAlone = std::all_of(text.cbegin(), text.cend(), [](QChar c) {
+        return c.isDigit();
+    });
+    return digitsAlone ? text : current;
+}
+
+QString authUrlOf(const QString& orchDomain)
+{
+    if (orchDomain.isEmpty())
+        return QString();
+    QString domain = orchDomain;
+    if (domain.endsWith(QLatin1Char('/')))
+        domain.chop(1);
+    const bool isAddress = Util::checkIp(domain);
+    const QString url = (domain + QStringLiteral("/api/mobile/v2/auth")).toLower();
+    if (url.startsWith(QLatin1String("http")))
+        return url;
+    return QLatin1String(isAddress ? "http://" : "https://") + url;
+}
