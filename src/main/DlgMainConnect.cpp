@@ -1,0 +1,130 @@
+// First step of an attempt: the orchestrator's connect reply and the agent's configuration.
+
+#include "app/ConfigUtil.h"
+#include "app/Guarded.h"
+#include "app/LogMarker.h"
+#include "app/Platform.h"
+#include "main/DatapathFile.h"
+#include "main/DlgMain.h"
+#include "orch/ErrorCatalogue.h"
+#include "orch/MaskSecrets.h"
+#include "orch/OrchIpc.h"
+#include "orch/OrchUpgradeReply.h"
+#include "orch/ReplyFacts.h"
+#include "orch/Util.h"
+
+#include <QDir>
+#include <QFile>
+
+namespace {
+
+QString savedText(const QString& key)
+{
+    return ConfigUtil::getvalue(key, QString()).toString();
+}
+
+} // namespace
+
+void DlgMain::validateAndConnect(ipc::DisconnectTypeReason reason)
+{
+    m_curClientIp = Util::getNICIp();
+    ipc::Connect2OrchParams params;
+    params.customerId = savedText(ConfigUtil::CUSTOMERID);
+    params.reason = reason;
+    const auto failed = [this](const QByteArray& body, QNetworkReply* reply) {
+        onConnectFailed(body, reply);
+    };
+    ipc::OrchIpc::instance()->connect2Orch(
+        params, guarded(this, [this](const QByteArray& body) { onConnectReply(body); }),
+        guarded(this, failed));
+}
+
+void DlgMain::onConnectReply(const QByteArray& body)
+{
+    if (finishCancelConnect()) {
+        logDisplayInfo(tr("Connection canceled during connection orchestrator"));
+        return;
+    }
+    logDisplayInfo(tr("NOTICE Connect event requested successfully"));
+    qDebug().noquote() << "Orch result received:" << maskSecrets(body);
+
+    const ConnectReply reply = ConnectReply::fromJson(body);
+    m_HeartbeatUrl = reply.heartbeatUrl;
+    m_HeartbeatInterval = reply.heartbeatInterval;
+    m_AssignIP = reply.lanAssignIp;
+    m_OrchDomain = reply.orchDomains;
+    m_mobileDetect = reply.mobileDetect;
+    m_EnableQuantum = reply.enableQuantum;
+    m_EnablePQC = reply.enablePQC;
+    ConfigUtil::writeValue(ConfigUtil::CPE_ID, reply.cpeId);
+    logDisplayInfo(platform().isChinese() ? reply.mobileDetectFailed
+                                          : reply.mobileDetectFailedEn);
+    if (!saveConfig(reply)) {
+        setConnStatus(DISCONNECTION);
+        return showError(errorText(ErrorText::ConfigNotSaved));
+    }
+    _getCommServIp();
+    _checkNeedDownloadIpFilter(reply);
+}
+
+void DlgMain::onConnectFailed(const QByteArray& body, QNetworkReply* reply)
+{
+    setConnStatus(DISCONNECTION);
+    if (httpStatus(reply) == 502)
+        _queryOrchUpgradeWhen502();
+    else
+        reportHttpErr(body, reply);
+}
+
+bool DlgMain::saveConfig(const ConnectReply& reply)
+{
+    qDebug("orchId=%d, cpeId=%d, customer ID=%d, comm=%s", reply.orchId, reply.agentCpeId,
+           reply.customerId, qUtf8Printable(reply.commuServerAddr));
+    m_commServHost.clear();
+    m_commServIp.clear();
+    if (!replaceDatapathFile(platform().programFile(QStringLiteral("cpeagent.conf")),
+                             reply.cpeAgentConf()))
+        return false;
+    m_commServHost = reply.commServerHosts();
+    logDisplayInfo(tr("Save data path configuration successfully"));
+    return true;
+}
+
+// The datapath keeps what it learned about a customer and user; another one starts afresh.
+void DlgMain::checkAndClearDB()
+{
+    const QString oldCustomer = savedText(ConfigUtil::OLD_CUSTOMERID);
+    const QString oldUser = savedText(ConfigUtil::OLD_USERNAME);
+    const QString customer = savedText(ConfigUtil::CUSTOMERID);
+    const QString user = savedText(ConfigUtil::USERNAME);
+    if (oldCustomer == customer && oldUser == user)
+        return;
+    const QString database = QStringLiteral("PersistentConf.db");
+    qDebug() << "<DISPLAY> Clear Datapath DB:" << qUtf8Printable(database)
+             << " Old customer:" << oldCustomer << " old username:" << oldUser
+             << " new customer:" << customer << " new useranme:" << user;
+
+    const QString path = QDir(platform().programDir()).absoluteFilePath(database);
+    if (QFile::exists(path) && !QFile::remove(path))
+        logDisplayDebug(QStringLiteral("Failed to clear Datapath DB:") + path);
+    ConfigUtil::writeValue(ConfigUtil::OLD_CUSTOMERID, customer);
+    ConfigUtil::writeValue(ConfigUtil::OLD_USERNAME, user);
+}
+
+void DlgMain::_queryOrchUpgradeWhen502()
+{
+    const auto received = [this](const QByteArray& body) {
+        showError(errorText(ErrorText::UnderMaintenance));
+        recordMaintenanceNotice(parseOrchUpgradeReply(body).id);
+    };
+    const auto failed = [this](const QByteArray& body, QNetworkReply* reply) {
+        qDebug("Failed to query ORCH upgrade status");
+        if (httpStatus(reply) == 404)
+            showError(errorText(ErrorText::BadGateway));
+        else
+            reportHttpErr(body, reply);
+    };
+    ipc::OrchIpc::instance()->queryOrchUpgrade(savedText(ConfigUtil::CUSTOMERID),
+                                               guarded(this, received),
+                                               guarded(this, failed));
+}

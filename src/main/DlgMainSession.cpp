@@ -1,0 +1,423 @@
+// The session as a whole: connect button, states, disconnecting, and the ways in which a session
+// ends for good.
+
+#include "app/ConfigUtil.h"
+#include "app/LogMarker.h"
+#include "app/Platform.h"
+#include "app/Product.h"
+#include "app/SingleApp.h"
+#include "dispatch/tarvelinGetFlowStatistics.h"
+#include "main/ConnectButton.h"
+#include "main/DlgMain.h"
+#include "main/DlgMainUi.h"
+#include "main/SessionRules.h"
+#include "main/widgeChronometer.h"
+#include "monitor/MonitorDatapath.h"
+#include "orch/HttpErrorText.h"
+#include "orch/JsonUtil.h"
+#include "orch/MaskSecrets.h"
+#include "orch/OrchIdentity.h"
+#include "orch/OrchRequests.h"
+#include "orch/ReplyFacts.h"
+#include "widgets/DlgQuit.h"
+#include "widgets/DlgSwitchAcc.h"
+#include "widgets/Style.h"
+#include "widgets/WidgetSetting.h"
+#include "widgets/WidgetTopPrompt.h"
+#include "widgets/dlgStopPrompt.h"
+
+#include <QCoreApplication>
+#include <QLabel>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QPointer>
+#include <QPushButton>
+#include <QTimer>
+
+namespace {
+
+// The window's property that is true while a reconnect waits for the disconnect notice's answer.
+constexpr char kReconnect[] = "reconnect";
+
+// Time for the last requests to be sent before the program ends.
+constexpr int kEndDelayMs = 100;
+
+} // namespace
+
+// Connect button
+
+void DlgMain::on_btnConnect_clicked()
+{
+    switch (m_curStatus) {
+    case DISCONNECTION:
+        return beginAttempt();
+    case CONNECTION:
+        return stopConnection();
+    case CONNECTING:
+        return cancelAttempt();
+    case DISCONNECTING:
+        return;
+    }
+}
+
+void DlgMain::beginAttempt()
+{
+    m_ClickCancelConnecting = false;
+    setProperty(kReconnect, false);
+    ui->m_SettingWidge->clearDisable401();
+    logDisplayInfo(m_FirstAutoConnect || m_isReconnect ? tr("Reconnecting")
+                                                       : tr("Manual connect triggered"));
+    m_isReconnect = false;
+    m_FirstAutoConnect = false;
+    if (!m_showPromptTemp)
+        promptWidge->hidePrompt();
+    m_showPromptTemp = false;
+    setConnStatus(CONNECTING);
+    rerunFailedDiagnosis();
+    m_ConnectSlowWarningTimer->start();
+    validateAndConnect(m_connect2OrchReason);
+}
+
+// Asks before a connection or an attempt is ended. False also when the window has gone meanwhile.
+bool DlgMain::confirmStop()
+{
+    const QPointer<DlgMain> alive(this);
+    dlgStopPrompt prompt(tr("Are you sure to stop ") + QLatin1String(product::kName)
+                             + QStringLiteral(" ?"),
+                         this);
+    m_PStopPrompt = &prompt;
+    const bool accepted = prompt.exec() == QDialog::Accepted;
+    if (!alive)
+        return false;
+    m_PStopPrompt = nullptr;
+    return accepted;
+}
+
+void DlgMain::stopConnection()
+{
+    if (confirmStop() && m_curStatus == CONNECTION) {
+        logDisplayInfo(tr("Manual stop triggered"));
+        promptWidge->hidePrompt();
+        disconnect(true, ipc::DisConnNormalReason);
+    }
+    rerunFailedDiagnosis();
+}
+
+void DlgMain::cancelAttempt()
+{
+    if (!confirmStop())
+        return;
+    logDisplayInfo(tr("Manual cancel triggered"));
+    promptWidge->hidePrompt();
+    if (m_curStatus == CONNECTION)
+        return disconnect(true, ipc::DisConnNormalReason);
+    if (m_curStatus != CONNECTING)
+        return; // the attempt ended while the question was open
+    m_ClickCancelConnecting = true;
+    setConnStatus(DISCONNECTING);
+    if (!m_WaitAgentTimer->isActive())
+        return;
+    finishCancelConnect();
+    logDisplayInfo(tr("Connection canceled during waiting agent"));
+    m_WaitAgentTimer->stop();
+    disconnect(true, ipc::DisConnNormalReason);
+}
+
+bool DlgMain::finishCancelConnect()
+{
+    if (!m_ClickCancelConnecting)
+        return false;
+    setConnStatus(DISCONNECTION);
+    return true;
+}
+
+// The diagnosis worker takes this over; until it exists the wish is only recorded.
+void DlgMain::startDiagnosis(DiagnoseTriggerType type)
+{
+    qInfo("Diagnosis requested, trigger type %d, connected %d", int(type), int(isConnected()));
+}
+
+void DlgMain::rerunFailedDiagnosis()
+{
+    if (ConfigUtil::getvalue(ConfigUtil::DIAGNOSIS_FAIL, 0).toInt() != 1)
+        return;
+    int type = ConfigUtil::getvalue(ConfigUtil::DIAGNOSIS_TRIGGER_TYPE, -1).toInt();
+    if (type == -1) {
+        logDisplayDebug(QStringLiteral(
+            "Get last diagnostic type failed. using default value: 0(triggered by client)"));
+        type = TriggerByClient;
+    }
+    startDiagnosis(DiagnoseTriggerType(type));
+}
+
+// States
+
+bool DlgMain::isConnected() const
+{
+    return m_curStatus == CONNECTION;
+}
+
+void DlgMain::setConnStatus(CONN_STATUS s)
+{
+    m_ConnectSlowWarningTimer->stop();
+    ui->labelQuantumPic->hide();
+    ui->labelQuantumText->hide();
+
+    const Transition change = transition(m_curStatus, s);
+    if (change == Transition::Ignored)
+        return;
+    if (change == Transition::Ended)
+        m_CheckIpTimer->stop();
+    changeStartBtnStatus(s);
+    m_curStatus = s;
+    ui->showRoute(s == CONNECTION);
+    switch (change) {
+    case Transition::Connected:
+        return enterConnection();
+    case Transition::Ended:
+        clearRates(QStringLiteral("--"));
+        Q_FALLTHROUGH();
+    case Transition::Abandoned:
+    case Transition::Stopping:
+        ui->m_Chronometer->stop();
+        return;
+    case Transition::Begin:
+    case Transition::Cancelling:
+    case Transition::Ignored:
+        return;
+    }
+}
+
+void DlgMain::enterConnection()
+{
+    QString text = QLatin1String(product::kName) + tr(" is connected");
+    if (m_mobileDetect) {
+        text = QLatin1String(product::kName)
+               + tr(" is connected. In intranet mode, the tunnel is only established by an "
+                    "intranet CPE");
+    }
+    promptWidge->showPrompt(WidgetTopPrompt::SHOW_SUCCESS, text, true);
+    ui->m_Chronometer->start();
+    if (m_curMenuItem != MENU_HOME && m_curMenuItem != MENU_INTRANET)
+        ui->m_Chronometer->hide();
+    ui->labelUpSpeed->setText(QStringLiteral("0"));
+    ui->labelDownSpeed->setText(QStringLiteral("0"));
+    logDisplayInfo(tr("NOTICE Connected"));
+    updateQuantumUI();
+}
+
+void DlgMain::clearRates(const QString& value)
+{
+    for (QLabel* speed : {ui->labelUpSpeed, ui->labelDownSpeed})
+        speed->setText(value);
+    for (QLabel* unit : {ui->labelUpKps, ui->labelDownKps})
+        unit->setText(QStringLiteral("Kbps"));
+}
+
+void DlgMain::changeStartBtnStatus(CONN_STATUS s)
+{
+    const bool running = s == CONNECTING || s == DISCONNECTING;
+    if (running)
+        m_StartBtnAnimTimer->start();
+    else
+        m_StartBtnAnimTimer->stop();
+    ui->btnConnect->setEnabled(s != DISCONNECTING);
+    switch (s) {
+    case CONNECTING:
+        return ui->btnConnect->setText(tr("Connecting"));
+    case DISCONNECTING:
+        return ui->btnConnect->setText(tr("Disconnecting"));
+    case CONNECTION:
+        setRole(ui->btnConnect, "stop");
+        return ui->btnConnect->setText(tr("Stop"));
+    case DISCONNECTION:
+        setRole(ui->btnConnect, "primary");
+        return ui->btnConnect->setText(tr("Connect"));
+    }
+}
+
+void DlgMain::onStartBtnAnimTick()
+{
+    const ConnectButtonTexts texts{tr("Connecting"), tr("Cancel"), tr("Disconnecting")};
+    ui->btnConnect->setText(
+        nextButtonText(m_curStatus, m_MouseOverConnect, ui->btnConnect->text(), texts));
+}
+
+// Disconnecting
+
+void DlgMain::disconnect(bool notifyOrch, ipc::DisconnectTypeReason reason)
+{
+    m_StatCountTimer->stop();
+    monitor::MonitorDatapath::instance()->stop();
+    TQ_GetFlowStatisticsExit();
+    if (m_mobileDetect)
+        setupMobileDisConnected();
+    else
+        stopDP();
+    if (notifyOrch && m_curStatus == CONNECTION) {
+        setConnStatus(DISCONNECTING);
+        m_curStep = DISCONNECT_NOTIFY_ORCH;
+        return postDisconnectNotice(reason);
+    }
+    setConnStatus(DISCONNECTION);
+    logDisplayInfo(tr("Disconnected"));
+}
+
+void DlgMain::postDisconnectNotice(ipc::DisconnectTypeReason reason)
+{
+    const QString authUrl = ConfigUtil::getvalue(ConfigUtil::AUTHURL, QString()).toString();
+    sendOrchRequest(*m_NetMgr, orchrequest::disconnectNotice(authUrl, storedIdentity(), reason));
+}
+
+void DlgMain::reConnect(ipc::DisconnectTypeReason reason)
+{
+    disconnect(true, reason);
+    m_isReconnect = true;
+    setProperty(kReconnect, true);
+}
+
+void DlgMain::netReply(QNetworkReply* r)
+{
+    r->deleteLater();
+    if (m_curStep == DISCONNECT_NOTIFY_ORCH)
+        disconnectNoticeAnswered(r);
+    else if (m_curStep == GET_FILTER)
+        filterAnswered(r);
+}
+
+// Whatever the orchestrator answered, the session is over here.
+void DlgMain::disconnectNoticeAnswered(QNetworkReply* reply)
+{
+    setConnStatus(DISCONNECTION);
+    logDisplayInfo(tr("Disconnected"));
+    const QByteArray body = replyBody(reply);
+    if (!reply->rawHeader("orch-logfile").isEmpty())
+        startDiagnosis(TriggerByOrch);
+    if (JsonUtil::getInt(body, QStringLiteral("code"), 0) == 401)
+        _handle401(body);
+    if (property(kReconnect).toBool()) {
+        setProperty(kReconnect, false);
+        if (!m_sessionOver)
+            on_btnConnect_clicked();
+    }
+}
+
+// Ends of the session
+
+void DlgMain::_handle401(const QByteArray& document)
+{
+    logDisplayDebug(QStringLiteral(" orch return text ") + maskSecrets(document));
+    switch (kickout(JsonUtil::object(document))) {
+    case Kickout::PasswordChanged:
+        showWindow();
+        return logout(false, false, false, false);
+    case Kickout::ForcedLogout:
+    case Kickout::AccountChanged:
+        showWindow();
+        return logout(false, true, false, false);
+    case Kickout::Other:
+        return logout(false, true, false, true);
+    case Kickout::NoReason:
+        return logout(true, true, false, true);
+    }
+}
+
+void DlgMain::reportHttpErr(const QByteArray& body, QNetworkReply* reply)
+{
+    const HttpFailure failure = HttpFailure::of(body, reply);
+    logDisplayDebug(failureLogText(failure, QStringLiteral(" Error Info: ")));
+    const MainFailure outcome =
+        mainFailure(failure, ui->m_SettingWidge->isDisable401(), OrchTexts::shared());
+    if (outcome.end == SessionEnd::None)
+        return showError(outcome.text);
+    closeAllPopupDlg();
+    switch (outcome.end) {
+    case SessionEnd::None:
+    case SessionEnd::LeftToSettings:
+        return;
+    case SessionEnd::KeepToken:
+        return logout(false, false, false, true);
+    case SessionEnd::InvalidToken:
+        return logout(false, true, false, true);
+    case SessionEnd::ForcedLogout:
+    case SessionEnd::AccountChanged:
+        showWindow();
+        return logout(false, true, false, false);
+    case SessionEnd::PasswordChanged:
+        showWindow();
+        return logout(false, false, false, false);
+    }
+}
+
+void DlgMain::logout(bool notifyOrch, bool invalidToken, bool isByUser, bool showTipInLoginUI)
+{
+    if (m_sessionOver)
+        return;
+    m_sessionOver = true;
+    m_ClickCancelConnecting = true;
+    ConfigUtil::writeValue(ConfigUtil::PASSWORD, QString());
+    disconnect(notifyOrch,
+               invalidToken ? ipc::DisConnNormalReason : ipc::DisConnAbnormalReason);
+    const QStringList arguments =
+        session::logoutArguments(invalidToken, isByUser, showTipInLoginUI);
+    QTimer::singleShot(kEndDelayMs, this, [this, arguments, invalidToken] {
+        accept();
+        restartProgram(arguments, invalidToken);
+    });
+}
+
+void DlgMain::restartProgram(const QStringList& arguments, bool invalidToken)
+{
+    SingleApp::release();
+    if (invalidToken)
+        ConfigUtil::writeValue(ConfigUtil::TOKEN, QString());
+    platform().startDetached(QCoreApplication::applicationFilePath(), arguments);
+    platform().quit();
+}
+
+void DlgMain::quitUI()
+{
+    if (m_sessionOver)
+        return;
+    m_sessionOver = true;
+    m_ClickCancelConnecting = true;
+    disconnect(true, ipc::DisConnNormalReason);
+    QTimer::singleShot(kEndDelayMs, this, [this] {
+        reject();
+        platform().quit();
+    });
+}
+
+void DlgMain::on_btnSwitchAccount_clicked()
+{
+    const QPointer<DlgMain> alive(this);
+    DlgSwitchAcc question(this);
+    if (question.exec() != QDialog::Accepted || !alive)
+        return;
+    logDisplayInfo(tr("Logout"));
+    logout(true, false, true, true);
+}
+
+void DlgMain::on_btnQuitApp_clicked()
+{
+    const QPointer<DlgMain> alive(this);
+    DlgQuit question(this);
+    m_PQuitDlg = &question;
+    const bool accepted = question.exec() == QDialog::Accepted;
+    if (!alive)
+        return;
+    m_PQuitDlg = nullptr;
+    if (!accepted)
+        return;
+    logDisplayInfo(tr("Quit"));
+    quitUI();
+}
+
+void DlgMain::closeAllPopupDlg()
+{
+    if (m_PQuitDlg)
+        m_PQuitDlg->reject();
+    if (m_PStopPrompt)
+        m_PStopPrompt->reject();
+    promptWidge->hidePrompt();
+}

@@ -1,0 +1,235 @@
+#include "main/DlgMainUi.h"
+
+#include "main/CustomDelegate.h"
+#include "main/DlgMain.h"
+#include "main/widgeChronometer.h"
+#include "widgets/Style.h"
+#include "widgets/WidgeAbout.h"
+#include "widgets/WidgetSetting.h"
+
+#include <QFrame>
+#include <QLabel>
+#include <QListView>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+namespace {
+
+constexpr QSize kWindow(600, 400);
+constexpr int kBarWidth = 72;
+constexpr int kCentre = 336; // of the area right of the bar
+constexpr QRect kPage(96, 88, 480, 296);
+constexpr QSize kChronometer(98, 34);
+
+template <class Widget>
+Widget* named(Widget* widget, const char* name)
+{
+    widget->setObjectName(QLatin1String(name));
+    return widget;
+}
+
+QLabel* label(QWidget* parent, const char* name, const QRect& place, const QString& text,
+              const char* role)
+{
+    auto* made = named(new QLabel(text, parent), name);
+    made->setTextFormat(Qt::PlainText);
+    made->setGeometry(place);
+    setRole(made, role);
+    return made;
+}
+
+QLabel* picture(QWidget* parent, const char* name, const QRect& place, const QString& file)
+{
+    auto* made = named(new QLabel(parent), name);
+    made->setGeometry(place);
+    made->setPixmap(pictureIcon(file).pixmap(place.size()));
+    return made;
+}
+
+QPushButton* button(QWidget* parent, const char* name, const QRect& place, const QString& text,
+                    const char* role)
+{
+    auto* made = named(new QPushButton(text, parent), name);
+    made->setGeometry(place);
+    made->setAutoDefault(false);
+    setRole(made, role);
+    return made;
+}
+
+QPushButton* windowButton(QWidget* parent, const char* name, const QPoint& place,
+                          const QString& title)
+{
+    auto* made = named(new QPushButton(parent), name);
+    made->setGeometry(QRect(place, QSize(16, 16)));
+    made->setAccessibleName(title);
+    made->setToolTip(title);
+    made->setAutoDefault(false);
+    made->setCursor(Qt::PointingHandCursor);
+    return made;
+}
+
+QToolButton* menuButton(QWidget* parent, const char* name, const QString& text, const char* icon)
+{
+    auto* made = named(new QToolButton(parent), name);
+    made->setText(text);
+    made->setAccessibleName(text);
+    made->setIcon(stateIcon(QLatin1String(icon)));
+    made->setIconSize(QSize(24, 24));
+    made->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
+    made->setCheckable(true);
+    made->setFocusPolicy(Qt::TabFocus);
+    return made;
+}
+
+QLabel* pageTitle(QWidget* parent, const char* name, const QString& text)
+{
+    return label(parent, name, QRect(96, 56, 360, 24), text, "title");
+}
+
+} // namespace
+
+DlgMainUi::DlgMainUi(QDialog* window)
+{
+    window->setFixedSize(kWindow);
+    buildLeftBar(window);
+    buildHeader(window);
+    buildHome(window);
+    buildPages(window);
+    setTabOrder();
+}
+
+void DlgMainUi::buildLeftBar(QDialog* window)
+{
+    auto* bar = named(new QFrame(window), "leftBar");
+    bar->setGeometry(0, 0, kBarWidth, kWindow.height());
+    auto* mark = picture(bar, "labelRoundLogo", QRect(), QString());
+    mark->setFixedSize(40, 40);
+    mark->setScaledContents(true);
+    mark->setPixmap(pictureIcon(QStringLiteral("veltaro/orvek-round.png")).pixmap(50, 50));
+
+    toolBtnHome = menuButton(bar, "toolBtnHome", DlgMain::tr("Home"), "home");
+    toolBtnSetting = menuButton(bar, "toolBtnSetting", DlgMain::tr("Setting"), "setting");
+    toolBtnLog = menuButton(bar, "toolBtnLog", DlgMain::tr("Log"), "log");
+    toolBtnQuit = menuButton(bar, "toolBtnQuit", DlgMain::tr("Quit"), "quit");
+    // On the way out pressing Escape comes first to mind.
+    toolBtnQuit->setShortcut(QKeySequence(Qt::Key_Escape));
+
+    auto* column = new QVBoxLayout(bar);
+    column->setContentsMargins(0, 16, 0, 16);
+    column->setSpacing(8);
+    column->addWidget(mark, 0, Qt::AlignHCenter);
+    column->addSpacing(16);
+    for (QToolButton* tool : {toolBtnHome, toolBtnSetting, toolBtnLog})
+        column->addWidget(tool, 0, Qt::AlignHCenter);
+    column->addStretch();
+    column->addWidget(toolBtnQuit, 0, Qt::AlignHCenter);
+}
+
+void DlgMainUi::buildHeader(QDialog* window)
+{
+    labelLogo = picture(window, "labelLogo", QRect(92, 8, 152, 40),
+                        QStringLiteral("veltaro/logo.png"));
+    labelUserName = label(window, "labelUserName", QRect(300, 14, 180, 20), QString(), "secondary");
+    labelUserName->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    btnAbout = windowButton(window, "btnAbout", QPoint(500, 16), DlgMain::tr("About"));
+    btnMin = windowButton(window, "btnMin", QPoint(536, 16), DlgMain::tr("Minimise"));
+    btnClose = windowButton(window, "btnClose", QPoint(568, 16), DlgMain::tr("Close"));
+}
+
+void DlgMainUi::buildHome(QDialog* window)
+{
+    labelRoute = picture(window, "labelRoute", QRect(kCentre - 160, 60, 320, 72), QString());
+    showRoute(false);
+
+    const auto rateRow = [window](int y, const char* pic, const char* icon, const char* speed,
+                                  const QString& title, const char* unit, QLabel*& picLabel,
+                                  QLabel*& speedLabel, QLabel*& unitLabel) {
+        picLabel = picture(window, pic, QRect(287, y, 16, 16), QLatin1String(icon));
+        speedLabel = label(window, speed, QRect(307, y - 2, 48, 20), QStringLiteral("--"), "value");
+        speedLabel->setAccessibleDescription(title); // its name is the value
+        speedLabel->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+        unitLabel = label(window, unit, QRect(359, y - 2, 36, 20), QStringLiteral("Kbps"),
+                          "secondary");
+    };
+    rateRow(148, "labelUpPic", "up.png", "labelUpSpeed", DlgMain::tr("Send rate"), "labelUpKps",
+            labelUpPic, labelUpSpeed, labelUpKps);
+    rateRow(172, "labelDownPic", "down.png", "labelDownSpeed", DlgMain::tr("Receive rate"),
+            "labelDownKps", labelDownPic, labelDownSpeed, labelDownKps);
+
+    m_Chronometer = new widgeChronometer(window);
+    btnConnect = button(window, "btnConnect", QRect(kCentre - 90, 248, 180, 40),
+                        DlgMain::tr("Connect"), "primary");
+    btnConnect->setDefault(true);
+    btnConnect->setCursor(Qt::PointingHandCursor);
+
+    labelQuantumPic = picture(window, "labelQuantumPic", QRect(246, 312, 20, 20),
+                              QStringLiteral("quantum.png"));
+    labelQuantumText = label(window, "labelQuantumText", QRect(270, 312, 220, 20), QString(),
+                             "secondary");
+    m_mobileDetectLabel = named(new QLabel(window), "m_mobileDetectLabel");
+    m_mobileDetectLabel->setAlignment(Qt::AlignCenter);
+    placeChronometer(false);
+}
+
+void DlgMainUi::buildPages(QDialog* window)
+{
+    labelSettingTitle = pageTitle(window, "labelSettingTitle", DlgMain::tr("Setting"));
+    m_SettingWidge = new WidgetSetting(window);
+    m_ScrollArea = named(new QScrollArea(window), "m_ScrollArea");
+    m_ScrollArea->setGeometry(kPage);
+    m_ScrollArea->setWidgetResizable(true);
+    m_ScrollArea->setFrameShape(QFrame::NoFrame);
+    m_ScrollArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_ScrollArea->setWidget(m_SettingWidge);
+
+    labelLogTitle = pageTitle(window, "labelLogTitle", DlgMain::tr("Log"));
+    btnViewAll = button(window, "btnViewAll", QRect(476, 56, 100, 24), DlgMain::tr("View All"),
+                        "link");
+    logView = named(new QListView(window), "logView");
+    logView->setGeometry(kPage);
+    logView->setAccessibleName(DlgMain::tr("Log"));
+    logView->setItemDelegate(new CustomDelegate(logView));
+    logView->setSelectionMode(QAbstractItemView::NoSelection);
+    logView->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    logView->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    logView->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    // Rows have heights of their own; they are measured a batch at a time, so that the page
+    // opens at once however long the log is.
+    logView->setLayoutMode(QListView::Batched);
+    logView->setBatchSize(200);
+
+    labelAboutTitle = pageTitle(window, "labelAboutTitle", DlgMain::tr("About"));
+    m_AboutWidge = new WidgeAbout(window);
+    m_AboutWidge->setGeometry(kPage);
+
+    labelQuitTitle = pageTitle(window, "labelQuitTitle", DlgMain::tr("Quit"));
+    btnSwitchAccount = button(window, "btnSwitchAccount", QRect(kCentre - 90, 152, 180, 40),
+                              DlgMain::tr("Switch Account"), "secondary");
+    btnQuitApp = button(window, "btnQuitApp", QRect(kCentre - 90, 208, 180, 40),
+                        DlgMain::tr("Quit Application"), "primary");
+}
+
+void DlgMainUi::setTabOrder()
+{
+    QWidget* const order[] = {toolBtnHome, toolBtnSetting, toolBtnLog,       toolBtnQuit,
+                                    btnConnect,  btnViewAll,     logView,          btnSwitchAccount,
+                                    btnQuitApp,  btnAbout,       btnMin,           btnClose};
+    for (size_t i = 1; i < sizeof order / sizeof *order; ++i)
+        QWidget::setTabOrder(order[i - 1], order[i]);
+}
+
+void DlgMainUi::placeChronometer(bool intranet)
+{
+    const QPoint place =
+        intranet ? QPoint(m_mobileDetectLabel->x(), m_mobileDetectLabel->geometry().bottom() + 1 + 5)
+                 : QPoint(labelDownPic->x(), labelDownPic->y() + 20);
+    m_Chronometer->setGeometry(QRect(place, kChronometer));
+}
+
+void DlgMainUi::showRoute(bool connected)
+{
+    const QString name = QLatin1String(connected ? "route_on.png" : "route_off.png");
+    labelRoute->setPixmap(pictureIcon(name).pixmap(labelRoute->size()));
+}

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QDateTime>
+#include <QWidget>
+
+class QLabel;
+class QTimer;
+
+/// Shows how long the connection has been up. GUI thread.
+class widgeChronometer : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit widgeChronometer(QWidget* parent);
+
+    /// Shows itself and counts from zero.
+    void start();
+
+    /// Hides itself and stops counting.
+    void stop();
+
+    /// The display for a number of seconds: hours, minutes and seconds, with the days in front
+    /// from one day on. Translated.
+    static QString timeText(qint64 seconds);
+
+private slots:
+    void onChangeTimeTick();
+
+private:
+    QTimer* m_Timer;
+    QDateTime m_TimeRecord; ///< when counting began
+    qint64 m_Second = 0;    ///< the same in seconds since the epoch
+    QLabel* labelClock;
+    QLabel* labelTime;
+};
