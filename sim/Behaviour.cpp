@@ -1,0 +1,60 @@
+#include "sim/Behaviour.h"
+
+#include <QFile>
+#include <QSaveFile>
+
+namespace sim {
+
+namespace {
+
+constexpr char kBehaviour[] = "/datapath.behaviour";
+constexpr char kViolations[] = "/datapath.violations";
+constexpr char kCalls[] = "/tarvelin.calls";
+
+QStringList lines(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    return QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+}
+
+} // namespace
+
+Behaviour readBehaviour(const QString& directory)
+{
+    Behaviour behaviour;
+    for (const QString& line : lines(directory + QLatin1String(kBehaviour))) {
+        const int equals = line.indexOf(QLatin1Char('='));
+        if (equals > 0)
+            behaviour.insert(line.left(equals), line.mid(equals + 1));
+    }
+    return behaviour;
+}
+
+bool writeBehaviour(const QString& directory, const Behaviour& behaviour)
+{
+    QByteArray text;
+    for (auto it = behaviour.begin(); it != behaviour.end(); ++it)
+        text += (it.key() + QLatin1Char('=') + it.value() + QLatin1Char('\n')).toUtf8();
+    QSaveFile file(directory + QLatin1String(kBehaviour));
+    return file.open(QIODevice::WriteOnly) && file.write(text) == text.size() && file.commit();
+}
+
+QStringList datapathViolations(const QString& directory)
+{
+    return directory.isEmpty() ? QStringList() : lines(directory + QLatin1String(kViolations));
+}
+
+void clearDatapathViolations(const QString& directory)
+{
+    if (!directory.isEmpty())
+        QFile::remove(directory + QLatin1String(kViolations));
+}
+
+QStringList scriptCalls(const QString& directory)
+{
+    return lines(directory + QLatin1String(kCalls));
+}
+
+} // namespace sim

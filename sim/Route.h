@@ -1,0 +1,38 @@
+#pragma once
+
+#include "sim/BodyCheck.h"
+#include "sim/World.h"
+
+#include <functional>
+
+namespace sim {
+
+/// One request of the service: where it arrives, what it must look like, and what answers it.
+/// A further request or situation is a further row in one of the tables below.
+struct Route
+{
+    bool lookup; ///< served by both lookup servers; otherwise by the orchestrator
+    QByteArray method;
+    QByteArray path;
+    HeaderRules headers;
+
+    /// Checks the body and, where the route takes one, the query. Runs for every request, also
+    /// when a fault replaces the reply.
+    std::function<void(const Call&, const World&, Findings&)> check;
+
+    /// Makes the reply and changes the world. Not called for a request with a token that is not
+    /// good, nor when a fault replaces the reply.
+    std::function<HttpReply(const Call&, World&)> handle;
+
+    bool takesQuery = false;
+
+    /// Runs in place of `handle` when a fault replaces the reply; usually nothing.
+    std::function<void(const Call&, World&)> onFault = {};
+};
+
+QVector<Route> lookupRoutes();
+QVector<Route> loginRoutes();
+QVector<Route> sessionRoutes();
+QVector<Route> resourceRoutes();
+
+} // namespace sim

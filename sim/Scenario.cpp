@@ -1,0 +1,226 @@
+#include "sim/Scenario.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QStringList>
+
+namespace sim {
+
+namespace {
+
+QJsonObject object(const char* text)
+{
+    return QJsonDocument::fromJson(text).object();
+}
+
+QVector<Account> defaultAccounts()
+{
+    QVector<Account> accounts;
+    Account account;
+    account.customer = QStringLiteral("acme");
+    account.customerId = 1001;
+    account.username = QStringLiteral("alice@acme.example");
+    account.password = QStringLiteral("Wonder-land1");
+    accounts.append(account);
+
+    account.username = QStringLiteral("carol@acme.example");
+    account.password = QStringLiteral("Wait-a-bit3");
+    account.approvalPolls = 2;
+    accounts.append(account);
+
+    account = {};
+    account.customer = QStringLiteral("2002");
+    account.customerId = 2002;
+    account.username = QStringLiteral("bob");
+    account.password = QStringLiteral("Plain-text2");
+    account.offersKey = false;
+    accounts.append(account);
+    return accounts;
+}
+
+constexpr char kErrorResource[] = R"({
+    "wrongPassword": {"error_Code": 1001, "clientVersionLow": false, "error_Desc": {
+        "en": "The username or the password is wrong.", "cn": "用户名或密码错误。"}},
+    "locked": {"error_Code": 1019, "clientVersionLow": false, "error_Desc": {
+        "en": "The account is locked. Please try again in 30 minutes.",
+        "cn": "账号已锁定，请30分钟后重试。"}},
+    "outdated": {"error_Code": 1090, "clientVersionLow": true, "error_Desc": {
+        "en": "This version of the client is no longer supported.",
+        "cn": "不再支持此版本的客户端。"}}})";
+
+QStringList mergeObject(QJsonObject& target, const QString& name, const QJsonValue& value)
+{
+    if (!value.isObject())
+        return {name};
+    const QJsonObject changes = value.toObject();
+    for (auto it = changes.begin(); it != changes.end(); ++it) {
+        if (it.value().isNull())
+            target.remove(it.key());
+        else
+            target.insert(it.key(), it.value());
+    }
+    return {};
+}
+
+QString address(int number)
+{
+    return QStringLiteral("%1.%2.%3.%4")
+        .arg(number >> 24)
+        .arg((number >> 16) & 0xff)
+        .arg((number >> 8) & 0xff)
+        .arg(number & 0xff);
+}
+
+} // namespace
+
+Fault Fault::withStatus(int status, const QByteArray& body)
+{
+    Fault fault;
+    fault.status = status;
+    fault.replaceBody = true;
+    fault.body = body;
+    return fault;
+}
+
+Fault Fault::withBody(const QByteArray& body)
+{
+    return withStatus(200, body);
+}
+
+Fault Fault::withDelay(int ms)
+{
+    Fault fault;
+    fault.delayMs = ms;
+    return fault;
+}
+
+Fault Fault::dropped()
+{
+    Fault fault;
+    fault.drop = true;
+    return fault;
+}
+
+Fault Fault::fromJson(const QJsonObject& json)
+{
+    Fault fault;
+    fault.status = json.value(QLatin1String("status")).toInt();
+    fault.delayMs = json.value(QLatin1String("delayMs")).toInt();
+    fault.drop = json.value(QLatin1String("drop")).toBool();
+    fault.redirect = json.value(QLatin1String("redirect")).toString();
+    fault.hugeBytes = static_cast<qint64>(json.value(QLatin1String("hugeBytes")).toDouble());
+    fault.times = json.value(QLatin1String("times")).toInt(-1);
+    const QJsonValue body = json.value(QLatin1String("body"));
+    const QJsonValue base64 = json.value(QLatin1String("bodyBase64"));
+    fault.replaceBody = body.isString() || base64.isString() || fault.status != 0;
+    fault.body = base64.isString() ? QByteArray::fromBase64(base64.toString().toLatin1())
+                                   : body.toString().toUtf8();
+    return fault;
+}
+
+QJsonObject Fault::toJson() const
+{
+    QJsonObject json{{QStringLiteral("status"), status},
+                     {QStringLiteral("delayMs"), delayMs},
+                     {QStringLiteral("drop"), drop},
+                     {QStringLiteral("redirect"), redirect},
+                     {QStringLiteral("hugeBytes"), static_cast<double>(hugeBytes)},
+                     {QStringLiteral("times"), times}};
+    if (replaceBody)
+        json.insert(QStringLiteral("bodyBase64"), QString::fromLatin1(body.toBase64()));
+    return json;
+}
+
+bool Fault::replaces() const
+{
+    return status != 0 || drop || replaceBody || !redirect.isEmpty() || hugeBytes > 0;
+}
+
+Scenario::Scenario()
+    : accounts(defaultAccounts()), privacyVersion(QStringLiteral("2025.1")), rsaTypes{0, 1},
+      errorResourceVersion(QStringLiteral("7"))
+{
+    authConfigReply =
+        object(R"({"code": 0, "enableForgetPassword": true, "supportCusResource": false})");
+    upgradeReply = object(R"({"code": 0, "version": "6.1.20", "minVersion": "6.0.0",
+        "checkingPeriod": 600, "ignore": false, "url": "", "releaseNote": "",
+        "releaseNoteEn": ""})");
+    noticeReply = object(R"({"code": 0, "type": "none", "noticeTime": 60})");
+    connectReply = object(R"({"code": 0, "heartbeatInterval": 10, "lanAssignIp": "10.8.0.2",
+        "orchDomains": ["orch1.veltaro.example", "orch2.veltaro.example"], "cpeId": 4711,
+        "orchId": 12, "commuServerAddr": "comm1.veltaro.example:4500",
+        "candidateCommServers": ["comm1.veltaro.example:4501", "comm2.veltaro.example"],
+        "siteTemplateId": "T-31", "mobileTrafficVersion": 5, "mobileDetect": false,
+        "mobileDetectFailed": "", "mobileDetectFailedEn": "", "enableQuantum": false,
+        "enablePQC": false})");
+    heartbeatReply = object(R"({"code": 0, "success": true, "actionDataList": []})");
+    logoReply = object(R"({"code": 0, "data": []})");
+    errorResource = object(kErrorResource);
+    filterDocument = makeFilterDocument(2, 3);
+}
+
+QStringList Scenario::apply(const QJsonObject& json)
+{
+    const QMap<QString, QJsonObject*> objects{{QStringLiteral("authConfigReply"), &authConfigReply},
+                                              {QStringLiteral("upgradeReply"), &upgradeReply},
+                                              {QStringLiteral("noticeReply"), &noticeReply},
+                                              {QStringLiteral("connectReply"), &connectReply},
+                                              {QStringLiteral("heartbeatReply"), &heartbeatReply},
+                                              {QStringLiteral("logoReply"), &logoReply},
+                                              {QStringLiteral("errorResource"), &errorResource}};
+    QStringList refused;
+    for (auto it = json.begin(); it != json.end(); ++it) {
+        const QString& name = it.key();
+        const QJsonValue value = it.value();
+        if (QJsonObject* target = objects.value(name)) {
+            refused += mergeObject(*target, name, value);
+        } else if (name == QLatin1String("privacyVersion") && value.isString()) {
+            privacyVersion = value.toString();
+        } else if (name == QLatin1String("errorResourceVersion") && value.isString()) {
+            errorResourceVersion = value.toString();
+        } else if (name == QLatin1String("filterDocument") && value.isString()) {
+            filterDocument = value.toString().toUtf8();
+        } else if (name == QLatin1String("rsaTypes") && value.isArray()) {
+            rsaTypes.clear();
+            for (const QJsonValue& type : value.toArray())
+                rsaTypes.append(type.toInt());
+        } else {
+            refused.append(name);
+        }
+    }
+    return refused;
+}
+
+QJsonObject Scenario::toJson() const
+{
+    QJsonArray types;
+    for (int type : rsaTypes)
+        types.append(type);
+    return {{QStringLiteral("authConfigReply"), authConfigReply},
+            {QStringLiteral("upgradeReply"), upgradeReply},
+            {QStringLiteral("noticeReply"), noticeReply},
+            {QStringLiteral("connectReply"), connectReply},
+            {QStringLiteral("heartbeatReply"), heartbeatReply},
+            {QStringLiteral("privacyVersion"), privacyVersion},
+            {QStringLiteral("errorResourceVersion"), errorResourceVersion},
+            {QStringLiteral("rsaTypes"), types}};
+}
+
+QByteArray makeFilterDocument(int inclusive, int exclusive, int duplicates)
+{
+    QJsonArray white;
+    QJsonArray black;
+    for (int i = 0; i < inclusive; ++i)
+        white.append(address(10 * (1 << 24) + i) + QStringLiteral("/32"));
+    for (int i = 0; i < exclusive; ++i)
+        black.append(address(100 * (1 << 24) + i) + QStringLiteral("/32"));
+    for (int i = 0; i < duplicates && exclusive > 0; ++i)
+        black.append(black.at(i % exclusive));
+    const QJsonObject document{{QStringLiteral("code"), 0},
+                               {QStringLiteral("ipSetMode"), 0},
+                               {QStringLiteral("whiteIpSet"), white},
+                               {QStringLiteral("blackIpSet"), black}};
+    return QJsonDocument(document).toJson(QJsonDocument::Compact);
+}
+
+} // namespace sim
