@@ -18,7 +18,8 @@ struct FreeDeleter
 {
     void operator()(void* memory) const { std::free(memory); }
 };
-template <typename T> using Reply = std::unique_ptr<T, FreeDeleter>;
+template <typename T>
+using Reply = std::unique_ptr<T, FreeDeleter>;
 
 /// Learns of every window that the X server maps.
 class MapWatch
@@ -34,8 +35,8 @@ public:
         xcb_change_window_attributes(m_connection, xcb_setup_roots_iterator(setup).data->root,
                                      XCB_CW_EVENT_MASK, &events);
         // A round trip, so that the server knows before the program starts.
-        const Reply<xcb_get_input_focus_reply_t> ignored(xcb_get_input_focus_reply(
-            m_connection, xcb_get_input_focus(m_connection), nullptr));
+        const Reply<xcb_get_input_focus_reply_t> ignored(
+            xcb_get_input_focus_reply(m_connection, xcb_get_input_focus(m_connection), nullptr));
     }
     ~MapWatch() { xcb_disconnect(m_connection); }
     MapWatch(const MapWatch&) = delete;
@@ -100,8 +101,7 @@ FirstWindow measureFirstWindow(const QString& program, const QProcessEnvironment
     process.start(program, QStringList());
     if (!watch.awaitWindow(kTimeoutMs))
         return result;
-    result.milliseconds =
-        std::chrono::duration<double, std::milli>(Clock::now() - start).count();
+    result.milliseconds = std::chrono::duration<double, std::milli>(Clock::now() - start).count();
     awaitRest(process.processId());
     result.memoryMb =
         static_cast<double>(support::ChildProcess::statusKb(process.processId(), "VmRSS")) / 1024;

@@ -25,6 +25,7 @@ function(veltaro_pkg target module package)
 endfunction()
 veltaro_pkg(CRYPTOPP libcrypto++ libcrypto++-dev)
 veltaro_pkg(QRCODEGEN qrcodegencpp libqrcodegencpp-dev)
+find_package(Threads REQUIRED)
 veltaro_pkg(DFRAMEWORKDBUS dframeworkdbus libdframeworkdbus-dev)
 
 if(VELTARO_BUILD_TESTS)

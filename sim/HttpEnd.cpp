@@ -16,7 +16,7 @@ namespace {
 
 constexpr char kHost[] = "127.0.0.1";
 constexpr size_t kThreads = 12;
-constexpr size_t kChunk = 64 * 1024;
+constexpr size_t kChunk = 65536;
 
 void onlyReuseAddress(socket_t sock)
 {
@@ -156,7 +156,7 @@ HttpEnd::~HttpEnd()
     stop();
 }
 
-bool HttpEnd::start(int port, Handler handler)
+bool HttpEnd::start(int port, const Handler& handler)
 {
     stop();
     d->configure(handler);

@@ -49,7 +49,7 @@ public:
 
     /// Listens on `port`, or on a free one when it is 0, and serves every method and path with
     /// `handler`, which runs on several threads at once. False when the port is taken.
-    bool start(int port, Handler handler);
+    bool start(int port, const Handler& handler);
 
     /// Stops serving and waits for the requests under way. The port is free afterwards.
     void stop();

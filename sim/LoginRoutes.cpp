@@ -242,7 +242,7 @@ HttpReply authConfig(const Call&, World& world)
 
 } // namespace
 
-QVector<Route> loginRoutes()
+std::vector<Route> loginRoutes()
 {
     return {
         {false,

@@ -36,7 +36,7 @@ HttpReply privacyVersion(const Call&, World& world)
 
 } // namespace
 
-QVector<Route> lookupRoutes()
+std::vector<Route> lookupRoutes()
 {
     return {
         {true,

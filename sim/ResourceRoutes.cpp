@@ -95,7 +95,7 @@ HttpReply logos(const Call&, World& world)
 
 } // namespace
 
-QVector<Route> resourceRoutes()
+std::vector<Route> resourceRoutes()
 {
     const HeaderRules form{Rules::Content::Form, Rules::Customer::Numeric, Rules::Token::None,
                            false};

@@ -4,6 +4,7 @@
 #include "sim/World.h"
 
 #include <functional>
+#include <vector>
 
 namespace sim {
 
@@ -30,9 +31,9 @@ struct Route
     std::function<void(const Call&, World&)> onFault = {};
 };
 
-QVector<Route> lookupRoutes();
-QVector<Route> loginRoutes();
-QVector<Route> sessionRoutes();
-QVector<Route> resourceRoutes();
+std::vector<Route> lookupRoutes();
+std::vector<Route> loginRoutes();
+std::vector<Route> sessionRoutes();
+std::vector<Route> resourceRoutes();
 
 } // namespace sim

@@ -141,7 +141,7 @@ HttpReply filterDocument(const Call&, World& world)
 
 } // namespace
 
-QVector<Route> sessionRoutes()
+std::vector<Route> sessionRoutes()
 {
     const HeaderRules withToken{Rules::Content::Json, Rules::Customer::Numeric,
                                 Rules::Token::Required, true};

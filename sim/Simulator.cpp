@@ -42,9 +42,12 @@ Call parse(End end, const HttpCall& received)
     return call;
 }
 
-QVector<Route> allRoutes()
+std::vector<Route> allRoutes()
 {
-    return lookupRoutes() + loginRoutes() + sessionRoutes() + resourceRoutes();
+    std::vector<Route> all;
+    for (const auto& group : {lookupRoutes(), loginRoutes(), sessionRoutes(), resourceRoutes()})
+        all.insert(all.end(), group.begin(), group.end());
+    return all;
 }
 
 } // namespace
@@ -71,7 +74,7 @@ struct Simulator::Private
     World world;
     QList<RequestRecord> requests;
     QString datapathDirectory;
-    const QVector<Route> routes = allRoutes();
+    const std::vector<Route> routes = allRoutes();
 
     mutable std::recursive_mutex endsMutex; // guards the servers; never taken while serving
     std::array<HttpEnd, 3> ends;

@@ -6,7 +6,6 @@
 #include "app/Platform.h"
 
 #include <QFile>
-#include <QThread>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -18,7 +17,6 @@ QList<LogContent> Log::m_LogList;
 QSet<QString> Log::m_LogTitleSet;
 QSet<QString> Log::m_HisLogTitleSet;
 QVector<Log::Insertion> Log::m_pending;
-bool Log::m_showing = false;
 
 namespace {
 
@@ -56,7 +54,7 @@ void Log::messageOut(QtMsgType type, const QMessageLogContext&, const QString& m
 {
     const logformat::Record record = logformat::makeRecord(type, msg, platform().now());
 
-    QMutexLocker lock(&mutex);
+    const QMutexLocker lock(&mutex);
     LogModel* model = nullptr;
     if (record.entry) {
         const bool newDate = !m_LogTitleSet.contains(record.date);
@@ -78,37 +76,24 @@ void Log::messageOut(QtMsgType type, const QMessageLogContext&, const QString& m
         }
     }
     writeLog(record.fileLine);
-    if (!model)
-        return;
-    if (QThread::currentThread() != model->thread()) {
-        // Posted under the lock: the window takes its model back under the same lock, and a
-        // posted call goes with the model it was posted to.
+    // The rows follow from the event loop of the model's thread: a model changes there alone, and
+    // a view that logs while it takes the rows is then not inside this handler, where Qt would
+    // not call it again. Posted under the lock, since the window takes its model back under it.
+    if (model && m_pending.size() == 1)
         QMetaObject::invokeMethod(model, &Log::showPending, Qt::QueuedConnection);
-        return;
-    }
-    lock.unlock();
-    showPending();
 }
 
-// Moves what was logged into the model. A view may log while rows are inserted; what it logs is
-// picked up by the loop that is already running.
 void Log::showPending()
 {
-    if (m_showing)
+    QMutexLocker lock(&mutex);
+    LogModel* const model = m_LogModel;
+    const QVector<Insertion> batch = std::move(m_pending);
+    m_pending.clear();
+    lock.unlock();
+    if (!model)
         return;
-    m_showing = true;
-    forever {
-        QMutexLocker lock(&mutex);
-        LogModel* const model = m_LogModel;
-        const QVector<Insertion> batch = std::move(m_pending);
-        m_pending.clear();
-        lock.unlock();
-        if (!model || batch.isEmpty())
-            break;
-        for (const Insertion& insertion : batch)
-            model->insertContents(insertion.row, insertion.contents);
-    }
-    m_showing = false;
+    for (const Insertion& insertion : batch)
+        model->insertContents(insertion.row, insertion.contents);
 }
 
 void Log::setLogModel(LogModel* model)

@@ -19,8 +19,8 @@ class Log : public QObject
     Q_OBJECT
 
 public:
-    /// The message handler. Any thread; messages from other threads than the model's reach the
-    /// model through that thread's event loop, in the order in which they were logged.
+    /// The message handler. Any thread; entries reach the model through the event loop of its
+    /// thread, in the order in which they were logged.
     static void messageOut(QtMsgType type, const QMessageLogContext& context, const QString& msg);
 
     /// The log page's model, or null when no window shows one. GUI thread.
@@ -51,11 +51,10 @@ private:
 
     static void showPending();
 
-    static QMutex mutex; ///< guards everything below but m_showing
+    static QMutex mutex; ///< guards everything below
     static LogModel* m_LogModel;
     static QList<LogContent> m_LogList;      ///< this run's entries, newest first
     static QSet<QString> m_LogTitleSet;      ///< dates with a heading in m_LogList
     static QSet<QString> m_HisLogTitleSet;   ///< dates with a heading in a history listing
     static QVector<Insertion> m_pending;     ///< logged, not yet in the model
-    static bool m_showing;                   ///< GUI thread: rows are being inserted right now
 };

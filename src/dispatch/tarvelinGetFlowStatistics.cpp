@@ -88,23 +88,6 @@ void _TQ_WinDispatchInitHdr(_TQ_DISPATCH_DESC* desc, unsigned char module, unsig
     std::memcpy(desc->Buff, &hdr, sizeof hdr);
 }
 
-int _TQ_WinSocketConnect(const char* ip, unsigned short port)
-{
-    const int sock = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    if (sock < 0)
-        return -1;
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(port);
-    if (::inet_pton(AF_INET, ip, &address.sin_addr) != 1
-        || ::connect(sock, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0) {
-        ::close(sock);
-        return -1;
-    }
-    sg_WinDispatchSock = sock;
-    return 0;
-}
-
 /// Waits until the socket can be read or written; false when the exchange's time is over.
 bool waitFor(int sock, short events, const QElapsedTimer& clock)
 {
@@ -121,6 +104,36 @@ bool waitFor(int sock, short events, const QElapsedTimer& clock)
     }
 }
 
+/// Connects a non-blocking socket: a service that does not accept must not hold the caller.
+bool connectInTime(int sock, const sockaddr_in& address)
+{
+    if (::connect(sock, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0)
+        return true;
+    QElapsedTimer clock;
+    clock.start();
+    if (errno != EINPROGRESS || !waitFor(sock, POLLOUT, clock))
+        return false;
+    int error = 0;
+    socklen_t size = sizeof error;
+    return ::getsockopt(sock, SOL_SOCKET, SO_ERROR, &error, &size) == 0 && error == 0;
+}
+
+int _TQ_WinSocketConnect(const char* ip, unsigned short port)
+{
+    const int sock = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+    if (sock < 0)
+        return -1;
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(port);
+    if (::inet_pton(AF_INET, ip, &address.sin_addr) != 1 || !connectInTime(sock, address)) {
+        ::close(sock);
+        return -1;
+    }
+    sg_WinDispatchSock = sock;
+    return 0;
+}
+
 bool tryAgain()
 {
     return errno == EAGAIN || errno == EINTR;
@@ -133,8 +146,7 @@ int _TQ_WinDispatchSend(int sock, const _TQ_DISPATCH_DESC* desc, const QElapsedT
     while (sent < length) {
         if (!waitFor(sock, POLLOUT, clock))
             return -EIO;
-        const ssize_t n = ::send(sock, bytes(desc) + sent, length - sent,
-                                 MSG_NOSIGNAL | MSG_DONTWAIT);
+        const ssize_t n = ::send(sock, bytes(desc) + sent, length - sent, MSG_NOSIGNAL);
         if (n >= 0)
             sent += uint32_t(n);
         else if (!tryAgain())
@@ -149,7 +161,7 @@ bool receiveUpTo(int sock, char* buffer, uint32_t have, uint32_t want, const QEl
     while (have < want) {
         if (!waitFor(sock, POLLIN, clock))
             return false;
-        const ssize_t n = ::recv(sock, buffer + have, want - have, MSG_DONTWAIT);
+        const ssize_t n = ::recv(sock, buffer + have, want - have, 0);
         if (n > 0)
             have += uint32_t(n);
         else if (n == 0 || !tryAgain())

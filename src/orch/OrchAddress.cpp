@@ -2,7 +2,7 @@
 
 namespace {
 
-constexpr QLatin1String kApi("/api");
+constexpr char kApi[] = "/api";
 
 } // namespace
 
@@ -11,12 +11,12 @@ namespace orchaddress {
 QString rootFirstApi(const QString& authUrl, const QString& path)
 {
     // left(-1), for an address without "/api", is the whole text.
-    return authUrl.left(authUrl.indexOf(kApi)) + path;
+    return authUrl.left(authUrl.indexOf(QLatin1String(kApi))) + path;
 }
 
 QString rootLastApi(const QString& authUrl, const QString& path)
 {
-    const int at = authUrl.lastIndexOf(kApi);
+    const int at = authUrl.lastIndexOf(QLatin1String(kApi));
     return at < 0 ? authUrl : authUrl.left(at) + path;
 }
 

@@ -85,9 +85,16 @@ void OrchErrRes::init()
 {
     version.clear();
     downVersion.clear();
-    m_NetMgr = new QNetworkAccessManager(this);
-    m_NetMgr->setTransferTimeout(kTransferTimeoutMs);
-    connect(m_NetMgr, &QNetworkAccessManager::finished, this, &OrchErrRes::netReply);
+}
+
+QNetworkReply* OrchErrRes::start(const OrchRequest& request)
+{
+    if (!m_NetMgr) {
+        m_NetMgr = new QNetworkAccessManager(this);
+        m_NetMgr->setTransferTimeout(kTransferTimeoutMs);
+        connect(m_NetMgr, &QNetworkAccessManager::finished, this, &OrchErrRes::netReply);
+    }
+    return sendOrchRequest(*m_NetMgr, request);
 }
 
 void OrchErrRes::setCustomerId(const QString& customerId)
@@ -116,8 +123,8 @@ void OrchErrRes::loadRes(const QString& path, const QString& authUrl)
 void OrchErrRes::updateResFromOrch(const QString& path, const QString& authUrl)
 {
     const QString root = authUrl.isEmpty() ? stored(ConfigUtil::AUTHURL) : authUrl;
-    sendOrchRequest(*m_NetMgr, orchrequest::errorResourceAddress(
-                                   root, path, {Util::getSerial(), m_customerId, QString()}));
+    start(orchrequest::errorResourceAddress(root, path,
+                                            {Util::getSerial(), m_customerId, QString()}));
 }
 
 void OrchErrRes::downloadAndUpdaeRes(const QByteArray& json)
@@ -136,8 +143,7 @@ void OrchErrRes::downloadAndUpdaeRes(const QByteArray& json)
         return;
     }
     downVersion = address.version;
-    m_download = sendOrchRequest(
-        *m_NetMgr, orchrequest::errorResourceDocument(address.url, Util::getSerial()));
+    m_download = start(orchrequest::errorResourceDocument(address.url, Util::getSerial()));
     // Another download may have started by the time this one ends.
     m_download->setProperty(kVersionProperty, downVersion);
 }

@@ -9,6 +9,7 @@
 
 class QNetworkAccessManager;
 class QNetworkReply;
+struct OrchRequest;
 
 /// The orchestrator's error texts: a table of its numeric codes with English and Chinese texts,
 /// which the orchestrator publishes and the client downloads, keeps in the settings
@@ -61,6 +62,7 @@ private slots:
 private:
     OrchErrRes();
     void init();
+    QNetworkReply* start(const OrchRequest& request);
     void addressReply(const QByteArray& body, int status, bool ok);
     void documentReply(QNetworkReply* reply, const QByteArray& body, int status, bool ok);
     bool isComplete() const;
@@ -69,8 +71,8 @@ private:
     QMap<int, QString> mapCn;
     QMap<int, QString> mapEn;
     QMap<int, bool> m_mapVersionLow;
-    QNetworkAccessManager* m_NetMgr = nullptr;
-    QString downVersion; ///< of the resource being downloaded
+    QNetworkAccessManager* m_NetMgr = nullptr; ///< made with the first request
+    QString downVersion;                       ///< of the resource being downloaded
     QString m_customerId;
     QPointer<QNetworkReply> m_download; ///< the download in flight
 

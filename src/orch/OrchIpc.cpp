@@ -53,11 +53,7 @@ OrchIpc* OrchIpc::instance()
     return s_instance;
 }
 
-OrchIpc::OrchIpc() : m_manager(new QNetworkAccessManager(this))
-{
-    connect(m_manager, &QNetworkAccessManager::finished, this, &OrchIpc::onFinished);
-}
-
+OrchIpc::OrchIpc() = default;
 OrchIpc::~OrchIpc() = default;
 
 void OrchIpc::setMainAuthUrl(const QString& url)
@@ -70,10 +66,19 @@ void OrchIpc::appendClientInfo(QJsonObject* body)
     body->insert(QStringLiteral("traceExtraInfo"), clientInfo(gatherClientFacts()));
 }
 
+QNetworkReply* OrchIpc::start(const OrchRequest& request)
+{
+    if (!m_manager) {
+        m_manager = new QNetworkAccessManager(this);
+        connect(m_manager, &QNetworkAccessManager::finished, this, &OrchIpc::onFinished);
+    }
+    return sendOrchRequest(*m_manager, request);
+}
+
 void OrchIpc::send(const OrchRequest& request, const OrchIpcCbFunc& cb,
                    const OrchIpcErrCbFunc& errCb)
 {
-    m_callbackMap.insert(sendOrchRequest(*m_manager, request), {cb, errCb});
+    m_callbackMap.insert(start(request), {cb, errCb});
 }
 
 void OrchIpc::onFinished(QNetworkReply* reply)
@@ -99,7 +104,7 @@ QNetworkReply* OrchIpc::_verifyCustomerId(const QString& url, const QString& cus
         orchrequest::verifyCustomer(url, {Util::getSerial(), customerId, QString()});
     qDebug("Begin to get authentication URL");
     qDebug().noquote() << maskSecrets(request.body);
-    return sendOrchRequest(*m_manager, request);
+    return start(request);
 }
 
 void OrchIpc::verifyCustomerId(const QString& customerId, const OrchIpcCbFunc& cb,
@@ -117,7 +122,7 @@ void OrchIpc::verifyCustomerIdUsingBackUrl(const QString& customerId, const Orch
 QNetworkReply* OrchIpc::_getPrivacyVersion(const QString& lookupUrl)
 {
     qDebug("getPrivacyVersion");
-    return sendOrchRequest(*m_manager, orchrequest::privacyVersion(lookupUrl, Util::getSerial()));
+    return start(orchrequest::privacyVersion(lookupUrl, Util::getSerial()));
 }
 
 void OrchIpc::getPrivacyVerFromMain(const OrchIpcCbFunc& cb, const OrchIpcErrCbFunc& errCb)

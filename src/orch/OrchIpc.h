@@ -76,9 +76,11 @@ private:
 
     QNetworkReply* _verifyCustomerId(const QString& url, const QString& customerId);
     QNetworkReply* _getPrivacyVersion(const QString& lookupUrl);
+    QNetworkReply* start(const OrchRequest& request);
     void send(const OrchRequest& request, const OrchIpcCbFunc& cb, const OrchIpcErrCbFunc& errCb);
 
-    QNetworkAccessManager* m_manager;
+    /// Made with the first request: making one loads plugins, which a first window need not await.
+    QNetworkAccessManager* m_manager = nullptr;
     QMap<QNetworkReply*, OrchCallbacks> m_callbackMap; ///< the requests in flight
     QString m_authUrl;
 };

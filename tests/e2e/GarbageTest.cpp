@@ -51,7 +51,6 @@ private slots:
     void dispatchClosesInMidReply();
 
 private:
-
     support::Scene m_scene;
     QVariantMap m_saved;
 };
@@ -78,7 +77,6 @@ void GarbageTest::cleanup()
     QVERIFY(m_scene.service().reset());
 }
 
-
 void GarbageTest::lookupAnswersHtml()
 {
     // No saved account: the customer step is done by hand, with no orchestrator known.
@@ -87,9 +85,9 @@ void GarbageTest::lookupAnswersHtml()
                            {QStringLiteral("USERNAME"), QString()},
                            {QStringLiteral("TOKEN"), QString()},
                            {QStringLiteral("PASSWORD"), QString()}});
-    QVERIFY(m_scene.service().replaceBody(
-        QStringLiteral("/api/mobile/v1/orchinfo"),
-        "<!DOCTYPE html><html><body>Sign in to the hotel</body>"));
+    QVERIFY(
+        m_scene.service().replaceBody(QStringLiteral("/api/mobile/v1/orchinfo"),
+                                      "<!DOCTYPE html><html><body>Sign in to the hotel</body>"));
 
     QVERIFY(program.start());
     QVERIFY(m_scene.app().type(QStringLiteral("Customer ID"), kCustomer));
@@ -106,9 +104,8 @@ void GarbageTest::lookupAnswersHtml()
 
 void GarbageTest::keyIsNoKey()
 {
-    QVERIFY(m_scene.service().replaceBody(
-        QStringLiteral("/s/mobile/pubkey/obtain"),
-        R"({"code":0,"key":"bm90IGEga2V5","rsaType":[0,1]})"));
+    QVERIFY(m_scene.service().replaceBody(QStringLiteral("/s/mobile/pubkey/obtain"),
+                                          R"({"code":0,"key":"bm90IGEga2V5","rsaType":[0,1]})"));
     QVERIFY(m_scene.program().start());
     // As from an orchestrator that offers no key at all.
     QVERIFY(m_scene.driver().awaitConnected());
@@ -137,7 +134,9 @@ void GarbageTest::connectAnswersEmptyObject()
 
 void GarbageTest::filterDocumentIsBinary()
 {
-    QByteArray binary("\x7f" "ELF\x01\x02 no document ", 18);
+    QByteArray binary("\x7f"
+                      "ELF\x01\x02 no document ",
+                      18);
     for (int byte = 0x80; byte <= 0xff; ++byte)
         binary.append(static_cast<char>(byte));
     QVERIFY(m_scene.service().replaceBody(QStringLiteral("/files/ip-filter.json"), binary));

@@ -60,8 +60,7 @@ private:
 void JourneyTest::initTestCase()
 {
     QVERIFY2(m_scene.start(), qPrintable(m_scene.error()));
-    const QJsonObject scenario{
-        {QStringLiteral("filterDocument"), QString::fromUtf8(kFilterSent)}};
+    const QJsonObject scenario{{QStringLiteral("filterDocument"), QString::fromUtf8(kFilterSent)}};
     QVERIFY(m_scene.service().command({{QStringLiteral("scenario"), scenario}}));
 }
 

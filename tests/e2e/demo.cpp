@@ -41,12 +41,13 @@ int showToUser()
         return failed(QStringLiteral("the client did not start"));
 
     const support::SimAccount account = service.account();
-    say(QStringLiteral("\nVeltaro is opening. Type:\n"
-                       "    Customer ID   %1\n"
-                       "    Username      %2\n"
-                       "    Password      %3\n\n"
-                       "Watch and switch the simulated service at %4\n"
-                       "The demo ends when you quit the client (left bar: Quit, Quit Application).\n")
+    say(QStringLiteral(
+            "\nVeltaro is opening. Type:\n"
+            "    Customer ID   %1\n"
+            "    Username      %2\n"
+            "    Password      %3\n\n"
+            "Watch and switch the simulated service at %4\n"
+            "The demo ends when you quit the client (left bar: Quit, Quit Application).\n")
             .arg(account.customer, account.username, account.password, service.controlPage()));
     // A logout starts the client anew, so it is the folder that is watched, not one process.
     while (!support::waitFor([&] { return program.pid() == 0; }, 60000)) {
@@ -105,9 +106,8 @@ void Tour::picture(const QString& name)
         1000);
     QString file = name;
     file.replace(QLatin1Char(' '), QLatin1Char('-'));
-    last.save(m_folder.filePath(QStringLiteral("%1-%2.png")
-                                    .arg(++m_pictures, 2, 10, QLatin1Char('0'))
-                                    .arg(file)));
+    last.save(m_folder.filePath(
+        QStringLiteral("%1-%2.png").arg(++m_pictures, 2, 10, QLatin1Char('0')).arg(file)));
 }
 
 bool Tour::visit(const QString& page)

@@ -15,13 +15,32 @@ namespace {
 
 // Role and state numbers of the assistive technology service provider interface
 // (atspi-constants.h).
-enum Role { RoleCheckBox = 7, RoleDialog = 16, RoleFrame = 23, RoleLabel = 29,
-            RolePasswordText = 40, RolePushButton = 43, RoleRadioButton = 44, RoleText = 61,
-            RoleToggleButton = 62, RoleWindow = 69, RoleEntry = 79 };
-enum StateBit { StateActive = 1, StateChecked = 4, StateEnabled = 8, StateFocused = 12,
-                StateSensitive = 24, StateShowing = 25, StateVisible = 30 };
+enum Role {
+    RoleCheckBox = 7,
+    RoleDialog = 16,
+    RoleFrame = 23,
+    RoleLabel = 29,
+    RolePasswordText = 40,
+    RolePushButton = 43,
+    RoleRadioButton = 44,
+    RoleText = 61,
+    RoleToggleButton = 62,
+    RoleWindow = 69,
+    RoleEntry = 79
+};
+enum StateBit {
+    StateActive = 1,
+    StateChecked = 4,
+    StateEnabled = 8,
+    StateFocused = 12,
+    StateSensitive = 24,
+    StateShowing = 25,
+    StateVisible = 30
+};
 
 constexpr int kCallTimeoutMs = 2000;
+constexpr char kRegistry[] = "org.a11y.atspi.Registry";
+constexpr char kEventController[] = "/org/a11y/atspi/registry/deviceeventcontroller";
 constexpr char kRootPath[] = "/org/a11y/atspi/accessible/root";
 constexpr uint kSelectAllKey = 'a';
 constexpr uint kDeleteKey = 0xffff;
@@ -112,8 +131,9 @@ QVector<AccessibleNode> AccessibleNode::children() const
     QVector<AccessibleNode> result;
     if (!isValid())
         return result;
-    const QVariant list = first(ask(m_bus->connection(), m_service, m_path,
-                                    interfaceName("Accessible"), QStringLiteral("GetChildren"), {}));
+    const QVariant list =
+        first(ask(m_bus->connection(), m_service, m_path, interfaceName("Accessible"),
+                  QStringLiteral("GetChildren"), {}));
     if (!list.canConvert<QDBusArgument>())
         return result;
     const auto argument = list.value<QDBusArgument>();
@@ -185,9 +205,9 @@ QRect AccessibleNode::extents() const
     if (!isValid())
         return QRect();
     constexpr uint kOfTheScreen = 0;
-    const QVariant reply = first(ask(m_bus->connection(), m_service, m_path,
-                                     interfaceName("Component"), QStringLiteral("GetExtents"),
-                                     {kOfTheScreen}));
+    const QVariant reply =
+        first(ask(m_bus->connection(), m_service, m_path, interfaceName("Component"),
+                  QStringLiteral("GetExtents"), {kOfTheScreen}));
     if (!reply.canConvert<QDBusArgument>())
         return QRect();
     int x = 0;
@@ -205,6 +225,12 @@ bool AccessibleNode::press() const
 {
     if (!isValid())
         return false;
+    if (role() == RoleCheckBox) {
+        // The first action of a button that stays down is to change its state, which is not a
+        // press.
+        m_bus->click(extents().center());
+        return true;
+    }
     constexpr int kFirstAction = 0;
     return first(ask(m_bus->connection(), m_service, m_path, interfaceName("Action"),
                      QStringLiteral("DoAction"), {kFirstAction}))
@@ -232,8 +258,8 @@ bool AccessibleNode::type(const QString& text) const
 AccessibilityBus::AccessibilityBus(const QString& address)
     : m_connectionName(QStringLiteral("accessibility ") + address)
 {
-    m_connection = std::make_unique<QDBusConnection>(
-        QDBusConnection::connectToBus(address, m_connectionName));
+    m_connection =
+        std::make_unique<QDBusConnection>(QDBusConnection::connectToBus(address, m_connectionName));
 }
 
 AccessibilityBus::~AccessibilityBus()
@@ -245,8 +271,7 @@ AccessibilityBus::~AccessibilityBus()
 AccessibleNode AccessibilityBus::program(qint64 pid) const
 {
     const QString busName = QStringLiteral("org.freedesktop.DBus");
-    const AccessibleNode desktop(this, QStringLiteral("org.a11y.atspi.Registry"),
-                                 QLatin1String(kRootPath));
+    const AccessibleNode desktop(this, QLatin1String(kRegistry), QLatin1String(kRootPath));
     const QVector<AccessibleNode> programs = desktop.children();
     for (const AccessibleNode& candidate : programs) {
         const QVariantList owner =
@@ -258,17 +283,11 @@ AccessibleNode AccessibilityBus::program(qint64 pid) const
     return AccessibleNode();
 }
 
-static void generate(const QDBusConnection& bus, const QString& method,
-                     const QVariantList& arguments)
-{
-    ask(bus, QStringLiteral("org.a11y.atspi.Registry"),
-        QStringLiteral("/org/a11y/atspi/registry/deviceeventcontroller"),
-        interfaceName("DeviceEventController"), method, arguments);
-}
-
 static void generateKey(const QDBusConnection& bus, int symbol, const QString& text, uint kind)
 {
-    generate(bus, QStringLiteral("GenerateKeyboardEvent"), {symbol, text, kind});
+    ask(bus, QLatin1String(kRegistry), QLatin1String(kEventController),
+        interfaceName("DeviceEventController"), QStringLiteral("GenerateKeyboardEvent"),
+        {symbol, text, kind});
 }
 
 enum KeyEvent : uint { KeyPress = 0, KeyRelease = 1, KeySymbol = 3, KeyText = 4 };
@@ -293,10 +312,14 @@ void AccessibilityBus::clearField() const
 
 void AccessibilityBus::click(const QPoint& where) const
 {
-    generate(*m_connection, QStringLiteral("GenerateMouseEvent"),
-             {where.x(), where.y(), QStringLiteral("abs")});
-    generate(*m_connection, QStringLiteral("GenerateMouseEvent"),
-             {where.x(), where.y(), QStringLiteral("b1c")});
+    const auto generate = [this](const QPoint& place, const char* event) {
+        ask(*m_connection, QLatin1String(kRegistry), QLatin1String(kEventController),
+            interfaceName("DeviceEventController"), QStringLiteral("GenerateMouseEvent"),
+            {place.x(), place.y(), QLatin1String(event)});
+    };
+    generate(where, "abs");
+    generate(where, "b1c");
+    generate(QPoint(), "abs");
 }
 
 // ---- a program
@@ -317,7 +340,8 @@ static AccessibleNode search(const AccessibleNode& parent,
     return AccessibleNode();
 }
 
-AccessibleNode AccessibleApp::findIf(const std::function<bool(const AccessibleNode&)>& matches) const
+AccessibleNode
+AccessibleApp::findIf(const std::function<bool(const AccessibleNode&)>& matches) const
 {
     return search(m_bus.program(m_pid()), matches);
 }

@@ -91,7 +91,8 @@ public:
     /// Empties the field that has the keyboard.
     void clearField() const;
 
-    /// Moves the pointer to a place of the screen and clicks there with the left button.
+    /// Clicks a place of the screen with the left button, and takes the pointer away to the
+    /// corner so that nothing looks hovered.
     void click(const QPoint& where) const;
 
     const QDBusConnection& connection() const { return *m_connection; }

@@ -74,7 +74,8 @@ static QString killablePrefix(const QString& folder)
     return deepEnough ? path + QLatin1Char('/') : QString();
 }
 
-template <typename Condition> static QList<qint64> processesWith(Condition holds)
+template <typename Condition>
+static QList<qint64> processesWith(Condition holds)
 {
     QList<qint64> found;
     const QStringList entries = QDir(QStringLiteral("/proc")).entryList(QDir::Dirs);

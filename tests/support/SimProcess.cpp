@@ -48,13 +48,11 @@ QString SimProcess::controlPage() const
     return m_addresses.value(QLatin1String("control")).toString();
 }
 
-QByteArray SimProcess::exchange(const QByteArray& verb, const QString& path,
-                                const QByteArray& body)
+QByteArray SimProcess::exchange(const QByteArray& verb, const QString& path, const QByteArray& body)
 {
     QNetworkRequest request(QUrl(controlPage() + path));
     request.setHeader(QNetworkRequest::ContentTypeHeader, QStringLiteral("application/json"));
-    const std::unique_ptr<QNetworkReply> reply(
-        m_network.sendCustomRequest(request, verb, body));
+    const std::unique_ptr<QNetworkReply> reply(m_network.sendCustomRequest(request, verb, body));
     const bool answered =
         waitFor([&] { return reply->isFinished(); }) && reply->error() == QNetworkReply::NoError;
     return answered ? reply->readAll() : QByteArray();
@@ -89,8 +87,7 @@ bool SimProcess::reset()
 
 SimAccount SimProcess::account()
 {
-    const QJsonObject first =
-        state().value(QLatin1String("accounts")).toArray().first().toObject();
+    const QJsonObject first = state().value(QLatin1String("accounts")).toArray().first().toObject();
     return {first.value(QLatin1String("customer")).toString(),
             first.value(QLatin1String("username")).toString(),
             first.value(QLatin1String("password")).toString()};

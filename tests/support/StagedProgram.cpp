@@ -92,8 +92,7 @@ bool StagedProgram::start(const QStringList& arguments)
 
 static int exitCodeOf(ChildProcess& process, int timeoutMs)
 {
-    const bool ended =
-        waitFor([&] { return process.state() == QProcess::NotRunning; }, timeoutMs);
+    const bool ended = waitFor([&] { return process.state() == QProcess::NotRunning; }, timeoutMs);
     return ended && process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
 }
 

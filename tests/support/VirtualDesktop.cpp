@@ -130,8 +130,7 @@ bool VirtualDesktop::startAccessibility()
         QDBusMessage set = QDBusMessage::createMethodCall(
             service, QStringLiteral("/org/a11y/bus"),
             QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Set"));
-        set << QStringLiteral("org.a11y.Status") << name
-            << QVariant::fromValue(QDBusVariant(true));
+        set << QStringLiteral("org.a11y.Status") << name << QVariant::fromValue(QDBusVariant(true));
         bus.call(set);
     }
     QDBusConnection::disconnectFromBus(connectionName);
@@ -144,9 +143,9 @@ QProcessEnvironment VirtualDesktop::environment() const
     const QProcessEnvironment own = QProcessEnvironment::systemEnvironment();
     QProcessEnvironment result = session();
     // Sanitizer and coverage settings of the caller reach the programs under test.
-    const QStringList kept = {QStringLiteral("PATH"), QStringLiteral("ASAN_OPTIONS"),
+    const QStringList kept = {QStringLiteral("PATH"),          QStringLiteral("ASAN_OPTIONS"),
                               QStringLiteral("UBSAN_OPTIONS"), QStringLiteral("TSAN_OPTIONS"),
-                              QStringLiteral("GCOV_PREFIX"), QStringLiteral("USER")};
+                              QStringLiteral("GCOV_PREFIX"),   QStringLiteral("USER")};
     for (const QString& name : kept) {
         if (own.contains(name))
             result.insert(name, own.value(name));
@@ -187,8 +186,18 @@ QImage imageFromWindowDump(const QByteArray& dump)
 {
     // XWDFile.h of the X protocol headers: 25 big-endian words, the window's name, the colour
     // map in entries of 12 bytes, then the lines.
-    enum Word { HeaderSize, Version, Format, Depth, Width, Height, BitsPerPixel = 11, Pitch,
-                Colours = 19, Words = 25 };
+    enum Word {
+        HeaderSize,
+        Version,
+        Format,
+        Depth,
+        Width,
+        Height,
+        BitsPerPixel = 11,
+        Pitch,
+        Colours = 19,
+        Words = 25
+    };
     constexpr int kDumpVersion = 7;
     constexpr int kColourSize = 12;
     const auto word = [&](int index) {

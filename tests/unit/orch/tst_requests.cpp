@@ -89,7 +89,7 @@ class RequestsTest : public QObject
 private slots:
     void addresses_data();
     void addresses();
-    void errorResourceAddress();
+    void errorResourceRoots();
     void requests_data();
     void requests();
     void formValuesAreEncoded();
@@ -132,7 +132,7 @@ void RequestsTest::addresses()
     QTEST(orchaddress::sibling(authUrl, path), "sibling");
 }
 
-void RequestsTest::errorResourceAddress()
+void RequestsTest::errorResourceRoots()
 {
     for (const char* root : {"http://o.example", "http://o.example/", "http://o.example/api/v2"}) {
         QCOMPARE(orchaddress::errorResource(QString::fromLatin1(root), QStringLiteral("p")),
@@ -194,14 +194,10 @@ void RequestsTest::requests_data()
         R"({"customerId":2000017,"resource":[{"clientName":"orvek-round.png","dpi":96,)"
         R"("heightPixel":50,"keyName":"pictureLogo"},{"clientName":"logo.png","dpi":96,)"
         R"("heightPixel":40,"keyName":"textLogo"}]})");
-    row("connect without /api",
-        connectSession(QStringLiteral("https://orch.example/auth"), identity(),
-                       ipc::DisConnNormalReason, QString()),
-        post, "https://orch.example/auth", withJson(withSession(common())),
-        R"({"deviceModel":"linux","deviceSupportMode":"native","internalIp":"",)"
-        R"("mobileActionLogType":1,"mobileVersion":"6.1.20",)"
-        R"("sn":"0123456789ABCDE0123456789ABCDE01","supportFeature":{"supportCheckToken":true,)"
-        R"("supportHeartBeat":true,"supportHttps":true,"supportIpFilterDownloadUrlV2":true}})");
+    row("configuration without /api",
+        authConfig(QStringLiteral("https://orch.example/auth"), identity()), post,
+        "https://orch.example/auth", withJson(common()),
+        R"({"customerId":2000017,"supportMailboxFind":true})");
     row("disconnect", disconnectNotice(kAuthUrl, identity(), ipc::DisConnNormalReason), post,
         "https://orch.example/api/mobile/v2/disconnect", withJson(withSession(common())),
         R"({"customerId":2000017,"mobileActionLogType":1,"mobileVersion":"6.1.20",)"

@@ -120,6 +120,9 @@ void SimulatorTest::tokenLogsInUntilRevoked()
         QCOMPARE(answer.json().value("parameters").toObject().value("invalidReasonCode").toInt(),
                  3);
     }
+    // Whoever was refused has no token left to sign out with.
+    client.token = "";
+    QCOMPARE(client.exchange("signout").status, 401);
     QCOMPARE(m_simulator->violations(), QStringList());
 }
 
