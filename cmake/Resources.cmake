@@ -43,11 +43,11 @@ function(veltaro_render_art out_names tool list art_dir out_dir)
     set(${out_names} ${names} PARENT_SCOPE)
 endfunction()
 
-# Takes the face called `family` out of the font collection into the file `out`.
-function(veltaro_extract_font out family)
+# Takes the face called `family` out of the font collection into the file `out`, renamed.
+function(veltaro_extract_font out family new_family)
     set(script ${CMAKE_CURRENT_SOURCE_DIR}/tools/extractfont.py)
     add_custom_command(OUTPUT ${out}
-        COMMAND ${VELTARO_PYTHON} ${script} ${VELTARO_FONT_COLLECTION} ${family} ${out}
+        COMMAND ${VELTARO_PYTHON} ${script} ${VELTARO_FONT_COLLECTION} ${family} ${out} ${new_family}
         DEPENDS ${script} ${VELTARO_FONT_COLLECTION}
         COMMENT "Extracting ${family}" VERBATIM)
 endfunction()

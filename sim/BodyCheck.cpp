@@ -60,14 +60,9 @@ void checkToken(HeaderRules::Token rule, const Call& call, const World& world, F
             findings.add(QStringLiteral("unexpected header X-TQ-AUTH-HEADER"));
         return;
     }
-    if (value.isNull()) {
-        if (rule != Token::IfNotEmpty)
-            findings.add(QStringLiteral("header X-TQ-AUTH-HEADER is missing"));
-        return;
-    }
     if (value.isEmpty()) {
-        if (rule != Token::MayBeEmpty)
-            findings.add(QStringLiteral("header X-TQ-AUTH-HEADER is empty"));
+        if (rule == Token::Required)
+            findings.add(QStringLiteral("header X-TQ-AUTH-HEADER is missing or empty"));
         return;
     }
     const auto session = world.sessions.constFind(QString::fromUtf8(value));

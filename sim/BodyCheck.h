@@ -26,7 +26,8 @@ struct HeaderRules
 {
     enum class Content { None, Json, Form };
     enum class Customer { None, Typed, Numeric };
-    enum class Token { None, IfNotEmpty, MayBeEmpty, Required };
+    /// An empty token cannot be told from none: the HTTP library drops headers without a value.
+    enum class Token { None, Optional, Required };
 
     Content content = Content::None;
     Customer customer = Customer::None;

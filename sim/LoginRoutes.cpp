@@ -262,7 +262,7 @@ std::vector<Route> loginRoutes()
         {false,
          "POST",
          "/api/mobile/v2/auth",
-         {Rules::Content::Json, Rules::Customer::Numeric, Rules::Token::IfNotEmpty, true},
+         {Rules::Content::Json, Rules::Customer::Numeric, Rules::Token::Optional, true},
          checkLogin,
          logIn},
         {false,

@@ -147,7 +147,7 @@ std::vector<Route> sessionRoutes()
                                 Rules::Token::Required, true};
     // A client that has already dropped its token still signs out, with an empty one.
     const HeaderRules signoutRules{Rules::Content::Json, Rules::Customer::Numeric,
-                                   Rules::Token::MayBeEmpty, true};
+                                   Rules::Token::Optional, true};
     return {
         {false, "POST", "/api/mobile/v2/connect", withToken, checkConnect, connectSession},
         {false, "POST", "/api/mobile/v2/disconnect", withToken, checkDisconnect, disconnectSession},

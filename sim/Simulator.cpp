@@ -313,6 +313,16 @@ void Simulator::revokeSessions(int reason)
     }
 }
 
+QString Simulator::issueToken(const QString& username, const QString& serial)
+{
+    const std::lock_guard lock(d->mutex);
+    for (const Account& account : qAsConst(d->world.scenario.accounts)) {
+        if (account.username == username)
+            return d->world.openSession(account, serial).token;
+    }
+    return {};
+}
+
 QList<Session> Simulator::sessions() const
 {
     const std::lock_guard lock(d->mutex);

@@ -77,6 +77,10 @@ public:
     void revokeSessions(int reason);
 
     QList<Session> sessions() const;
+
+    /// Opens a session as a login would and returns its token; empty for an unknown username.
+    QString issueToken(const QString& username, const QString& serial);
+
     QList<RequestRecord> requests() const;
     /// The last request to `path` on any server; its method is empty when there was none.
     RequestRecord lastRequest(const QByteArray& path) const;

@@ -1,5 +1,7 @@
 #include "app/Platform.h"
 
+#include "app/SingleApp.h"
+
 #include <QCoreApplication>
 #include <QDesktopServices>
 #include <QLocale>
@@ -9,8 +11,10 @@ Platform::Platform()
     : now(&QDateTime::currentDateTime),
       isChinese([] { return QLocale::system().language() == QLocale::Chinese; }),
       programDir(&QCoreApplication::applicationDirPath),
-      startDetached([](const QString& program, const QStringList& words) {
-          return QProcess::startDetached(program, words);
+      relaunch([](const QStringList& words) {
+          SingleApp::release();
+          QProcess::startDetached(QCoreApplication::applicationFilePath(), words);
+          QCoreApplication::quit();
       }),
       arguments(&QCoreApplication::arguments), quit(&QCoreApplication::quit), openUrl(&QDesktopServices::openUrl)
 {

@@ -26,8 +26,9 @@ struct Platform
     /// script and its tools: the folder of the executable. No trailing "/".
     std::function<QString()> programDir;
 
-    /// Starts a program detached with its arguments; false when it could not be started.
-    std::function<bool(const QString& program, const QStringList& arguments)> startDetached;
+    /// Gives up being the first copy, starts this program anew, detached, with the arguments, and
+    /// ends the event loop, also when the start fails. How a logout leads back to the login window.
+    std::function<void(const QStringList& arguments)> relaunch;
 
     /// The program's command line, the program itself first.
     std::function<QStringList()> arguments;

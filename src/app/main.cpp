@@ -5,6 +5,8 @@
 #include "app/SingleApp.h"
 #include "login/DlgLogin.h"
 #include "main/DlgMain.h"
+#include "res/Font.h"
+#include "res/Pictures.h"
 
 #include <QApplication>
 #include <QLoggingCategory>
@@ -25,6 +27,8 @@ static bool anotherCopyRuns(QSystemSemaphore& guard)
 
 static int runSession(QApplication& app)
 {
+    // Closed windows do not end the session: it lives on in the tray.
+    QApplication::setQuitOnLastWindowClosed(false);
     DlgMain mainWindow(nullptr);
     mainWindow.show();
     const int result = app.exec();
@@ -35,6 +39,8 @@ static int runSession(QApplication& app)
 int main(int argc, char* argv[])
 {
     appearance::prepare();
+    initPictures();
+    initFont();
     QApplication app(argc, argv);
     ConfigUtil::createConfigPath();
     QSystemSemaphore guard(QStringLiteral("com.orvek.ostrana"), 1, QSystemSemaphore::Create);

@@ -2,6 +2,8 @@
 
 #include "login/DlgLogin.h"
 #include "widgets/BackButton.h"
+#include "widgets/BrandPanel.h"
+#include "widgets/IconButton.h"
 #include "widgets/Style.h"
 
 #include <QAction>
@@ -76,10 +78,7 @@ DlgLoginUi::DlgLoginUi(QDialog* window)
 
     auto* right = new QVBoxLayout;
     right->setContentsMargins(0, 0, 0, 0);
-    btnClose = named(new QPushButton(window), "btnClose");
-    btnClose->setAccessibleName(DlgLogin::tr("Close"));
-    btnClose->setAutoDefault(false);
-    btnClose->setFixedSize(16, 16);
+    btnClose = named(new IconButton("close", DlgLogin::tr("Close"), window), "btnClose");
     auto* top = new QHBoxLayout;
     top->setContentsMargins(0, 14, 14, 0);
     top->addStretch();
@@ -95,7 +94,7 @@ DlgLoginUi::DlgLoginUi(QDialog* window)
 
 QWidget* DlgLoginUi::brandPanel(QDialog* window)
 {
-    auto* panel = named(new QFrame(window), "brandPanel");
+    auto* panel = named(new BrandPanel(window), "brandPanel");
     panel->setFixedWidth(kBrandWidth);
     versionLabel = named(new QLabel(panel), "versionLabel");
     auto* column = new QVBoxLayout(panel);
@@ -115,6 +114,7 @@ QWidget* DlgLoginUi::customerPage(QDialog* window)
         DlgLogin::tr("Enter the customer ID that you received from your administrator."), page);
     hint->setProperty("role", "secondary");
     hint->setWordWrap(true);
+    hint->setMinimumHeight(hint->heightForWidth(kFormWidth)); // the form does not ask it again
 
     auto* form = new QWidget(page);
     form->setFixedWidth(kFormWidth);

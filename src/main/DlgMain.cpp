@@ -46,6 +46,7 @@ DlgMain::DlgMain(QWidget* parent)
     createTimers();
     createNetwork();
     showMenu(MENU_HOME);
+    ui->btnConnect->setFocus();
     checkAndClearDB();
     on_btnConnect_clicked();
     setMobileDetectWidgetVisible(false);

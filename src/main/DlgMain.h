@@ -129,7 +129,6 @@ private:
     void postDisconnectNotice(ipc::DisconnectTypeReason reason);
     void disconnectNoticeAnswered(QNetworkReply* reply);
     void _handle401(const QByteArray& document);
-    void restartProgram(const QStringList& arguments, bool invalidToken);
     void closeAllPopupDlg();
     void rerunFailedDiagnosis();
     void startDiagnosis(DiagnoseTriggerType type);

@@ -5,7 +5,6 @@
 #include "app/LogMarker.h"
 #include "app/Platform.h"
 #include "app/Product.h"
-#include "app/SingleApp.h"
 #include "dispatch/tarvelinGetFlowStatistics.h"
 #include "main/ConnectButton.h"
 #include "main/DlgMain.h"
@@ -26,7 +25,6 @@
 #include "widgets/WidgetTopPrompt.h"
 #include "widgets/dlgStopPrompt.h"
 
-#include <QCoreApplication>
 #include <QLabel>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
@@ -95,7 +93,11 @@ bool DlgMain::confirmStop()
 
 void DlgMain::stopConnection()
 {
-    if (confirmStop() && m_curStatus == CONNECTION) {
+    const QPointer<DlgMain> alive(this);
+    const bool stop = confirmStop();
+    if (!alive)
+        return;
+    if (stop && m_curStatus == CONNECTION) {
         logDisplayInfo(tr("Manual stop triggered"));
         promptWidge->hidePrompt();
         disconnect(true, ipc::DisConnNormalReason);
@@ -228,7 +230,7 @@ void DlgMain::changeStartBtnStatus(CONN_STATUS s)
     case DISCONNECTING:
         return ui->btnConnect->setText(tr("Disconnecting"));
     case CONNECTION:
-        setRole(ui->btnConnect, "stop");
+        setRole(ui->btnConnect, "secondary");
         return ui->btnConnect->setText(tr("Stop"));
     case DISCONNECTION:
         setRole(ui->btnConnect, "primary");
@@ -362,17 +364,10 @@ void DlgMain::logout(bool notifyOrch, bool invalidToken, bool isByUser, bool sho
         session::logoutArguments(invalidToken, isByUser, showTipInLoginUI);
     QTimer::singleShot(kEndDelayMs, this, [this, arguments, invalidToken] {
         accept();
-        restartProgram(arguments, invalidToken);
+        if (invalidToken)
+            ConfigUtil::writeValue(ConfigUtil::TOKEN, QString());
+        platform().relaunch(arguments);
     });
-}
-
-void DlgMain::restartProgram(const QStringList& arguments, bool invalidToken)
-{
-    SingleApp::release();
-    if (invalidToken)
-        ConfigUtil::writeValue(ConfigUtil::TOKEN, QString());
-    platform().startDetached(QCoreApplication::applicationFilePath(), arguments);
-    platform().quit();
 }
 
 void DlgMain::quitUI()

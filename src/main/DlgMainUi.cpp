@@ -3,6 +3,7 @@
 #include "main/CustomDelegate.h"
 #include "main/DlgMain.h"
 #include "main/widgeChronometer.h"
+#include "widgets/IconButton.h"
 #include "widgets/Style.h"
 #include "widgets/WidgeAbout.h"
 #include "widgets/WidgetSetting.h"
@@ -58,15 +59,12 @@ QPushButton* button(QWidget* parent, const char* name, const QRect& place, const
     return made;
 }
 
-QPushButton* windowButton(QWidget* parent, const char* name, const QPoint& place,
-                          const QString& title)
+QPushButton* windowButton(QWidget* parent, const char* name, const char* pictures,
+                          const QPoint& place, const QString& title)
 {
-    auto* made = named(new QPushButton(parent), name);
-    made->setGeometry(QRect(place, QSize(16, 16)));
-    made->setAccessibleName(title);
+    auto* made = named(new IconButton(pictures, title, parent), name);
+    made->move(place);
     made->setToolTip(title);
-    made->setAutoDefault(false);
-    made->setCursor(Qt::PointingHandCursor);
     return made;
 }
 
@@ -133,9 +131,9 @@ void DlgMainUi::buildHeader(QDialog* window)
                         QStringLiteral("veltaro/logo.png"));
     labelUserName = label(window, "labelUserName", QRect(300, 14, 180, 20), QString(), "secondary");
     labelUserName->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    btnAbout = windowButton(window, "btnAbout", QPoint(500, 16), DlgMain::tr("About"));
-    btnMin = windowButton(window, "btnMin", QPoint(536, 16), DlgMain::tr("Minimise"));
-    btnClose = windowButton(window, "btnClose", QPoint(568, 16), DlgMain::tr("Close"));
+    btnAbout = windowButton(window, "btnAbout", "about", QPoint(500, 16), DlgMain::tr("About"));
+    btnMin = windowButton(window, "btnMin", "min", QPoint(536, 16), DlgMain::tr("Minimise"));
+    btnClose = windowButton(window, "btnClose", "close", QPoint(568, 16), DlgMain::tr("Close"));
 }
 
 void DlgMainUi::buildHome(QDialog* window)

@@ -1,6 +1,8 @@
 #include "main/widgeChronometer.h"
 
 #include "app/Platform.h"
+#include "widgets/Style.h"
+#include "widgets/Style.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -19,6 +21,7 @@ widgeChronometer::widgeChronometer(QWidget* parent)
     labelClock->setObjectName(QStringLiteral("labelClock"));
     labelClock->setPixmap(QPixmap(QStringLiteral(":/Ostrana/res/time.png")));
     labelTime->setObjectName(QStringLiteral("labelTime"));
+    setRole(labelTime, "text");
     labelTime->setAccessibleDescription(tr("Connected time")); // its name is the time
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);

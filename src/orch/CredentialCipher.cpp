@@ -27,15 +27,15 @@ constexpr unsigned kSeedSize = 32;
 using OaepEncryptor = CryptoPP::RSAES<CryptoPP::OAEP<CryptoPP::SHA256>>::Encryptor;
 using Pkcs1Encryptor = CryptoPP::RSAES<CryptoPP::PKCS1v15>::Encryptor;
 
-bool loadKey(CryptoPP::RSA::PublicKey& key, const std::string& publicKey,
-             CryptoPP::RandomNumberGenerator& random)
+/// Whether the key's numbers fit an RSA key is checked again when it is used.
+bool loadKey(CryptoPP::RSA::PublicKey& key, const std::string& publicKey)
 {
     if (publicKey.empty() || publicKey.size() > kLongestKeyText)
         return false;
     CryptoPP::StringSource source(publicKey, true, new CryptoPP::Base64Decoder);
     key.Load(source); // throws on anything but an RSA key in DER
     return key.GetModulus().BitCount() <= kLargestModulusBits &&
-           key.GetPublicExponent().BitCount() <= kLargestExponentBits && key.Validate(random, 2);
+           key.GetPublicExponent().BitCount() <= kLargestExponentBits;
 }
 
 template <typename Encryptor>
@@ -63,7 +63,7 @@ std::string Util::TQRSAEncrypt(const std::string& plain, const std::string& publ
     try {
         CryptoPP::AutoSeededRandomPool random(false, kSeedSize);
         CryptoPP::RSA::PublicKey key;
-        if (!loadKey(key, publicKey, random))
+        if (!loadKey(key, publicKey))
             return std::string();
         return oaep ? encryptWith<OaepEncryptor>(key, message, random)
                     : encryptWith<Pkcs1Encryptor>(key, message, random);

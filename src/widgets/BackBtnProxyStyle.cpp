@@ -33,8 +33,7 @@ void BackBtnProxyStyle::drawControl(ControlElement element, const QStyleOption* 
     const bool live = button->state & (State_MouseOver | State_HasFocus);
     painter->setPen(live ? QColor(0x02, 0x90, 0xff) : QColor(0x35, 0x40, 0x52));
     const QRect text = area.adjusted(kTextLeft, 0, 0, 0);
-    painter->drawText(text, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextShowMnemonic,
-                      button->text);
+    painter->drawText(text, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextShowMnemonic, button->text);
     if (button->state & State_HasFocus) {
         const int width = button->fontMetrics.horizontalAdvance(button->text);
         const int y = text.center().y() + button->fontMetrics.height() / 2;

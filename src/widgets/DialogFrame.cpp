@@ -12,8 +12,7 @@ constexpr qreal kRadius = 4;
 QRect placeFor(const QWidget* dialog, const QWidget* parent, const QRect& screen)
 {
     const QWidget* under = parent ? parent->window() : nullptr;
-    const QRect over =
-        under ? QRect(under->mapToGlobal(QPoint()), under->size()) : screen;
+    const QRect over = under ? QRect(under->mapToGlobal(QPoint()), under->size()) : screen;
     QRect place(QPoint(), dialog->size());
     place.moveCenter(over.center());
     place.moveRight(qMin(place.right(), screen.right()));

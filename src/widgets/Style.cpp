@@ -3,9 +3,13 @@
 #include "res/Pictures.h"
 
 #include <QFile>
+#include <QGuiApplication>
 #include <QHash>
+#include <QImageReader>
+#include <QPixmap>
 #include <QStyle>
 #include <QVariant>
+#include <QVector>
 #include <QWidget>
 
 namespace {
@@ -16,10 +20,32 @@ QString readStyle(const QString& name)
     return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
 }
 
-QString picturePath(const QString& name)
+/// Reads the images of one file without asking all image plugins which of them would like to.
+QVector<QPixmap> readPixmaps(const QString& name, const char* format)
 {
     initPictures();
-    return QStringLiteral(":/Ostrana/res/") + name;
+    QImageReader reader(QStringLiteral(":/Ostrana/res/") + name, format);
+    reader.setAutoDetectImageFormat(false);
+    QVector<QPixmap> pixmaps;
+    do {
+        QImage image = reader.read();
+        if (!image.isNull())
+            pixmaps.append(QPixmap::fromImage(std::move(image)));
+    } while (reader.jumpToNextImage());
+    return pixmaps;
+}
+
+/// The picture `base`.png, and on dense screens its double-size variant too.
+QVector<QPixmap> readPicture(const QString& base)
+{
+    QVector<QPixmap> pixmaps = readPixmaps(base + QLatin1String(".png"), "png");
+    if (qApp->devicePixelRatio() > 1) {
+        for (QPixmap dense : readPixmaps(base + QLatin1String("@2x.png"), "png")) {
+            dense.setDevicePixelRatio(2);
+            pixmaps.append(dense);
+        }
+    }
+    return pixmaps;
 }
 
 } // namespace
@@ -32,7 +58,8 @@ QString styleSheetFor(const char* window)
     if (sheet == sheets.constEnd()) {
         initPictures();
         const QString own = readStyle(name);
-        sheet = sheets.insert(name, own.isEmpty() ? own : readStyle(QStringLiteral("common")) + own);
+        sheet =
+            sheets.insert(name, own.isEmpty() ? own : readStyle(QStringLiteral("common")) + own);
     }
     return *sheet;
 }
@@ -48,15 +75,22 @@ void setRole(QWidget* widget, const char* role)
 
 QIcon pictureIcon(const QString& name)
 {
-    return QIcon(picturePath(name));
+    QIcon icon;
+    const bool png = name.endsWith(QLatin1String(".png"));
+    for (const QPixmap& pixmap : png ? readPicture(name.chopped(4)) : readPixmaps(name, "ico"))
+        icon.addPixmap(pixmap);
+    return icon;
 }
 
 QIcon stateIcon(const QString& base)
 {
-    QIcon icon(picturePath(base + QStringLiteral(".png")));
-    const QString on = picturePath(base + QStringLiteral("_on.png"));
-    icon.addFile(on, {}, QIcon::Normal, QIcon::On);
-    icon.addFile(on, {}, QIcon::Active, QIcon::On);
-    icon.addFile(on, {}, QIcon::Active, QIcon::Off);
+    QIcon icon;
+    for (const QPixmap& pixmap : readPicture(base))
+        icon.addPixmap(pixmap, QIcon::Normal, QIcon::Off);
+    for (const QPixmap& pixmap : readPicture(base + QLatin1String("_on"))) {
+        icon.addPixmap(pixmap, QIcon::Normal, QIcon::On);
+        icon.addPixmap(pixmap, QIcon::Active, QIcon::On);
+        icon.addPixmap(pixmap, QIcon::Active, QIcon::Off);
+    }
     return icon;
 }

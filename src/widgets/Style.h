@@ -18,8 +18,10 @@ QString styleSheetFor(const char* window);
 void setRole(QWidget* widget, const char* role);
 
 /// A picture of the resource tree by its name below ":/Ostrana/res/", for example
-/// "right1x.png"; its double-size variant is used on dense screens.
+/// "right1x.png" or "btnleft.ico", with its double-size variant or all its sizes; null when there
+/// is none of that name. Reads PNG and ICO and nothing else, which keeps Qt from loading every
+/// image plugin it has: style sheet pictures (url(...)) do that, so the first window has none.
 QIcon pictureIcon(const QString& name);
 
-/// An icon in two states: `base`.png, and `base`_on.png while checked, hovered or selected.
+/// An icon in two states: `base`.png, and `base`_on.png while checked, hovered or focused.
 QIcon stateIcon(const QString& base);

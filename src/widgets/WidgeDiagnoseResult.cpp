@@ -1,12 +1,12 @@
 #include "widgets/WidgeDiagnoseResult.h"
 
 #include "widgets/DialogFrame.h"
+#include "widgets/IconButton.h"
 #include "widgets/Style.h"
 
 #include <QGraphicsDropShadowEffect>
 #include <QGridLayout>
 #include <QLabel>
-#include <QPushButton>
 
 namespace {
 
@@ -45,13 +45,8 @@ WidgeDiagnoseResult::WidgeDiagnoseResult(QWidget* parent)
     auto* title = label(this, "labelTitle");
     title->setText(tr("Check Result"));
     setRole(title, "title");
-    auto* close = new QPushButton(this);
+    auto* close = new IconButton("close", tr("Close"), this);
     close->setObjectName(QStringLiteral("pushBtnClose"));
-    close->setAccessibleName(tr("Close"));
-    close->setCursor(Qt::PointingHandCursor);
-    close->setIcon(stateIcon(QStringLiteral("close")));
-    close->setIconSize({12, 12});
-    close->setFixedSize(16, 16);
     connect(close, &QPushButton::clicked, this, &WidgeDiagnoseResult::on_pushBtnClose_clicked);
 
     auto* grid = new QGridLayout(this);

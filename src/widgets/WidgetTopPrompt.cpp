@@ -3,6 +3,7 @@
 #include "app/LogMarker.h"
 #include "app/Platform.h"
 #include "widgets/DialogFrame.h"
+#include "widgets/IconButton.h"
 #include "widgets/PromptText.h"
 #include "widgets/Style.h"
 
@@ -12,7 +13,6 @@
 #include <QLabel>
 #include <QTextLayout>
 #include <QTimer>
-#include <QToolButton>
 
 namespace {
 
@@ -84,7 +84,7 @@ QString wrapped(const QString& lines, const QFont& font, int width)
 WidgetTopPrompt::WidgetTopPrompt(QWidget* parent)
     : QWidget(parent), m_Parent(parent), effect(new QGraphicsDropShadowEffect(this)),
       m_Chinese(platform().isChinese()), m_HideTimer(new QTimer(this)), m_icon(new QLabel(this)),
-      m_label(new QLabel(this)), m_closeBtn(new QToolButton(this))
+      m_label(new QLabel(this)), m_closeBtn(new IconButton("close", tr("Close"), this))
 {
     setObjectName(QStringLiteral("promptWidge"));
     effect->setOffset(0, 2);
@@ -97,12 +97,7 @@ WidgetTopPrompt::WidgetTopPrompt(QWidget* parent)
     m_label->setTextFormat(Qt::PlainText);
     m_label->setTextInteractionFlags(Qt::TextSelectableByMouse);
     m_closeBtn->setObjectName(QStringLiteral("btnClose"));
-    m_closeBtn->setAccessibleName(tr("Close"));
-    m_closeBtn->setCursor(Qt::PointingHandCursor);
-    m_closeBtn->setAutoRaise(true);
-    m_closeBtn->setIcon(stateIcon(QStringLiteral("close")));
-    m_closeBtn->setIconSize({12, 12});
-    connect(m_closeBtn, &QToolButton::clicked, this, &WidgetTopPrompt::on_btnClose_clicked);
+    connect(m_closeBtn, &IconButton::clicked, this, &WidgetTopPrompt::on_btnClose_clicked);
 
     m_HideTimer->setObjectName(QStringLiteral("m_HideTimer"));
     m_HideTimer->setSingleShot(true);
@@ -165,8 +160,7 @@ void WidgetTopPrompt::fitTo(const QString& text)
     resize(labelWidth + kFrame - kTextMargin, height);
 
     m_icon->setGeometry(kEdge, (height - kIcon) / 2, kIcon, kIcon);
-    m_label->setGeometry(kEdge + kIcon + kGap, (height - labelHeight) / 2, labelWidth,
-                         labelHeight);
+    m_label->setGeometry(kEdge + kIcon + kGap, (height - labelHeight) / 2, labelWidth, labelHeight);
     m_RcBtn = QRect(width() - kEdge - kIcon, (height - kIcon) / 2, kIcon, kIcon);
     m_closeBtn->setGeometry(m_RcBtn);
 }

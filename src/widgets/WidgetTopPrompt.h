@@ -3,10 +3,10 @@
 #include <QRect>
 #include <QWidget>
 
+class IconButton;
 class QGraphicsDropShadowEffect;
 class QLabel;
 class QTimer;
-class QToolButton;
 
 /// The short message at the top of a window. A success hides itself after 4 seconds; a warning or
 /// an error stays until it is closed or replaced. GUI thread.
@@ -48,5 +48,5 @@ private:
     QTimer* m_HideTimer;
     QLabel* m_icon;
     QLabel* m_label;
-    QToolButton* m_closeBtn;
+    IconButton* m_closeBtn;
 };

@@ -112,7 +112,10 @@ void Tour::picture(const QString& name)
 
 bool Tour::visit(const QString& page)
 {
-    const bool there = m_scene.app().press(page);
+    // Every page but the home page carries its name as a title.
+    const bool there =
+        m_scene.app().press(page) &&
+        (page == QLatin1String("Home") || m_scene.app().await(Kind::Label, page).isValid());
     picture(QStringLiteral("page ") + page.toLower());
     return there;
 }

@@ -1,106 +1,13 @@
 #pragma once
 
-#include <functional>
-#include <memory>
-#include <QRect>
-#include <QString>
-#include <QStringList>
-#include <QVector>
+#include "support/AccessibilityBus.h"
+#include "support/AccessibleNode.h"
 
-class QDBusConnection;
+#include <functional>
+
+#include <QStringList>
 
 namespace support {
-
-class AccessibilityBus;
-
-/// What kind of control a node is, as far as a driver cares.
-enum class Kind { Any, Window, Button, Field, CheckBox, Label };
-
-/// One accessible object of a running program: a handle that holds nothing but the address, so
-/// every question is answered by the program at that moment. A program that does not answer
-/// within two seconds, or has gone, gives empty answers.
-class AccessibleNode
-{
-public:
-    AccessibleNode() = default;
-    AccessibleNode(const AccessibilityBus* bus, QString service, QString path)
-        : m_bus(bus), m_service(std::move(service)), m_path(std::move(path))
-    {
-    }
-
-    bool isValid() const { return m_bus != nullptr; }
-    QString name() const;
-    QString description() const;
-    uint role() const;
-    bool is(Kind kind) const;
-    QVector<AccessibleNode> children() const;
-
-    bool isShowing() const;
-    bool isEnabled() const;
-    bool isChecked() const;
-    bool isActive() const; ///< of a window: it has the keyboard
-    bool isFocused() const;
-
-    /// The text of a field; empty for a password.
-    QString text() const;
-
-    /// The number of characters in a field.
-    int length() const;
-
-    /// Where it is on the screen.
-    QRect extents() const;
-
-    /// Does what a click would do; false when it offers no action.
-    bool press() const;
-
-    /// Replaces the text of a field by clicking into it, selecting all and typing, as a person
-    /// would; false when the field did not end up with the text. Printable ASCII only.
-    bool type(const QString& text) const;
-
-    QString service() const { return m_service; }
-    bool operator==(const AccessibleNode& other) const
-    {
-        return m_service == other.m_service && m_path == other.m_path;
-    }
-
-private:
-    bool hasState(int bit) const;
-
-    const AccessibilityBus* m_bus = nullptr;
-    QString m_service;
-    QString m_path;
-};
-
-/// The accessibility bus of a desktop, over a connection of its own.
-class AccessibilityBus
-{
-public:
-    explicit AccessibilityBus(const QString& address);
-    ~AccessibilityBus();
-    AccessibilityBus(const AccessibilityBus&) = delete;
-    AccessibilityBus& operator=(const AccessibilityBus&) = delete;
-
-    /// The root node of the program that runs as process `pid`; invalid while it is not there.
-    /// The desktop is asked anew each time.
-    AccessibleNode program(qint64 pid) const;
-
-    /// Presses and releases the key of an X11 key symbol (see X11/keysymdef.h).
-    void key(uint symbol) const;
-    void typeText(const QString& text) const;
-
-    /// Empties the field that has the keyboard.
-    void clearField() const;
-
-    /// Clicks a place of the screen with the left button, and takes the pointer away to the
-    /// corner so that nothing looks hovered.
-    void click(const QPoint& where) const;
-
-    const QDBusConnection& connection() const { return *m_connection; }
-
-private:
-    std::unique_ptr<QDBusConnection> m_connection;
-    QString m_connectionName;
-};
 
 /// A running program as an assistive tool sees it.
 class AccessibleApp

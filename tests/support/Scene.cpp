@@ -19,6 +19,7 @@ bool Scene::start()
     }
     m_program->setVariables(m_service.clientVariables());
     m_bus = std::make_unique<AccessibilityBus>(m_desktop.accessibilityBus());
+    m_bus->parkPointer();
     m_driver = std::make_unique<ClientDriver>(*m_bus, *m_program);
     return true;
 }

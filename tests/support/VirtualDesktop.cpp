@@ -153,7 +153,7 @@ QProcessEnvironment VirtualDesktop::environment() const
     result.insert(QStringLiteral("HOME"), m_home.path());
     result.insert(QStringLiteral("LANG"), QStringLiteral("C.UTF-8"));
     result.insert(QStringLiteral("TMPDIR"), m_home.filePath(QStringLiteral("tmp")));
-    result.insert(QStringLiteral("XDG_CONFIG_HOME"), configHome());
+    result.insert(QStringLiteral("XDG_CONFIG_HOME"), m_home.filePath(QStringLiteral("config")));
     result.insert(QStringLiteral("XDG_RUNTIME_DIR"), m_home.filePath(QStringLiteral("runtime")));
     result.insert(QStringLiteral("GSETTINGS_BACKEND"), QStringLiteral("memory"));
     result.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));

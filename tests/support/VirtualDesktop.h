@@ -34,7 +34,6 @@ public:
     /// Only what tells a program which desktop to run on, for one that ran on another before.
     QProcessEnvironment session() const;
 
-    QString configHome() const { return m_home.path() + QStringLiteral("/config"); }
     QString accessibilityBus() const { return m_accessibilityBus; }
 
     /// What the screen shows now, or the part of it within `area`.

@@ -6,11 +6,11 @@
 // "currentColor", the colour:
 //
 //     close.png     close.svg   16        #7f8fa4
-//     brand.png     brand.svg   240x400
+//     upgrade.png   upgrade.svg 252x104
 //     veltaro.ico   mark.svg    16,32,48
 //
-// A .png is also drawn at twice its size as NAME@2x.png. An .ico holds one PNG entry for each
-// size. Sizes must keep the proportions of the source.
+// A .png is also drawn at twice its size as NAME@2x.png. An .ico holds one entry for each size,
+// of less than 256. Sizes must keep the proportions of the source.
 
 #include <QBuffer>
 #include <QDir>
@@ -21,8 +21,8 @@
 #include <QRegularExpression>
 #include <QSaveFile>
 #include <QSvgRenderer>
-#include <QTextStream>
 #include <QtEndian>
+#include <QTextStream>
 
 #include <cstdio>
 
@@ -112,14 +112,35 @@ QByteArray png(const QImage& image)
     return bytes;
 }
 
-template <typename T> void append(QByteArray& bytes, T value)
+template <typename T>
+void append(QByteArray& bytes, T value)
 {
     const T little = qToLittleEndian(value);
     bytes.append(reinterpret_cast<const char*>(&little), int(sizeof(T)));
 }
 
-/// The ICO format: a header of 6 bytes, a directory entry of 16 bytes for each image (a side of
-/// 256 is written as 0), then the images.
+/// An image as an icon entry: a bitmap header that counts the height twice, for the colours
+/// (bottom row first) and for a mask, which stays empty since the colours carry the alpha.
+QByteArray bitmap(const QImage& image)
+{
+    QByteArray bytes;
+    append<quint32>(bytes, 40);
+    append<qint32>(bytes, image.width());
+    append<qint32>(bytes, image.height() * 2);
+    append<quint16>(bytes, 1);
+    append<quint16>(bytes, 32);
+    const int maskBytes = (image.width() + 31) / 32 * 4 * image.height();
+    bytes.append(24, '\0');
+    for (int y = image.height() - 1; y >= 0; --y) {
+        for (int x = 0; x < image.width(); ++x)
+            append<quint32>(bytes, image.pixel(x, y));
+    }
+    return bytes.append(maskBytes, '\0');
+}
+
+/// The ICO format: a header of 6 bytes, a directory entry of 16 bytes for each image, then the
+/// images. They are bitmaps, which decode at once, where PNG entries would make Qt look through
+/// its image plugins.
 QByteArray ico(const QVector<QImage>& images)
 {
     QByteArray directory;
@@ -129,7 +150,7 @@ QByteArray ico(const QVector<QImage>& images)
     append<quint16>(directory, quint16(images.size()));
     const int start = 6 + 16 * images.size();
     for (const QImage& image : images) {
-        const QByteArray data = png(image);
+        const QByteArray data = bitmap(image);
         append<quint8>(directory, quint8(image.width()));
         append<quint8>(directory, quint8(image.height()));
         append<quint16>(directory, 0);
@@ -164,8 +185,7 @@ void render(const Picture& picture, const QString& artDir, const QString& outDir
     } else if (path.endsWith(QLatin1String(".png")) && picture.sizes.size() == 1) {
         const QSize size = picture.sizes.first();
         write(path, png(draw(svg, size, picture.name)));
-        write(path.chopped(4) + QStringLiteral("@2x.png"),
-              png(draw(svg, size * 2, picture.name)));
+        write(path.chopped(4) + QStringLiteral("@2x.png"), png(draw(svg, size * 2, picture.name)));
     } else {
         fail(picture.name + QStringLiteral(": neither a .png of one size nor an .ico"));
     }

@@ -130,6 +130,7 @@ void CipherTest::unusableKeys_data()
     const QByteArray good = publicDer(m_key);
     QByteArray even = good;
     even[even.size() - 6] = char(even[even.size() - 6] & ~1); // last byte of the modulus
+    const QByteArray withoutExponent = good.left(good.size() - 3);
     QByteArray flipped = good;
     flipped[20] = char(~flipped[20]); // inside the outer structure
     QTest::newRow("empty") << QByteArray();
@@ -141,6 +142,8 @@ void CipherTest::unusableKeys_data()
     QTest::newRow("cut short") << good.left(good.size() / 2).toBase64();
     QTest::newRow("damaged") << flipped.toBase64();
     QTest::newRow("even modulus") << even.toBase64();
+    QTest::newRow("exponent 1") << (withoutExponent + QByteArray("\0\0\1", 3)).toBase64();
+    QTest::newRow("even exponent") << (withoutExponent + QByteArray("\1\0\2", 3)).toBase64();
     QTest::newRow("elliptic curve") << publicDer(own(EVP_EC_gen("P-256"))).toBase64();
     QTest::newRow("edwards curve")
         << publicDer(own(EVP_PKEY_Q_keygen(nullptr, nullptr, "ED25519"))).toBase64();

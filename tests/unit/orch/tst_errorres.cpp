@@ -138,6 +138,8 @@ void ErrorResTest::errorReplyNamesANewerResource()
     platform().isChinese = [] { return false; };
     store("v1", document("stored"));
     res()->loadRes(kPath, QString());
+    QTRY_COMPARE(m_server->requests.size(), 1);
+    QTRY_VERIFY(res()->findChildren<QNetworkReply*>().isEmpty());
     // The text shown now is the one in memory; the next one comes from the new resource.
     QCOMPARE(res()->getOrchErrContent(refusal(address("v3"))), QStringLiteral("1001 stored"));
     QTRY_COMPARE(storedVersion(), QStringLiteral("v3"));

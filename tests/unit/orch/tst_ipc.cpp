@@ -10,6 +10,8 @@
 #include <QPointer>
 #include <QtTest>
 
+#include <memory>
+
 namespace {
 
 QString s_log;
@@ -111,11 +113,15 @@ void IpcTest::outcomes()
 {
     QFETCH(QByteArray, answer);
     QFETCH(bool, success);
+    const auto kept = std::make_shared<int>(); // a callback holds it as long as it is kept
     m_server->answer = [&answer](const RawServer::Request&) { return answer; };
     Outcome outcome;
-    ipc()->obtainPubKey(QStringLiteral("2000017"), outcome.cb(), outcome.errCb());
+    ipc()->obtainPubKey(
+        QStringLiteral("2000017"), [kept, cb = outcome.cb()](const QByteArray& body) { cb(body); },
+        outcome.errCb());
     QTRY_COMPARE(outcome.total(), 1);
     QCOMPARE(outcome.successes, success ? 1 : 0);
+    QCOMPARE(kept.use_count(), 1L);
     QTEST(outcome.status, "status");
     QTEST(outcome.body.size(), "bodySize");
     for (const auto& request : qAsConst(m_server->requests))

@@ -23,8 +23,8 @@ void WidgetTextsTest::promptBreaks_data()
 
     const QString words = QStringLiteral("aaaa bbbb cccc dddd");
     QTest::newRow("as wide as allowed") << words << 460 << false << words;
-    QTest::newRow("a pixel wider") << words << 461 << false
-                                   << QStringLiteral("aaaa bbbb \ncccc dddd");
+    QTest::newRow("a pixel wider")
+        << words << 461 << false << QStringLiteral("aaaa bbbb \ncccc dddd");
     QTest::newRow("space on the middle itself")
         << QStringLiteral("aaaa bbbb") << 500 << false << QStringLiteral("aaaa \nbbbb");
     QTest::newRow("space before the middle does not count")
@@ -42,8 +42,8 @@ void WidgetTextsTest::promptBreaks_data()
         << QStringLiteral("一二三四五") << 500 << true << QStringLiteral("一二\n三四五");
     QTest::newRow("Chinese, a character of two units is not cut")
         << QStringLiteral("一𠀀二") << 500 << true << QStringLiteral("一𠀀\n二");
-    QTest::newRow("Chinese, narrow") << QStringLiteral("一二三四") << 100 << true
-                                     << QStringLiteral("一二三四");
+    QTest::newRow("Chinese, narrow")
+        << QStringLiteral("一二三四") << 100 << true << QStringLiteral("一二三四");
     QTest::newRow("empty") << QString() << 500 << true << QString();
 }
 

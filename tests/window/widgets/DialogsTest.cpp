@@ -53,7 +53,8 @@ const QVector<QPair<const char*, MakeDialog>>& allDialogs()
         {"tips",
          [](QWidget* under) {
              auto* dialog = new CommonTipsDialog(under);
-             dialog->setContentText(QStringLiteral("A text that is longer than a line. ").repeated(6));
+             dialog->setContentText(
+                 QStringLiteral("A text that is longer than a line. ").repeated(6));
              return dialog;
          }},
         {"privacy",
@@ -255,8 +256,8 @@ void DialogsTest::movesByDragging()
     const QPoint hold(20, 20);
     const QPoint step(30, -12);
     QTest::mousePress(dialog.get(), held, {}, hold);
-    QMouseEvent move(QEvent::MouseMove, hold + step, dialog->mapToGlobal(hold + step),
-                     Qt::NoButton, held, {});
+    QMouseEvent move(QEvent::MouseMove, hold + step, dialog->mapToGlobal(hold + step), Qt::NoButton,
+                     held, {});
     QApplication::sendEvent(dialog.get(), &move);
     QTest::mouseRelease(dialog.get(), held, {}, hold);
     QTEST(dialog->pos() - start, "moved");

@@ -52,8 +52,8 @@ inline QStringList clipped(QWidget* window)
     for (QLabel* label : window->findChildren<QLabel*>()) {
         if (!label->isVisible() || label->text().isEmpty())
             continue;
-        const int height = label->wordWrap() ? label->heightForWidth(label->width())
-                                             : label->sizeHint().height();
+        const int height =
+            label->wordWrap() ? label->heightForWidth(label->width()) : label->sizeHint().height();
         const int width = label->wordWrap() ? 0 : label->sizeHint().width();
         if (label->height() < height || label->width() < width)
             names.append(label->objectName() + QStringLiteral(": ") + label->text());

@@ -139,8 +139,8 @@ void PanelsTest::aboutTellsTheVersion_data()
     const QString latest = QStringLiteral("Already the Latest Version");
     QTest::newRow("new") << QStringLiteral("6.2.0") << true << false
                          << QStringLiteral("Discover A New Version 6.2.0") << true;
-    QTest::newRow("not to be shown") << QStringLiteral("6.2.0") << false << false << latest
-                                     << false;
+    QTest::newRow("not to be shown")
+        << QStringLiteral("6.2.0") << false << false << latest << false;
     QTest::newRow("new without a name") << QString() << true << false << latest << false;
     QTest::newRow("latest") << QString() << false << false << latest << false;
     QTest::newRow("failed") << QString() << false << true

@@ -3,7 +3,7 @@
 
 #include <QTest>
 #include <QTimer>
-#include <QToolButton>
+#include <QPushButton>
 
 #include <memory>
 
@@ -109,7 +109,7 @@ void PromptTest::closes()
 {
     m_prompt->showPrompt(WidgetTopPrompt::SHOW_ERROR, QStringLiteral("Bad"), false);
     QCOMPARE(looks::unnamed(m_prompt), QStringList());
-    auto* close = m_prompt->findChild<QToolButton*>(QStringLiteral("btnClose"));
+    auto* close = m_prompt->findChild<QPushButton*>(QStringLiteral("btnClose"));
     QVERIFY(m_prompt->rect().contains(close->geometry()));
     QTest::mouseClick(close, Qt::LeftButton);
     QVERIFY(!m_prompt->isVisible());

@@ -1,0 +1,100 @@
+#include "support/WindowScene.h"
+
+#include "app/ConfigUtil.h"
+#include "app/Log.h"
+#include "app/Platform.h"
+#include "orch/OrchIpc.h"
+#include "orch/Util.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+#include <QTimer>
+
+WindowScene::WindowScene()
+{
+    ConfigUtil::createConfigPath();
+    QFile::resize(ConfigUtil::getConfigPath() + QStringLiteral("setting.conf"), 0);
+    const QString path = m_folder.path();
+    platform() = Platform();
+    platform().programDir = [path] { return path; };
+    platform().isChinese = [] { return false; };
+    platform().arguments = [] { return QStringList{QStringLiteral("veltaro")}; };
+    platform().quit = [this] { ++quits; };
+    platform().relaunch = [this](const QStringList& arguments) {
+        started << arguments.join(QLatin1Char(' '));
+        ++quits;
+    };
+    m_previous = qInstallMessageHandler(&Log::messageOut);
+
+    service.start();
+    service.watchDatapath(path);
+    qputenv("VELTARO_LOOKUP_PRIMARY", service.primaryUrl().toUtf8());
+    qputenv("VELTARO_LOOKUP_BACKUP", service.backupUrl().toUtf8());
+    ipc::OrchIpc::instance()->setMainAuthUrl(service.authUrl());
+}
+
+WindowScene::~WindowScene()
+{
+    if (QFile::exists(file(QStringLiteral("tarvelin"))))
+        QProcess::execute(file(QStringLiteral("tarvelin")), {QStringLiteral("-D"), QStringLiteral("stop")});
+    qInstallMessageHandler(m_previous);
+    platform() = Platform();
+}
+
+QByteArray WindowScene::read(const QString& name) const
+{
+    QFile wanted(file(name));
+    return wanted.open(QIODevice::ReadOnly) ? wanted.readAll() : QByteArray();
+}
+
+void WindowScene::stageDatapath()
+{
+    const QStringList programs =
+        QStringLiteral(VELTARO_DATAPATH_PROGRAMS).split(QLatin1Char('|'));
+    for (const QString& program : programs)
+        QFile::copy(program, file(QFileInfo(program).fileName()));
+}
+
+QVariant WindowScene::setting(const QString& key)
+{
+    return ConfigUtil::getvalue(key, QVariant());
+}
+
+void WindowScene::logIn()
+{
+    const QString token = service.issueToken(username, Util::getSerial());
+    const QVector<QPair<QString, QVariant>> left = {
+        {ConfigUtil::TOKEN, token},
+        {ConfigUtil::USERNAME, username},
+        {ConfigUtil::PASSWORD, QString(password.size(), QLatin1Char('*'))},
+        {ConfigUtil::CUSTOMERIDSTR, customer},
+        {ConfigUtil::CUSTOMERID, QStringLiteral("1001")},
+        {ConfigUtil::AUTHURL, service.authUrl()},
+        {ConfigUtil::AGREE_PRIVACY, 1},
+        {ConfigUtil::PRIVACY_VERSION, service.scenario().privacyVersion},
+        {ConfigUtil::REMEMBER_PASSWORD, 2},
+        {ConfigUtil::AUTO_LOGIN, 2},
+    };
+    for (const auto& value : left)
+        ConfigUtil::writeValue(value.first, value.second);
+}
+
+ModalGuard::ModalGuard(const char* className, std::function<void(QDialog*)> act)
+    : m_class(className), m_act(std::move(act))
+{
+    look();
+}
+
+void ModalGuard::look()
+{
+    auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+    if (dialog && dialog->isVisible() && m_class == dialog->metaObject()->className()) {
+        m_seen = true;
+        m_act(dialog);
+        return;
+    }
+    QTimer::singleShot(10, this, &ModalGuard::look);
+}

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "sim/Simulator.h"
+
+#include <QDialog>
+#include <QStringList>
+#include <QTemporaryDir>
+#include <QVariant>
+
+#include <functional>
+#include <memory>
+
+/// What a window test stands on: the simulated service in this process, a program folder of its
+/// own with the stand-in datapath, empty settings, and the ways out of the program recorded
+/// instead of taken. One scene lives at a time, on the GUI thread.
+class WindowScene
+{
+public:
+    WindowScene();
+    ~WindowScene();
+
+    sim::Simulator service;
+
+    /// The program's folder.
+    QString folder() const { return m_folder.path(); }
+    QString file(const QString& name) const { return m_folder.filePath(name); }
+    QByteArray read(const QString& name) const;
+
+    /// Puts the control script and the datapath's programs into the folder.
+    void stageDatapath();
+
+    /// Writes what a completed login leaves behind, with a session token that the service knows.
+    void logIn();
+
+    /// The account that logs in, and the password it takes.
+    QString customer = QStringLiteral("acme");
+    QString username = QStringLiteral("alice@acme.example");
+    QString password = QStringLiteral("Wonder-land1");
+
+    /// Programs started in place of this one, as command lines; whether the program was to end.
+    QStringList started;
+    int quits = 0;
+
+    /// What the log file holds for this scene.
+    QString log() const { return QString::fromUtf8(read(QStringLiteral("ui.log"))); }
+
+    static QVariant setting(const QString& key);
+
+private:
+    QTemporaryDir m_folder;
+    QtMessageHandler m_previous = nullptr;
+};
+
+/// Waits in the background for a modal dialog of this class and hands it to `act`, once. Fails
+/// the test run when the guard is destroyed before that.
+class ModalGuard : public QObject
+{
+public:
+    ModalGuard(const char* className, std::function<void(QDialog*)> act);
+    bool seen() const { return m_seen; }
+
+private:
+    void look();
+
+    QByteArray m_class;
+    std::function<void(QDialog*)> m_act;
+    bool m_seen = false;
+};

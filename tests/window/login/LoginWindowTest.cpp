@@ -1,0 +1,423 @@
+#include "app/ConfigUtil.h"
+#include "app/Platform.h"
+#include "login/DlgLogin.h"
+#include "support/WindowScene.h"
+#include "widgets/WidgetTopPrompt.h"
+
+#include <QCheckBox>
+#include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QStackedWidget>
+#include <QTest>
+#include <QTimer>
+
+#include <memory>
+
+using sim::Fault;
+
+/// The login window against the simulated service, from the first start to the saved token.
+class LoginWindowTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { m_scene = std::make_unique<WindowScene>(); }
+
+    void cleanup()
+    {
+        m_window.reset();
+        const QStringList violations = m_scene->service.violations();
+        m_scene.reset();
+        QCOMPARE(violations.join(QLatin1Char('\n')), QString());
+    }
+
+    void firstStart()
+    {
+        ModalGuard privacy("DialogPrivacy", [](QDialog* dialog) { dialog->accept(); });
+        open();
+        QTRY_VERIFY(privacy.seen());
+        QTRY_COMPARE(setting(ConfigUtil::AGREE_PRIVACY).toInt(), 1);
+        QCOMPARE(setting(ConfigUtil::PRIVACY_VERSION).toString(), QStringLiteral("newest"));
+
+        continueWith(m_scene->customer);
+        QTRY_COMPARE(page(), int(DlgLogin::DLG_LOGIN_PAGE));
+        QCOMPARE(setting(ConfigUtil::PRIVACY_VERSION).toString(),
+                 m_scene->service.scenario().privacyVersion);
+        QCOMPARE(setting(ConfigUtil::CUSTOMERID).toString(), QStringLiteral("1001"));
+        QCOMPARE(setting(ConfigUtil::AUTHURL).toString(), m_scene->service.authUrl());
+
+        child<QCheckBox>("autoLoginCheckBox")->click();
+        QVERIFY(child<QCheckBox>("remePwCheckBox")->isChecked());
+        logInWith(m_scene->username, m_scene->password);
+        QTRY_COMPARE(m_window->result(), int(QDialog::Accepted));
+        QCOMPARE(setting(ConfigUtil::TOKEN).toString(),
+                 m_scene->service.sessions().constFirst().token);
+        QCOMPARE(setting(ConfigUtil::PASSWORD).toString(), QStringLiteral("************"));
+        QCOMPARE(setting(ConfigUtil::AUTO_LOGIN).toInt(), 2);
+        QVERIFY(!m_scene->log().contains(m_scene->password));
+        QVERIFY(!m_scene->log().contains(setting(ConfigUtil::TOKEN).toString()));
+    }
+
+    void declinedPrivacyEndsTheWindow()
+    {
+        ModalGuard privacy("DialogPrivacy", [](QDialog* dialog) { dialog->reject(); });
+        open();
+        QTRY_VERIFY(!m_window->isVisible());
+        QCOMPARE(m_window->result(), int(QDialog::Rejected));
+        QVERIFY(setting(ConfigUtil::AGREE_PRIVACY).isNull());
+    }
+
+    void aNewerAgreementIsAskedForAgain()
+    {
+        agreed(QStringLiteral("20200101"));
+        ModalGuard privacy("DialogPrivacy", [](QDialog* dialog) {
+            QVERIFY(!dialog->findChild<QLabel*>("updateLabel")->text().isEmpty());
+            dialog->accept();
+        });
+        open();
+        continueWith(m_scene->customer);
+        QTRY_VERIFY(privacy.seen());
+        QTRY_VERIFY(button("btnContinue")->isEnabled());
+        button("btnContinue")->click();
+        QTRY_COMPARE(page(), int(DlgLogin::DLG_LOGIN_PAGE));
+    }
+
+    void paddings_data()
+    {
+        QTest::addColumn<QVector<int>>("types");
+        QTest::newRow("OAEP") << QVector<int>{0, 1};
+        QTest::newRow("PKCS#1 v1.5") << QVector<int>{0};
+    }
+
+    void paddings()
+    {
+        QFETCH(QVector<int>, types);
+        m_scene->service.edit([&](sim::Scenario& scenario) { scenario.rsaTypes = types; });
+        toLoginPage();
+        logInWith(m_scene->username, m_scene->password);
+        QTRY_COMPARE(m_window->result(), int(QDialog::Accepted));
+        const QJsonObject body = m_scene->service.lastRequest("/api/mobile/v2/auth").json();
+        QCOMPARE(body.value("rsaType").toInt(), types.contains(1) ? 1 : 0);
+        QVERIFY(!body.contains("password") && !body.contains("accountName"));
+    }
+
+    void anAccountWithoutKeyLogsInPlainly()
+    {
+        m_scene->customer = QStringLiteral("2002");
+        toLoginPage();
+        logInWith(QStringLiteral("bob"), QStringLiteral("Plain-text2"));
+        QTRY_COMPARE(m_window->result(), int(QDialog::Accepted));
+        QVERIFY(!m_scene->log().contains(QStringLiteral("Plain-text2")));
+    }
+
+    void approvalIsPolledFor()
+    {
+        toLoginPage();
+        logInWith(QStringLiteral("carol@acme.example"), QStringLiteral("Wait-a-bit3"));
+        QTRY_VERIFY(timer("m_approvalTimer")->isActive());
+        QVERIFY(!button("btnLogin")->isEnabled());
+        timer("m_approvalTimer")->start(0);
+        QTRY_COMPARE(m_window->result(), int(QDialog::Accepted));
+        QCOMPARE(m_scene->service.count("/api/mobile/v2/auth/result"), 2);
+        QCOMPARE(m_scene->service.count("/api/mobile/v2/auth"), 2);
+    }
+
+    void approvalThatNeverComesTimesOut()
+    {
+        m_scene->service.edit([](sim::Scenario& scenario) { scenario.approvalTimes = 1; });
+        toLoginPage();
+        logInWith(QStringLiteral("carol@acme.example"), QStringLiteral("Wait-a-bit3"));
+        QTRY_VERIFY(prompt().startsWith(QStringLiteral("6039 ")));
+        QVERIFY(button("btnLogin")->isEnabled());
+        QCOMPARE(m_scene->service.count("/api/mobile/v2/auth/result"), 1);
+    }
+
+    void aSavedAccountLogsInByItself()
+    {
+        m_scene->logIn();
+        open();
+        QTRY_COMPARE(m_window->result(), int(QDialog::Accepted));
+        const QJsonObject body = m_scene->service.lastRequest("/api/mobile/v2/auth").json();
+        QVERIFY(body.value("automaticLogin").toBool());
+        QVERIFY(!body.contains("password") && !body.contains("encryptPassword"));
+    }
+
+    void withoutAutoLoginTheChainStopsAtTheLoginPage()
+    {
+        m_scene->logIn();
+        ConfigUtil::writeValue(ConfigUtil::AUTO_LOGIN, 0);
+        open();
+        QTRY_COMPARE(page(), int(DlgLogin::DLG_LOGIN_PAGE));
+        QTRY_VERIFY(button("btnLogin")->isEnabled());
+        QCOMPARE(m_scene->service.count("/api/mobile/v2/auth"), 0);
+        // Another username makes the saved credentials worthless, once.
+        QTest::keyClick(field("username"), Qt::Key_X);
+        QCOMPARE(field("password")->text(), QString());
+        QCOMPARE(setting(ConfigUtil::TOKEN).toString(), QString());
+    }
+
+    void anotherCustomerForgetsTheAccount()
+    {
+        m_scene->logIn();
+        ConfigUtil::writeValue(ConfigUtil::USERNAME, QString()); // keeps the chain from starting
+        open();
+        continueWith(QStringLiteral("2002"));
+        QTRY_COMPARE(page(), int(DlgLogin::DLG_LOGIN_PAGE));
+        QCOMPARE(setting(ConfigUtil::TOKEN).toString(), QString());
+        QCOMPARE(setting(ConfigUtil::PASSWORD).toString(), QString());
+    }
+
+    void withoutRememberMeTheTokenIsDropped()
+    {
+        m_scene->logIn();
+        ConfigUtil::writeValue(ConfigUtil::REMEMBER_PASSWORD, 0);
+        ConfigUtil::writeValue(ConfigUtil::AUTO_LOGIN, 0);
+        open();
+        QCOMPARE(setting(ConfigUtil::TOKEN).toString(), QString());
+        QCOMPARE(field("password")->text(), QString());
+        QTRY_COMPARE(page(), int(DlgLogin::DLG_LOGIN_PAGE));
+    }
+
+    void aDamagedTokenIsErased()
+    {
+        m_scene->logIn();
+        ConfigUtil::writeValue(ConfigUtil::TOKEN, QStringLiteral("bad token!"));
+        open();
+        QVERIFY(prompt().startsWith(QStringLiteral("6050 ")));
+        QCOMPARE(setting(ConfigUtil::USERNAME).toString(), QString());
+        QVERIFY(!m_scene->log().contains(QStringLiteral("bad token!")));
+    }
+
+    void restarts_data()
+    {
+        QTest::addColumn<QString>("arguments");
+        QTest::addColumn<int>("page");
+        QTest::addColumn<int>("signoutReason");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("by the user") << "-logout -byuser" << int(DlgLogin::DLG_LOGIN_PAGE) << 1 << "";
+        QTest::newRow("by the service") << "-logout" << int(DlgLogin::DLG_LOGIN_PAGE) << 2 << "";
+        QTest::newRow("invalid session") << "-logout -invalidToken"
+                                         << int(DlgLogin::DLG_CUSTOMER_PAGE) << 0 << "6027 ";
+    }
+
+    void restarts()
+    {
+        QFETCH(QString, arguments);
+        QFETCH(int, signoutReason);
+        QFETCH(QString, message);
+        m_scene->logIn();
+        ConfigUtil::writeValue(ConfigUtil::USERNAME, QString()); // keeps the chain from starting
+        platform().arguments = [arguments] { return arguments.split(QLatin1Char(' ')); };
+        open();
+        QTEST(page(), "page");
+        QVERIFY(prompt().startsWith(message));
+        if (signoutReason == 0)
+            return;
+        QTRY_COMPARE(m_scene->service.count("/api/mobile/v2/signout"), 1);
+        QCOMPARE(m_scene->service.lastRequest("/api/mobile/v2/signout")
+                     .json().value("mobileActionLogType").toInt(),
+                 signoutReason);
+        QCOMPARE(setting(ConfigUtil::TOKEN).toString(), QString());
+    }
+
+    void failures_data()
+    {
+        QTest::addColumn<QString>("path");
+        QTest::addColumn<int>("status");
+        QTest::addColumn<QByteArray>("body");
+        QTest::addColumn<QString>("message");
+        const QString auth = QStringLiteral("/api/mobile/v2/auth");
+        QTest::newRow("login 500") << auth << 500 << QByteArray() << "6009 System error(500)";
+        QTest::newRow("login is no JSON") << auth << 200 << QByteArray("<html>") << "6014 ";
+        QTest::newRow("login is empty") << auth << 200 << QByteArray("{}") << "6014 ";
+        QTest::newRow("key 404") << "/s/mobile/pubkey/obtain" << 404 << QByteArray() << "";
+        QTest::newRow("own words of the service")
+            << auth << 200 << QByteArray(R"({"code":77,"message":"Nope","parameters":{"message_cn":"x"}})")
+            << "77 Nope";
+        QTest::newRow("notice query 500") << "/api/mobile/v2/upgradeNotice" << 500 << QByteArray()
+                                          << "6009 System error(500)";
+    }
+
+    void failures()
+    {
+        QFETCH(QString, path);
+        QFETCH(int, status);
+        QFETCH(QByteArray, body);
+        QFETCH(QString, message);
+        toLoginPage();
+        Fault fault = Fault::withBody(body);
+        fault.status = status;
+        m_scene->service.setFault(path, fault);
+        logInWith(m_scene->username, m_scene->password);
+        QTRY_VERIFY(m_window->findChild<WidgetTopPrompt*>()->isVisible());
+        QVERIFY2(prompt().startsWith(message), qPrintable(prompt()));
+        QTRY_VERIFY(button("btnLogin")->isEnabled());
+        QCOMPARE(setting(ConfigUtil::CUSTOMERID).toString(), QStringLiteral("1001"));
+        QVERIFY(!timer("m_ConnectSlowWarningTimer")->isActive());
+    }
+
+    void anUnusableKeyCountsAsNone()
+    {
+        toLoginPage();
+        m_scene->service.setFault(QStringLiteral("/s/mobile/pubkey/obtain"),
+                                  Fault::withBody(R"({"code":0,"key":"bm8ga2V5","rsaType":[1]})"));
+        logInWith(m_scene->username, m_scene->password);
+        QTRY_COMPARE(m_window->result(), int(QDialog::Accepted));
+        QVERIFY(m_scene->service.lastRequest("/api/mobile/v2/auth").json().contains("accountName"));
+        QVERIFY(!m_scene->log().contains(m_scene->password));
+    }
+
+    void aMaintenanceQueryThatIsUnknownNeverBlocks()
+    {
+        m_scene->service.setFault(QStringLiteral("/api/mobile/v2/upgradeNotice"),
+                                  Fault::withStatus(404));
+        toLoginPage();
+        logInWith(m_scene->username, m_scene->password);
+        QTRY_COMPARE(m_window->result(), int(QDialog::Accepted));
+    }
+
+    void theBackupServerStandsIn()
+    {
+        agreed(QString());
+        m_scene->service.stopEnd(sim::End::LookupPrimary);
+        open();
+        continueWith(m_scene->customer);
+        QTRY_COMPARE(page(), int(DlgLogin::DLG_LOGIN_PAGE));
+    }
+
+    void lookupFailures_data()
+    {
+        QTest::addColumn<QByteArray>("body");
+        QTest::addColumn<int>("status");
+        QTest::newRow("refused") << QByteArray(R"({"code":1007,"message":"unknown"})") << 200;
+        QTest::newRow("server error") << QByteArray() << 503;
+    }
+
+    void lookupFailures()
+    {
+        QFETCH(QByteArray, body);
+        QFETCH(int, status);
+        agreed(m_scene->service.scenario().privacyVersion);
+        Fault fault = Fault::withBody(body);
+        fault.status = status;
+        m_scene->service.setFault(QStringLiteral("/api/mobile/v1/orchinfo"), fault);
+        open();
+        continueWith(m_scene->customer);
+        QTRY_VERIFY(!prompt().isEmpty());
+        QCOMPARE(m_scene->service.count("/api/mobile/v1/orchinfo"), 2);
+        QVERIFY(button("btnContinue")->isEnabled());
+        QCOMPARE(button("btnContinue")->text(), QStringLiteral("Continue"));
+        QCOMPARE(page(), int(DlgLogin::DLG_CUSTOMER_PAGE));
+    }
+
+    void inputIsChecked()
+    {
+        agreed(m_scene->service.scenario().privacyVersion);
+        open();
+        field("username")->setText(QStringLiteral("left over"));
+        button("btnContinue")->click();
+        QVERIFY(prompt().startsWith(QStringLiteral("6037 Please enter")));
+        QCOMPARE(field("username")->text(), QString());
+        QCOMPARE(m_scene->service.requests().size(), 0);
+
+        continueWith(m_scene->customer);
+        QTRY_COMPARE(page(), int(DlgLogin::DLG_LOGIN_PAGE));
+        logInWith(QString(65, QLatin1Char('u')), QStringLiteral("p"));
+        QVERIFY(prompt().startsWith(QStringLiteral("6016 ")));
+        QCOMPARE(m_scene->service.count("/s/mobile/pubkey/obtain"), 0);
+        button("backBtn_2")->click();
+        QCOMPARE(page(), int(DlgLogin::DLG_CUSTOMER_PAGE));
+    }
+
+    void aSlowAnswerIsAnnounced()
+    {
+        agreed(m_scene->service.scenario().privacyVersion);
+        m_scene->service.setFault(QStringLiteral("primary:/static/version/privacyversion.json"),
+                                  Fault::withDelay(300));
+        open();
+        continueWith(m_scene->customer);
+        timer("m_ConnectSlowWarningTimer")->start(0);
+        QTRY_COMPARE(prompt(), QStringLiteral("Your network may be slow. Still connecting, please wait"));
+        QTRY_COMPARE(page(), int(DlgLogin::DLG_LOGIN_PAGE));
+    }
+
+    void aWindowThrownAwayIsNotCalledBack()
+    {
+        agreed(m_scene->service.scenario().privacyVersion);
+        m_scene->service.setFault(QStringLiteral("/api/mobile/v1/orchinfo"), Fault::withDelay(100));
+        open();
+        continueWith(m_scene->customer);
+        QTRY_COMPARE(m_scene->service.count("/api/mobile/v1/orchinfo"), 1);
+        m_window.reset();
+        QTest::qWait(300); // the answer arrives and finds nobody
+    }
+
+private:
+    static QVariant setting(const QString& key) { return WindowScene::setting(key); }
+
+    void open()
+    {
+        m_window = std::make_unique<DlgLogin>(nullptr);
+        m_window->open();
+        QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+    }
+
+    static void agreed(const QString& version)
+    {
+        ConfigUtil::writeValue(ConfigUtil::AGREE_PRIVACY, 1);
+        ConfigUtil::writeValue(ConfigUtil::PRIVACY_VERSION, version);
+    }
+
+    void toLoginPage()
+    {
+        agreed(m_scene->service.scenario().privacyVersion);
+        open();
+        continueWith(m_scene->customer);
+        QTRY_COMPARE(page(), int(DlgLogin::DLG_LOGIN_PAGE));
+    }
+
+    void continueWith(const QString& customer)
+    {
+        field("customerId")->setText(customer);
+        QTest::keyClick(field("customerId"), Qt::Key_Return);
+    }
+
+    void logInWith(const QString& username, const QString& password)
+    {
+        field("username")->clear();
+        QTest::keyClicks(field("username"), username);
+        QTest::keyClicks(field("password"), password);
+        button("btnLogin")->click();
+    }
+
+    template <class Widget>
+    Widget* child(const char* name) const
+    {
+        auto* found = m_window->findChild<Widget*>(QLatin1String(name));
+        if (!found)
+            qFatal("no %s", name);
+        return found;
+    }
+
+    QLineEdit* field(const char* name) const { return child<QLineEdit>(name); }
+    QPushButton* button(const char* name) const { return child<QPushButton>(name); }
+    QTimer* timer(const char* name) const { return child<QTimer>(name); }
+    int page() const { return child<QStackedWidget>("stackedWidget")->currentIndex(); }
+
+    QString prompt() const
+    {
+        const auto* top = m_window->findChild<WidgetTopPrompt*>();
+        if (!top->isVisible())
+            return {};
+        QString text = top->findChild<QLabel*>(QStringLiteral("labelText"))->text();
+        return text.replace(QLatin1Char('\n'), QLatin1Char(' '));
+    }
+
+    std::unique_ptr<WindowScene> m_scene;
+    std::unique_ptr<DlgLogin> m_window;
+};
+
+QTEST_MAIN(LoginWindowTest)
+#include "LoginWindowTest.moc"

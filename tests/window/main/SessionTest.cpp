@@ -1,0 +1,411 @@
+#include "app/ConfigUtil.h"
+#include "app/Platform.h"
+#include "app/SingleApp.h"
+#include "main/DlgMain.h"
+#include "monitor/MonitorDatapath.h"
+#include "sim/Behaviour.h"
+#include "support/WindowScene.h"
+#include "widgets/WidgetTopPrompt.h"
+
+#include <QAction>
+#include <QLabel>
+#include <QLocalSocket>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+
+#include <memory>
+
+using sim::Fault;
+
+/// The main window and its session against the simulated service and the stand-in datapath.
+class SessionTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        m_scene = std::make_unique<WindowScene>();
+        m_scene->stageDatapath();
+        m_scene->logIn();
+        SingleApp::instance()->startInstance();
+    }
+
+    void cleanup()
+    {
+        m_window.reset();
+        const QStringList violations = m_scene->service.violations();
+        m_scene.reset();
+        QCOMPARE(violations.join(QLatin1Char('\n')), QString());
+    }
+
+    void connectsByItselfShowsRatesAndStops()
+    {
+        m_scene->service.edit([](sim::Scenario& scenario) {
+            scenario.filterDocument = R"({"ipSetMode":-1,"blackIpSet":["1.1.1.1","1.1.1.1",7]})";
+        });
+        open();
+        QTRY_COMPARE_WITH_TIMEOUT(connectText(), QStringLiteral("Stop"), 15000);
+        const QString log = m_scene->log();
+        QVERIFY(log.contains(QStringLiteral("[INFO] Reconnecting")));
+        QVERIFY(!log.contains(QStringLiteral("Manual connect triggered")));
+        QVERIFY(log.contains(QStringLiteral("[NOTICE]  Connected")));
+        QVERIFY(log.contains(QStringLiteral("Exclusive filtering 1.1.1.1")));
+        QVERIFY(!log.contains(WindowScene::setting(ConfigUtil::TOKEN).toString()));
+        const QByteArray filter = m_scene->read(QStringLiteral("filterConfig.conf"));
+        QVERIFY2(filter.startsWith(R"({"blackIpSet":["1.1.1.1")") && filter.endsWith("}\n"), filter);
+        QVERIFY(m_scene->read(QStringLiteral("cpeagent.conf")).startsWith("orchid="));
+        QVERIFY(child<QWidget>("m_Chronometer")->isVisible());
+
+        // The first poll starts from zero, the second measures.
+        fire("m_StatCountTimer");
+        QCOMPARE(child<QLabel>("labelUpSpeed")->text(), QStringLiteral("0"));
+        const QDateTime later = QDateTime::currentDateTime().addSecs(3);
+        QTest::qWait(50);
+        platform().now = [later] { return later; };
+        fire("m_StatCountTimer");
+        QVERIFY(child<QLabel>("labelDownSpeed")->text() != QStringLiteral("0"));
+        QCOMPARE(m_scene->service.count("/api/mobile/v2/heartbeat"), 1);
+
+        stop();
+        QTRY_COMPARE(connectText(), QStringLiteral("Connect"));
+        const QJsonObject notice = m_scene->service.lastRequest("/api/mobile/v2/disconnect").json();
+        QCOMPARE(notice.value("mobileActionLogType").toInt(), 1);
+        QCOMPARE(child<QLabel>("labelUpSpeed")->text(), QStringLiteral("--"));
+        QVERIFY(sim::scriptCalls(m_scene->folder()).constLast().contains(QStringLiteral("stop")));
+    }
+
+    void aSecondConnectOfTheRunLoadsNoFilter()
+    {
+        openConnected();
+        stop();
+        QTRY_COMPARE(connectText(), QStringLiteral("Connect"));
+        button("btnConnect")->click();
+        QTRY_COMPARE_WITH_TIMEOUT(connectText(), QStringLiteral("Stop"), 15000);
+        QCOMPARE(m_scene->service.count("/files/ip-filter.json"), 1);
+        QVERIFY(m_scene->log().contains(QStringLiteral("Manual connect triggered")));
+        QVERIFY(m_scene->log().contains(QStringLiteral("no need for reload")));
+    }
+
+    void refusals_data()
+    {
+        QTest::addColumn<QString>("path");
+        QTest::addColumn<int>("status");
+        QTest::addColumn<QByteArray>("body");
+        QTest::addColumn<QString>("message");
+        const QString connect = QStringLiteral("/api/mobile/v2/connect");
+        const QString filter = QStringLiteral("/files/ip-filter.json");
+        QTest::newRow("connect 500") << connect << 500 << QByteArray() << "";
+        QTest::newRow("connect refused") << connect << 200
+                                         << QByteArray(R"({"code":88,"message":"No licence"})")
+                                         << "88 No licence";
+        QTest::newRow("connect is empty") << connect << 200 << QByteArray("{}") << "";
+        QTest::newRow("connect 502") << connect << 502 << QByteArray() << "6046 ";
+        QTest::newRow("filter 404") << filter << 404 << QByteArray() << "";
+    }
+
+    void refusals()
+    {
+        QFETCH(QString, path);
+        QFETCH(int, status);
+        QFETCH(QByteArray, body);
+        QFETCH(QString, message);
+        Fault fault = Fault::withBody(body);
+        fault.status = status;
+        m_scene->service.setFault(path, fault);
+        open();
+        QTRY_COMPARE(connectText(), QStringLiteral("Connect"));
+        QTRY_VERIFY(!prompt().isEmpty());
+        QVERIFY2(prompt().startsWith(message), qPrintable(prompt()));
+        QVERIFY(!timer("m_ConnectSlowWarningTimer")->isActive());
+        QVERIFY(sim::scriptCalls(m_scene->folder()).isEmpty());
+        QVERIFY(!WindowScene::setting(ConfigUtil::TOKEN).toString().isEmpty());
+    }
+
+    void anInvalidSessionRestartsIntoTheLogin_data()
+    {
+        QTest::addColumn<QString>("place");
+        QTest::newRow("connect") << "connect";
+        QTest::newRow("disconnect answer") << "disconnect";
+    }
+
+    void anInvalidSessionRestartsIntoTheLogin()
+    {
+        QFETCH(QString, place);
+        if (place == QLatin1String("connect")) {
+            m_scene->service.revokeSessions(2);
+            open();
+        } else {
+            openConnected();
+            m_scene->service.revokeSessions(2);
+            stop();
+        }
+        QTRY_COMPARE(m_scene->quits, 1);
+        QCOMPARE(m_scene->started, QStringList{QStringLiteral("-logout -invalidToken")});
+        QCOMPARE(WindowScene::setting(ConfigUtil::TOKEN).toString(), QString());
+        QTest::qWait(200);
+        QCOMPARE(m_scene->started.size(), 1);
+    }
+
+    void cancelDuringTheConnectRequest()
+    {
+        m_scene->service.setFault(QStringLiteral("/api/mobile/v2/connect"), Fault::withDelay(200));
+        open();
+        stop();
+        QTRY_COMPARE(connectText(), QStringLiteral("Connect"));
+        QVERIFY(m_scene->log().contains(
+            QStringLiteral("Connection canceled during connection orchestrator")));
+        QCOMPARE(m_scene->read(QStringLiteral("cpeagent.conf")), QByteArray());
+    }
+
+    void cancelDuringTheFilter()
+    {
+        m_scene->service.setFault(QStringLiteral("/files/ip-filter.json"), Fault::withDelay(200));
+        open();
+        QTRY_COMPARE(m_scene->service.count("/files/ip-filter.json"), 1);
+        stop();
+        QTRY_COMPARE(connectText(), QStringLiteral("Connect"));
+        QVERIFY(m_scene->log().contains(QStringLiteral("Connection canceled during getting filter")));
+        QVERIFY(sim::scriptCalls(m_scene->folder()).isEmpty());
+    }
+
+    void cancelDuringTheAgentWait()
+    {
+        behave({{"agent", "silent"}});
+        open();
+        QTRY_VERIFY(timer("m_WaitAgentTimer")->isActive());
+        stop();
+        QCOMPARE(connectText(), QStringLiteral("Connect"));
+        QCOMPARE(m_scene->log().count(
+                     QStringLiteral("Connection canceled during waiting agent")), 1);
+        QCOMPARE(m_scene->service.count("/api/mobile/v2/disconnect"), 0);
+    }
+
+    void aSilentAgentIsGivenUp()
+    {
+        behave({{"agent", "silent"}});
+        open();
+        QTRY_VERIFY(timer("m_WaitAgentTimer")->isActive());
+        fire("m_WaitAgentTimer");
+        QCOMPARE(connectText(), QStringLiteral("Connect"));
+        QVERIFY(prompt().startsWith(QStringLiteral("6010 ")));
+        QVERIFY(sim::scriptCalls(m_scene->folder()).constLast().contains(QStringLiteral("stop")));
+    }
+
+    void aFailingScriptIsReportedWithItsWords()
+    {
+        behave({{"script_exit", "1"}, {"script_stderr", "no tun device"}});
+        open();
+        QTRY_COMPARE(connectText(), QStringLiteral("Connect"));
+        QVERIFY(prompt().startsWith(QStringLiteral("6021 ")));
+        QVERIFY(m_scene->log().contains(QStringLiteral("[INFO] no tun device")));
+    }
+
+    void anAgentThatRefusesEndsTheSession()
+    {
+        behave({{"agent", "disconnect"}});
+        open();
+        QTRY_COMPARE_WITH_TIMEOUT(m_scene->quits, 1, 10000);
+        QCOMPARE(m_scene->started, QStringList{QStringLiteral("-logout -invalidToken")});
+    }
+
+    void threeFailedPollsEndTheConnection()
+    {
+        openConnected();
+        behave({{"dispatch", "close_midreply"}});
+        fire("m_StatCountTimer");
+        fire("m_StatCountTimer");
+        QCOMPARE(connectText(), QStringLiteral("Stop"));
+        fire("m_StatCountTimer");
+        QTRY_COMPARE(connectText(), QStringLiteral("Connect"));
+        QVERIFY(m_scene->log().contains(
+            QStringLiteral("[ERROR] Check the DP status and find an exception(-5)")));
+        QCOMPARE(m_scene->service.lastRequest("/api/mobile/v2/disconnect")
+                     .json().value("mobileActionLogType").toInt(), 3);
+    }
+
+    void lostTunnelsAreShownOnceAndRestored()
+    {
+        openConnected();
+        behave({{"tunnels", "down"}});
+        fire("m_StatCountTimer");
+        QVERIFY(!prompt().startsWith(QStringLiteral("6022 ")));
+        const QDateTime later = QDateTime::currentDateTime().addSecs(31);
+        platform().now = [later] { return later; };
+        fire("m_StatCountTimer");
+        QVERIFY(prompt().startsWith(QStringLiteral("6022 ")));
+        fire("m_StatCountTimer");
+        QCOMPARE(m_scene->log().count(QStringLiteral("6022 ")), 1);
+        behave({{"tunnels", "up"}});
+        fire("m_StatCountTimer");
+        QCOMPARE(prompt(), QString());
+        QVERIFY(m_scene->log().contains(QStringLiteral("[NOTICE]  Network restored")));
+    }
+
+    void aVanishedDatapathIsStartedAgain()
+    {
+        openConnected();
+        emit monitor::MonitorDatapath::instance()->datapathVanished();
+        QCOMPARE(m_scene->service.lastRequest("/api/mobile/v2/connect").json()
+                     .value("mobileActionLogType").toInt(), 1);
+        QTRY_COMPARE_WITH_TIMEOUT(m_scene->service.count("/api/mobile/v2/connect"), 2, 10000);
+        QTRY_COMPARE_WITH_TIMEOUT(connectText(), QStringLiteral("Stop"), 15000);
+        QCOMPARE(m_scene->service.lastRequest("/api/mobile/v2/disconnect")
+                     .json().value("mobileActionLogType").toInt(), 3);
+    }
+
+    void intranetModeStartsNoDatapath()
+    {
+        m_scene->service.edit([](sim::Scenario& scenario) {
+            scenario.connectReply.insert(QStringLiteral("mobileDetect"), true);
+            scenario.connectReply.insert(QStringLiteral("enableQuantum"), true);
+        });
+        open();
+        QTRY_COMPARE(connectText(), QStringLiteral("Stop"));
+        QVERIFY(child<QLabel>("m_mobileDetectLabel")->isVisible());
+        QVERIFY(!child<QLabel>("labelUpSpeed")->isVisible());
+        QVERIFY(timer("m_CheckIpTimer")->isActive());
+        QVERIFY(sim::scriptCalls(m_scene->folder()).isEmpty());
+        child<QAbstractButton>("toolBtnSetting")->click();
+        QVERIFY(!child<QLabel>("m_mobileDetectLabel")->isVisible());
+        child<QAbstractButton>("toolBtnHome")->click();
+        QVERIFY(child<QLabel>("m_mobileDetectLabel")->isVisible());
+        QVERIFY(child<QWidget>("m_Chronometer")->isVisible());
+        stop();
+        QTRY_COMPARE(connectText(), QStringLiteral("Connect"));
+        QVERIFY(child<QLabel>("labelUpSpeed")->isVisible());
+    }
+
+    void aSilentProbeOrGarbageOnTheSocketChangesNothing()
+    {
+        openConnected();
+        for (const QByteArray& sent : {QByteArray(), QByteArray(3 << 20, '{'), QByteArray("\xff\0\xfe", 3)}) {
+            QLocalSocket peer;
+            peer.connectToServer(m_scene->file(QStringLiteral("UI_SOCKET")));
+            QVERIFY(peer.waitForConnected(1000));
+            peer.write(sent);
+            QTRY_COMPARE(peer.bytesToWrite(), 0);
+            peer.disconnectFromServer();
+        }
+        QLocalSocket firewall;
+        firewall.connectToServer(m_scene->file(QStringLiteral("UI_SOCKET")));
+        firewall.write(R"({"type": 6, "msg": "firewall enabled"})");
+        QTRY_COMPARE(prompt(), QStringLiteral("Firewall is enabled, Veltaro inbound traffic will "
+                                              "not pass through the firewall."));
+        QCOMPARE(connectText(), QStringLiteral("Stop"));
+    }
+
+    void anotherUserLosesTheDatapathsDatabase()
+    {
+        const auto leaveDatabase = [this] {
+            QFile database(m_scene->file(QStringLiteral("PersistentConf.db")));
+            QVERIFY(database.open(QIODevice::WriteOnly));
+        };
+        leaveDatabase();
+        open();
+        QVERIFY(!QFile::exists(m_scene->file(QStringLiteral("PersistentConf.db"))));
+        QCOMPARE(WindowScene::setting(ConfigUtil::OLD_USERNAME).toString(), m_scene->username);
+        leaveDatabase();
+        m_window.reset();
+        open();
+        QVERIFY(QFile::exists(m_scene->file(QStringLiteral("PersistentConf.db"))));
+    }
+
+    void quittingFromTheTrayTellsTheService()
+    {
+        openConnected();
+        child<QAction>("m_ActExit")->trigger();
+        child<QAction>("m_ActExit")->trigger(); // twice is once
+        QTRY_COMPARE(m_scene->quits, 1);
+        QCOMPARE(m_scene->service.count("/api/mobile/v2/disconnect"), 1);
+        QVERIFY(m_scene->started.isEmpty());
+        QVERIFY(!WindowScene::setting(ConfigUtil::TOKEN).toString().isEmpty());
+    }
+
+    void switchingTheAccountKeepsTheTokenForTheSignout()
+    {
+        openConnected();
+        child<QAbstractButton>("toolBtnQuit")->click();
+        ModalGuard question("DlgSwitchAcc", [](QDialog* dialog) { dialog->accept(); });
+        button("btnSwitchAccount")->click();
+        QTRY_COMPARE(m_scene->quits, 1);
+        QCOMPARE(m_scene->started, QStringList{QStringLiteral("-logout -byuser")});
+        QCOMPARE(WindowScene::setting(ConfigUtil::PASSWORD).toString(), QString());
+        QVERIFY(!WindowScene::setting(ConfigUtil::TOKEN).toString().isEmpty());
+    }
+
+    void aWindowDestroyedDuringAHeartbeat()
+    {
+        openConnected();
+        m_scene->service.setFault(QStringLiteral("/api/mobile/v2/heartbeat"), Fault::withDelay(5000));
+        const QDateTime later = QDateTime::currentDateTime().addSecs(60);
+        platform().now = [later] { return later; };
+        QTimer::singleShot(100, this, [this] { m_window.reset(); });
+        fire("m_StatCountTimer");
+        QVERIFY(!m_window);
+    }
+
+private:
+    void open()
+    {
+        m_window = std::make_unique<DlgMain>(nullptr);
+        m_window->show();
+    }
+
+    void openConnected()
+    {
+        open();
+        QTRY_COMPARE_WITH_TIMEOUT(connectText(), QStringLiteral("Stop"), 15000);
+        timer("m_StatCountTimer")->stop();
+        monitor::MonitorDatapath::instance()->stop();
+    }
+
+    // Presses the connect button and answers the question.
+    void stop()
+    {
+        ModalGuard question("dlgStopPrompt", [](QDialog* dialog) { dialog->accept(); });
+        button("btnConnect")->click();
+        QVERIFY(question.seen());
+    }
+
+    void behave(const sim::Behaviour& behaviour)
+    {
+        QVERIFY(sim::writeBehaviour(m_scene->folder(), behaviour));
+    }
+
+    // Lets a timer run out now.
+    void fire(const char* name)
+    {
+        QTimerEvent event(timer(name)->timerId());
+        QCoreApplication::sendEvent(timer(name), &event);
+    }
+
+    template <class Widget>
+    Widget* child(const char* name) const
+    {
+        auto* found = m_window->findChild<Widget*>(QLatin1String(name));
+        if (!found)
+            qFatal("no %s", name);
+        return found;
+    }
+
+    QPushButton* button(const char* name) const { return child<QPushButton>(name); }
+    QTimer* timer(const char* name) const { return child<QTimer>(name); }
+    QString connectText() const { return button("btnConnect")->text(); }
+
+    QString prompt() const
+    {
+        const auto* top = m_window->findChild<WidgetTopPrompt*>();
+        if (!top->isVisible())
+            return {};
+        QString text = top->findChild<QLabel*>(QStringLiteral("labelText"))->text();
+        return text.replace(QLatin1Char('\n'), QLatin1Char(' '));
+    }
+
+    std::unique_ptr<WindowScene> m_scene;
+    std::unique_ptr<DlgMain> m_window;
+};
+
+QTEST_MAIN(SessionTest)
+#include "SessionTest.moc"
