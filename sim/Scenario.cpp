@@ -137,7 +137,7 @@ bool Fault::replaces() const
 }
 
 Scenario::Scenario()
-    : accounts(defaultAccounts()), privacyVersion(QStringLiteral("2025.1")), rsaTypes{0, 1},
+    : accounts(defaultAccounts()), privacyVersion(QStringLiteral("20250115")), rsaTypes{0, 1},
       errorResourceVersion(QStringLiteral("7"))
 {
     authConfigReply =

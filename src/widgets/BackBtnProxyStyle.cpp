@@ -15,7 +15,10 @@ constexpr int kTextLeft = 13;
 
 } // namespace
 
-BackBtnProxyStyle::BackBtnProxyStyle() : QProxyStyle(QStringLiteral("fusion")) {}
+BackBtnProxyStyle::BackBtnProxyStyle()
+    : QProxyStyle(QStringLiteral("fusion")), m_arrow(pictureIcon(QStringLiteral("btnleft.ico")))
+{
+}
 
 void BackBtnProxyStyle::drawControl(ControlElement element, const QStyleOption* option,
                                     QPainter* painter, const QWidget* widget) const
@@ -28,7 +31,7 @@ void BackBtnProxyStyle::drawControl(ControlElement element, const QStyleOption* 
     const QRect area = button->rect;
     const QRect arrow(area.left(), area.top() + kArrowTop, kArrowWidth,
                       area.height() - kArrowTop - kArrowBottom);
-    pictureIcon(QStringLiteral("btnleft.ico")).paint(painter, arrow);
+    m_arrow.paint(painter, arrow);
 
     const bool live = button->state & (State_MouseOver | State_HasFocus);
     painter->setPen(live ? QColor(0x02, 0x90, 0xff) : QColor(0x35, 0x40, 0x52));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QIcon>
 #include <QProxyStyle>
 
 /// Draws push buttons as back buttons: a small arrow at the left edge and the text beside it,
@@ -13,4 +14,7 @@ public:
 
     void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                      const QWidget* widget = nullptr) const override;
+
+private:
+    QIcon m_arrow;
 };

@@ -202,7 +202,7 @@ Request Client::login(const QByteArray& user, const QByteArray& password, bool o
                      {"supportOtp", true},
                      {"otpLogin", false},
                      {"automaticLogin", false},
-                     {"privacyVersion", "2025.1"},
+                     {"privacyVersion", "20250115"},
                      {"deviceId", "1B2C-3D4E"},
                      {"mobileVersion", "6.1.20"},
                      {"agreeToPrivacy", true},

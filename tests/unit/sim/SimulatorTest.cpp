@@ -50,7 +50,7 @@ void SimulatorTest::wholeSessionWithoutViolations()
 {
     Client client(*m_simulator);
     QCOMPARE(client.exchange("privacy").json().value("veltaro_privacy_version").toString(),
-             QStringLiteral("2025.1"));
+             QStringLiteral("20250115"));
     const QJsonObject found = client.exchange("lookup").json();
     QCOMPARE(found.value("orchDomain").toString(), m_simulator->orchRoot());
     QCOMPARE(found.value("customerId").toInt(), 1001);

@@ -400,7 +400,7 @@ private:
         if (!top->isVisible())
             return {};
         QString text = top->findChild<QLabel*>(QStringLiteral("labelText"))->text();
-        return text.replace(QLatin1Char('\n'), QLatin1Char(' '));
+        return text.remove(QLatin1Char('\n'));
     }
 
     std::unique_ptr<WindowScene> m_scene;

@@ -1,9 +1,9 @@
 #include "widgets/WidgetTopPrompt.h"
 #include "window/widgets/Looks.h"
 
+#include <QPushButton>
 #include <QTest>
 #include <QTimer>
-#include <QPushButton>
 
 #include <memory>
 
