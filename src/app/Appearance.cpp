@@ -46,8 +46,8 @@ void applyFont(QApplication& app)
     const QResource file(QStringLiteral(":/Ostrana/res/font/NotoSansSC-Regular.otf"));
     if (!file.isValid())
         return;
-    const QByteArray bytes = QByteArray::fromRawData(reinterpret_cast<const char*>(file.data()),
-                                                     int(file.size()));
+    const QByteArray bytes =
+        QByteArray::fromRawData(reinterpret_cast<const char*>(file.data()), int(file.size()));
     const int id = QFontDatabase::addApplicationFontFromData(bytes);
     const QStringList families = QFontDatabase::applicationFontFamilies(id);
     if (families.isEmpty())

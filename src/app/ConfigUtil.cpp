@@ -40,8 +40,8 @@ QSettings* openSettings()
 // first leaves no moment at which others could read it.
 void createPrivately(const QString& file)
 {
-    const int fd = ::open(QFile::encodeName(file).constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC,
-                          S_IRUSR | S_IWUSR);
+    const int fd = ::open(QFile::encodeName(file).constData(),
+                          O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR);
     if (fd >= 0)
         ::close(fd);
     else

@@ -39,8 +39,8 @@ void DeepinShadowEffectListener::checkOnStart()
 {
     QDBusInterface wm(kService, kPath, kService, QDBusConnection::sessionBus());
     if (!wm.isValid()) {
-        logDisplayDebug(QStringLiteral("com.deepin.wm dbus interface error, ")
-                        + wm.lastError().name());
+        logDisplayDebug(QStringLiteral("com.deepin.wm dbus interface error, ") +
+                        wm.lastError().name());
         return;
     }
     onCompositingEnabledChanged(wm.property("compositingEnabled").toBool());

@@ -5,8 +5,8 @@
 
 #include <QCoreApplication>
 #include <QEvent>
-#include <QPaintEvent>
 #include <QPainter>
+#include <QPaintEvent>
 
 GreyMaskForUkui::GreyMaskForUkui(QWidget* parent, QWidget* dialog)
     : QWidget(parent), m_dialog(dialog)
@@ -31,8 +31,8 @@ void GreyMaskForUkui::cover(QWidget* under, QWidget* dialog)
 bool GreyMaskForUkui::eventFilter(QObject* object, QEvent* event)
 {
     if (object == m_dialog) {
-        if (event->type() == QEvent::Show
-            && !qApp->property(appproperty::kDeepinShadowEnabled).toBool()) {
+        if (event->type() == QEvent::Show &&
+            !qApp->property(appproperty::kDeepinShadowEnabled).toBool()) {
             show();
             raise();
         } else if (event->type() == QEvent::Hide) {

@@ -83,8 +83,8 @@ struct DateBlock
 
 void addLine(QVector<DateBlock>& blocks, QSet<QString>& titles, QByteArray line)
 {
-    const bool shown = line.contains("[NOTICE]") || line.contains("[INFO]")
-                       || line.contains("[ERROR]") || line.contains("[WARN]");
+    const bool shown = line.contains("[NOTICE]") || line.contains("[INFO]") ||
+                       line.contains("[ERROR]") || line.contains("[WARN]");
     if (!shown)
         return;
     const QString date = QString::fromUtf8(takeField(line));
@@ -116,8 +116,8 @@ Record makeRecord(QtMsgType type, const QString& message, const QDateTime& now)
         record.entry->text = text;
     record.date = now.toString(QStringLiteral("yyyy-MM-dd"));
     record.time = now.toString(QStringLiteral("hh:mm:ss"));
-    record.fileLine = record.date + QLatin1Char(' ') + record.time + QLatin1Char(' ') + tag
-                      + QLatin1Char(' ') + text;
+    record.fileLine = record.date + QLatin1Char(' ') + record.time + QLatin1Char(' ') + tag +
+                      QLatin1Char(' ') + text;
     return record;
 }
 

@@ -18,10 +18,10 @@ namespace logformat {
 /// A message on its way into the log.
 struct Record
 {
-    QString date;                     ///< "yyyy-MM-dd"
-    QString time;                     ///< "hh:mm:ss"
-    QString fileLine;                 ///< date, time, level tag and text, without a line end
-    std::optional<LogContent> entry;  ///< what the activity log shows, for display messages
+    QString date;                    ///< "yyyy-MM-dd"
+    QString time;                    ///< "hh:mm:ss"
+    QString fileLine;                ///< date, time, level tag and text, without a line end
+    std::optional<LogContent> entry; ///< what the activity log shows, for display messages
 };
 
 /// Turns one message into its file line and, when it carries the display marker and is no debug

@@ -10,13 +10,13 @@
 Platform::Platform()
     : now(&QDateTime::currentDateTime),
       isChinese([] { return QLocale::system().language() == QLocale::Chinese; }),
-      programDir(&QCoreApplication::applicationDirPath),
-      relaunch([](const QStringList& words) {
+      programDir(&QCoreApplication::applicationDirPath), relaunch([](const QStringList& words) {
           SingleApp::release();
           QProcess::startDetached(QCoreApplication::applicationFilePath(), words);
           QCoreApplication::quit();
       }),
-      arguments(&QCoreApplication::arguments), quit(&QCoreApplication::quit), openUrl(&QDesktopServices::openUrl)
+      arguments(&QCoreApplication::arguments), quit(&QCoreApplication::quit),
+      openUrl(&QDesktopServices::openUrl)
 {
 }
 

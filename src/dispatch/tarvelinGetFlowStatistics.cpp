@@ -178,8 +178,8 @@ int _TQ_WinDispatchRecv(int sock, _TQ_DISPATCH_DESC* desc, const QElapsedTimer& 
     if (hdr.Version != 0)
         return -EBADR;
     if (hdr.Length >= desc->Size) {
-        void* larger = hdr.Length > kLargestReply ? nullptr
-                                                  : std::realloc(desc->Buff, hdr.Length + 1);
+        void* larger =
+            hdr.Length > kLargestReply ? nullptr : std::realloc(desc->Buff, hdr.Length + 1);
         if (!larger)
             return -ENOMEM;
         desc->Buff = larger;

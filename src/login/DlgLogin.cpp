@@ -36,8 +36,8 @@ bool restoreTriState(const QString& key)
 {
     int state = ConfigUtil::getvalue(key, -1).toInt();
     if (state == -1) {
-        const bool saved = !savedText(ConfigUtil::TOKEN).isEmpty()
-                           && !savedText(ConfigUtil::PASSWORD).isEmpty();
+        const bool saved =
+            !savedText(ConfigUtil::TOKEN).isEmpty() && !savedText(ConfigUtil::PASSWORD).isEmpty();
         state = saved ? Qt::Checked : Qt::Unchecked;
         ConfigUtil::writeValue(key, state);
     }

@@ -160,9 +160,9 @@ private:
     WidgetTopPrompt* promptWidge = nullptr;
     QStack<LOGIN_PAGE> m_pageStack; ///< pages to return to
     LOGIN_PAGE m_curPage = DLG_CUSTOMER_PAGE;
-    QString m_CustomerID;           ///< as confirmed by the lookup server
-    QString m_PrivacyVersion;       ///< as a lookup server named it last
-    bool m_AgreePolicyNow = false;  ///< the user agreed in this run
+    QString m_CustomerID;          ///< as confirmed by the lookup server
+    QString m_PrivacyVersion;      ///< as a lookup server named it last
+    bool m_AgreePolicyNow = false; ///< the user agreed in this run
     QTimer* m_ConnectSlowWarningTimer = nullptr;
     OrchErrRes* m_OrchErrRes;
     bool m_EmptyPass = false;         ///< the password field was emptied since the mask filled it

@@ -60,8 +60,7 @@ void DlgLogin::_authUserLogin()
             onBtnLoginEnableChanged();
         };
         orch()->upgradeCheck(
-            m_CustomerID,
-            guarded(this, [this](const QByteArray& body) { _handleUpgrade(body); }),
+            m_CustomerID, guarded(this, [this](const QByteArray& body) { _handleUpgrade(body); }),
             guarded(this, failed));
         return;
     }
@@ -81,15 +80,15 @@ void DlgLogin::obtainPubKey()
         verifyUser();
     };
     const auto failed = [this](const QByteArray& body, QNetworkReply* reply) {
-        logDisplayInfo(failureLogText(HttpFailure::of(body, reply), QStringLiteral("Error Info: ")));
+        logDisplayInfo(
+            failureLogText(HttpFailure::of(body, reply), QStringLiteral("Error Info: ")));
         if (httpStatus(reply) == 502)
             return _queryOrchUpgradeWhen502();
         m_ConnectSlowWarningTimer->stop();
         reportHttpErr(body, reply);
         restoreLoginPage();
     };
-    orch()->obtainPubKey(m_CustomerID, guarded(this, received),
-                         guarded(this, failed));
+    orch()->obtainPubKey(m_CustomerID, guarded(this, received), guarded(this, failed));
 }
 
 void DlgLogin::handleEncryptPassword(const QByteArray& body)
@@ -104,8 +103,8 @@ void DlgLogin::handleEncryptPassword(const QByteArray& body)
     if (key.isEmpty())
         return;
     const auto encrypted = [&](const QString& text) {
-        return QString::fromStdString(Util::TQRSAEncrypt(text.trimmed().toStdString(),
-                                                         key.toStdString(), m_supportAEPSha));
+        return QString::fromStdString(
+            Util::TQRSAEncrypt(text.trimmed().toStdString(), key.toStdString(), m_supportAEPSha));
     };
     m_encryptedUserName = encrypted(ui->username->text());
     m_encryptedPassword = encrypted(ui->password->text());
@@ -149,8 +148,7 @@ void DlgLogin::sendLogin(const ipc::LoginParams& params)
         _requestLoginFailedHandler(body, reply);
     };
     orch()->sendLoginRequest(
-        params,
-        guarded(this, [this](const QByteArray& body) { _requestLoginSuccHandler(body); }),
+        params, guarded(this, [this](const QByteArray& body) { _requestLoginSuccHandler(body); }),
         guarded(this, failed));
     m_RequestIdForPoll.clear();
 }
@@ -241,10 +239,10 @@ void DlgLogin::pollApproval()
     const auto failed = [this](const QByteArray& body, QNetworkReply* reply) {
         _requestAuthPollFailedHandler(body, reply);
     };
-    orch()->asynAuthPoll(params, guarded(this, [this](const QByteArray& body) {
-                             _requestAuthPollSuccHandler(body);
-                         }),
-                         guarded(this, failed));
+    orch()->asynAuthPoll(
+        params,
+        guarded(this, [this](const QByteArray& body) { _requestAuthPollSuccHandler(body); }),
+        guarded(this, failed));
 }
 
 void DlgLogin::_requestAuthPollSuccHandler(const QByteArray& body)

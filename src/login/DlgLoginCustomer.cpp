@@ -20,9 +20,9 @@
 #include "widgets/WidgetTopPrompt.h"
 
 #include <QCoreApplication>
+#include <QJsonDocument>
 #include <QLabel>
 #include <QLineEdit>
-#include <QJsonDocument>
 #include <QNetworkReply>
 #include <QPushButton>
 #include <QTimer>
@@ -76,7 +76,8 @@ QString DlgLogin::getPrivacyOemVer(const QByteArray& body) const
 void DlgLogin::getPrivacyVerFromMain()
 {
     const auto failed = [this](const QByteArray& body, QNetworkReply* reply) {
-        logDisplayInfo(failureLogText(HttpFailure::of(body, reply), QStringLiteral("Error Info: ")));
+        logDisplayInfo(
+            failureLogText(HttpFailure::of(body, reply), QStringLiteral("Error Info: ")));
         getPrivacyVerFromBackup();
     };
     orch()->getPrivacyVerFromMain(
@@ -108,8 +109,7 @@ void DlgLogin::getPrivacyVerFromBackup()
                            << failureLogText(HttpFailure::of(body, reply), QStringLiteral(" "));
     };
     orch()->getPrivacyVerFromBackup(
-        guarded(this, [this](const QByteArray& body) { onBackupPrivacyVersion(body); }),
-        failed);
+        guarded(this, [this](const QByteArray& body) { onBackupPrivacyVersion(body); }), failed);
     verifyCustomerId();
 }
 
@@ -151,9 +151,9 @@ void DlgLogin::showPrivacy()
     logDisplayInfo(QStringLiteral("Agree to privacy policy"));
 
     const QString mask = savedText(ConfigUtil::PASSWORD);
-    const bool savedAccount = !savedText(ConfigUtil::CUSTOMERID).isEmpty()
-                              && !savedText(ConfigUtil::USERNAME).isEmpty()
-                              && !(mask.isEmpty() && ui->password->text().isEmpty());
+    const bool savedAccount = !savedText(ConfigUtil::CUSTOMERID).isEmpty() &&
+                              !savedText(ConfigUtil::USERNAME).isEmpty() &&
+                              !(mask.isEmpty() && ui->password->text().isEmpty());
     if (!savedAccount) {
         // The step that asked for the agreement has ended here: Continue starts it again.
         m_ConnectSlowWarningTimer->stop();
@@ -170,8 +170,8 @@ void DlgLogin::verifyCustomerId()
 {
     m_verifyingCustomer = true;
     const auto failed = [this](const QByteArray& body, QNetworkReply* reply) {
-        logDisplayInfo(QStringLiteral("Failed to get authentication URL: ")
-                       + failureLogText(HttpFailure::of(body, reply), QStringLiteral(" ")));
+        logDisplayInfo(QStringLiteral("Failed to get authentication URL: ") +
+                       failureLogText(HttpFailure::of(body, reply), QStringLiteral(" ")));
         logDisplayInfo(QStringLiteral("Try to get authentication URL again"));
         verifyCustomerIdUsingBackUrl();
     };
@@ -252,8 +252,7 @@ void DlgLogin::_authConfig(const QString& next)
             return _queryOrchUpgradeWhen502();
         invokeNext(next);
     };
-    orch()->authConfig(m_CustomerID, guarded(this, received),
-                       guarded(this, failed));
+    orch()->authConfig(m_CustomerID, guarded(this, received), guarded(this, failed));
 }
 
 void DlgLogin::invokeNext(const QString& next)
@@ -272,10 +271,9 @@ void DlgLogin::checkUpgrade()
         ui->btnContinue->setEnabled(true);
         ui->btnContinue->setText(tr("Continue"));
     };
-    orch()->upgradeCheck(
-        m_CustomerID,
-        guarded(this, [this](const QByteArray& body) { _handleUpgrade(body); }),
-        guarded(this, failed));
+    orch()->upgradeCheck(m_CustomerID,
+                         guarded(this, [this](const QByteArray& body) { _handleUpgrade(body); }),
+                         guarded(this, failed));
 }
 
 void DlgLogin::_handleUpgrade(const QByteArray& body)
@@ -299,8 +297,7 @@ void DlgLogin::_queryOrchUpgrade(const std::function<void()>& next)
     const auto failed = [this, next](const QByteArray& body, QNetworkReply* reply) {
         onMaintenanceQueryFailed(body, reply, next);
     };
-    orch()->queryOrchUpgrade(m_CustomerID, guarded(this, received),
-                             guarded(this, failed));
+    orch()->queryOrchUpgrade(m_CustomerID, guarded(this, received), guarded(this, failed));
 }
 
 // An orchestrator that does not know the query, or does not answer it, never blocks a login.
@@ -342,8 +339,7 @@ void DlgLogin::_queryOrchUpgradeWhen502()
         m_ConnectSlowWarningTimer->stop();
         _resetAllBtnStyle();
     };
-    orch()->queryOrchUpgrade(m_CustomerID, guarded(this, received),
-                             guarded(this, failed));
+    orch()->queryOrchUpgrade(m_CustomerID, guarded(this, received), guarded(this, failed));
 }
 
 // End of an earlier session

@@ -4,7 +4,6 @@
 #include "login/DlgLogin.h"
 #include "orch/HttpErrorText.h"
 
-
 void DlgLogin::reportHttpErr(const QByteArray& body, QNetworkReply* reply)
 {
     const HttpFailure failure = HttpFailure::of(body, reply);

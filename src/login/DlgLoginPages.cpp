@@ -120,8 +120,8 @@ void DlgLogin::clearTokenAndPass()
     const auto saved = [](const QString& key) {
         return ConfigUtil::getvalue(key, QString()).toString();
     };
-    const bool other = ui->customerId->text() != saved(ConfigUtil::CUSTOMERIDSTR)
-                       || ui->username->text() != saved(ConfigUtil::USERNAME);
+    const bool other = ui->customerId->text() != saved(ConfigUtil::CUSTOMERIDSTR) ||
+                       ui->username->text() != saved(ConfigUtil::USERNAME);
     if (!other || saved(ConfigUtil::PASSWORD).isEmpty())
         return;
     ui->password->clear();

@@ -14,7 +14,8 @@ LoginReply LoginReply::fromJson(const QByteArray& body)
     reply.middleToken = text("middleToken");
     reply.requestIdForPoll = text("requestIdForPoll");
     reply.authResultCheckUrl = text("authResultCheckUrl");
-    reply.authResultCheckInterval = JsonUtil::getInt(json, QStringLiteral("authResultCheckInterval"), 0);
+    reply.authResultCheckInterval =
+        JsonUtil::getInt(json, QStringLiteral("authResultCheckInterval"), 0);
     reply.authResultCheckTimes = JsonUtil::getInt(json, QStringLiteral("authResultCheckTimes"), 0);
     reply.otpKey = text("otpKey");
     reply.otpMiddleToken = text("otpMiddleToken");

@@ -16,9 +16,8 @@ QString customerIdOf(const LookupReply& reply, const QString& typed, const QStri
     if (reply.customerId != 0)
         return QString::number(reply.customerId);
     const QString text = typed.trimmed();
-    const bool digitsAlone = std::all_of(text.cbegin(), text.cend(), [](QChar c) {
-        return c.isDigit();
-    });
+    const bool digitsAlone =
+        std::all_of(text.cbegin(), text.cend(), [](QChar c) { return c.isDigit(); });
     return digitsAlone ? text : current;
 }
 

@@ -6,8 +6,7 @@ namespace {
 
 AgentText::Event readPort(const QString& text, int& port)
 {
-    static const QRegularExpression pattern(
-        QStringLiteral("\"dispatchConfPort\"\\s*:\\s*(\\d+)"));
+    static const QRegularExpression pattern(QStringLiteral("\"dispatchConfPort\"\\s*:\\s*(\\d+)"));
     bool isNumber = false;
     port = pattern.match(text).captured(1).toInt(&isNumber);
     return isNumber ? AgentText::Port : AgentText::PortUnusable;

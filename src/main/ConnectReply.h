@@ -13,7 +13,7 @@ struct ConnectReply
     QString orchDomains;        ///< joined with ","
     int cpeId = -1;             ///< as the settings keep it
     int agentCpeId = 0;         ///< as the agent's configuration has it
-    bool mobileDetect = false; ///< intranet mode: no datapath is started
+    bool mobileDetect = false;  ///< intranet mode: no datapath is started
     QString mobileDetectFailed;
     QString mobileDetectFailedEn;
     bool enableQuantum = false;

@@ -50,8 +50,8 @@ DlgMain::DlgMain(QWidget* parent)
     checkAndClearDB();
     on_btnConnect_clicked();
     setMobileDetectWidgetVisible(false);
-    connect(monitor::MonitorDatapath::instance(), &monitor::MonitorDatapath::datapathVanished,
-            this, &DlgMain::onDatapathVanished);
+    connect(monitor::MonitorDatapath::instance(), &monitor::MonitorDatapath::datapathVanished, this,
+            &DlgMain::onDatapathVanished);
 }
 
 DlgMain::~DlgMain()
@@ -83,8 +83,7 @@ void DlgMain::buildWindow()
     setMask(QRegion(outline.toFillPolygon().toPolygon()));
 
     promptWidge = new WidgetTopPrompt(this);
-    m_OrchErrRes->setCustomerId(
-        ConfigUtil::getvalue(ConfigUtil::CUSTOMERID, QString()).toString());
+    m_OrchErrRes->setCustomerId(ConfigUtil::getvalue(ConfigUtil::CUSTOMERID, QString()).toString());
 }
 
 void DlgMain::createLogModel()
@@ -121,8 +120,8 @@ void DlgMain::initSysTray()
     m_Tray->setToolTip(QLatin1String(product::kName));
     m_Menu = new QMenu(this);
     m_Menu->setObjectName(QStringLiteral("m_Menu"));
-    m_ActShowWin = m_Menu->addAction(tr("Open ") + QLatin1String(product::kName), this,
-                                     &DlgMain::showWindow);
+    m_ActShowWin =
+        m_Menu->addAction(tr("Open ") + QLatin1String(product::kName), this, &DlgMain::showWindow);
     m_ActShowWin->setObjectName(QStringLiteral("m_ActShowWin"));
     m_ActExit = m_Menu->addAction(tr("Exit"), this, &DlgMain::quitUI);
     m_ActExit->setObjectName(QStringLiteral("m_ActExit"));

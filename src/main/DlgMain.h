@@ -1,7 +1,7 @@
 #pragma once
 
-#include "main/ConnState.h"
 #include "main/ConnectReply.h"
+#include "main/ConnState.h"
 #include "main/FlowRates.h"
 #include "orch/OrchTypes.h"
 

@@ -17,8 +17,8 @@
 
 void DlgMain::onSingleSocketConnect()
 {
-    QLocalServer* const server = SingleApp::instance() ? SingleApp::instance()->getLocalServer()
-                                                       : nullptr;
+    QLocalServer* const server =
+        SingleApp::instance() ? SingleApp::instance()->getLocalServer() : nullptr;
     QLocalSocket* const socket = server ? server->nextPendingConnection() : nullptr;
     if (!socket)
         return;

@@ -57,8 +57,7 @@ void DlgMain::onConnectReply(const QByteArray& body)
     m_EnableQuantum = reply.enableQuantum;
     m_EnablePQC = reply.enablePQC;
     ConfigUtil::writeValue(ConfigUtil::CPE_ID, reply.cpeId);
-    logDisplayInfo(platform().isChinese() ? reply.mobileDetectFailed
-                                          : reply.mobileDetectFailedEn);
+    logDisplayInfo(platform().isChinese() ? reply.mobileDetectFailed : reply.mobileDetectFailedEn);
     if (!saveConfig(reply)) {
         setConnStatus(DISCONNECTION);
         return showError(errorText(ErrorText::ConfigNotSaved));
@@ -125,6 +124,5 @@ void DlgMain::_queryOrchUpgradeWhen502()
             reportHttpErr(body, reply);
     };
     ipc::OrchIpc::instance()->queryOrchUpgrade(savedText(ConfigUtil::CUSTOMERID),
-                                               guarded(this, received),
-                                               guarded(this, failed));
+                                               guarded(this, received), guarded(this, failed));
 }

@@ -53,10 +53,10 @@ int DlgMain::startDP()
 
 void DlgMain::logConnectLine(const QString& mode)
 {
-    logDisplayInfo(tr("Username:") + savedText(ConfigUtil::USERNAME) + tr(" Customer ID:")
-                   + session::customerText(savedText(ConfigUtil::CUSTOMERIDSTR),
-                                           savedText(ConfigUtil::CUSTOMERID))
-                   + tr(" Serial Number:") + Util::getSerial().left(12) + mode);
+    logDisplayInfo(tr("Username:") + savedText(ConfigUtil::USERNAME) + tr(" Customer ID:") +
+                   session::customerText(savedText(ConfigUtil::CUSTOMERIDSTR),
+                                         savedText(ConfigUtil::CUSTOMERID)) +
+                   tr(" Serial Number:") + Util::getSerial().left(12) + mode);
 }
 
 void DlgMain::stopDP()

@@ -41,9 +41,8 @@ void DlgMain::onLookupFinished()
         for (const QDnsHostAddressRecord& record : lookup->hostAddressRecords())
             m_commServIp.append(record.value().toString());
     } else {
-        logDisplayDebug(QStringLiteral("resolv host:") + lookup->name()
-                        + QStringLiteral("failed, ") + lookup->errorString()
-                        + QLatin1Char('.'));
+        logDisplayDebug(QStringLiteral("resolv host:") + lookup->name() +
+                        QStringLiteral("failed, ") + lookup->errorString() + QLatin1Char('.'));
     }
     lookup->deleteLater();
     m_resolveSem.release();
@@ -56,9 +55,9 @@ void DlgMain::_checkNeedDownloadIpFilter(const ConnectReply& reply)
         return ConfigUtil::getvalue(key, QString()).toString();
     };
     const bool current =
-        !m_FilterJsonRaw.isEmpty()
-        && FilterDocument::verifyOf(m_FilterJsonRaw) == saved(ConfigUtil::FILTERVERIFY)
-        && reply.filterVersion() == saved(ConfigUtil::FILTERVERSION);
+        !m_FilterJsonRaw.isEmpty() &&
+        FilterDocument::verifyOf(m_FilterJsonRaw) == saved(ConfigUtil::FILTERVERIFY) &&
+        reply.filterVersion() == saved(ConfigUtil::FILTERVERSION);
     if (!current) {
         logDisplayInfo(tr("Loading IP filter configurations"));
         ConfigUtil::writeValue(ConfigUtil::FILTERVERSION, reply.filterVersion());

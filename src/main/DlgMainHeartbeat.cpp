@@ -47,8 +47,8 @@ void DlgMain::heartBeat()
 void DlgMain::heartBeatSucceeded(const QByteArray& body)
 {
     const QJsonObject json = JsonUtil::object(body);
-    if (JsonUtil::getBool(json, QStringLiteral("success"), false) && m_HeartBeatSendFailed
-        && m_mobileDetect) {
+    if (JsonUtil::getBool(json, QStringLiteral("success"), false) && m_HeartBeatSendFailed &&
+        m_mobileDetect) {
         m_HeartBeatSendFailedTimer->stop();
         m_HeartBeatSendFailed = false;
     }
@@ -57,8 +57,8 @@ void DlgMain::heartBeatSucceeded(const QByteArray& body)
     if (quantum == m_EnableQuantum && pqc == m_EnablePQC)
         return;
     const auto word = [](bool on) { return QLatin1String(on ? "true" : "false"); };
-    logDisplayDebug(QStringLiteral("Quantum configuation changed, enableQuantum ") + word(quantum)
-                    + QStringLiteral(" enablePQC ") + word(pqc));
+    logDisplayDebug(QStringLiteral("Quantum configuation changed, enableQuantum ") + word(quantum) +
+                    QStringLiteral(" enablePQC ") + word(pqc));
     m_EnableQuantum = quantum;
     m_EnablePQC = pqc;
     updateQuantumUI();
@@ -70,9 +70,9 @@ void DlgMain::heartBeatFailed(const QByteArray& body, QNetworkReply* reply)
         m_HeartBeatSendFailed = true;
         m_HeartBeatSendFailedTimer->start();
     }
-    logDisplayDebug(QStringLiteral("Heart beat exception: ") + reply->errorString()
-                    + QStringLiteral(" statuscode ") + QString::number(httpStatus(reply))
-                    + QStringLiteral(" orch return text ") + maskSecrets(body));
+    logDisplayDebug(QStringLiteral("Heart beat exception: ") + reply->errorString() +
+                    QStringLiteral(" statuscode ") + QString::number(httpStatus(reply)) +
+                    QStringLiteral(" orch return text ") + maskSecrets(body));
 }
 
 void DlgMain::onHeartBeatSendFailed()

@@ -23,8 +23,8 @@ QVector<QWidget*> DlgMain::pageWidgets(MENU_ITEM m) const
 {
     switch (m) {
     case MENU_HOME:
-        return {ui->labelRoute,   ui->btnConnect,   ui->labelUpPic,     ui->labelUpSpeed,
-                ui->labelUpKps,   ui->labelDownPic, ui->labelDownSpeed, ui->labelDownKps};
+        return {ui->labelRoute, ui->btnConnect,   ui->labelUpPic,     ui->labelUpSpeed,
+                ui->labelUpKps, ui->labelDownPic, ui->labelDownSpeed, ui->labelDownKps};
     case MENU_SETTING:
         return {ui->labelSettingTitle, ui->m_ScrollArea};
     case MENU_LOG:
@@ -173,9 +173,9 @@ void DlgMain::focusInEvent(QFocusEvent* event)
 {
     const QDateTime now = platform().now();
     const QString format = QStringLiteral("hh:mm:ss.z");
-    logDisplayDebug(QStringLiteral("focus in event triggered, currentTime: ")
-                    + now.toString(format) + QStringLiteral(", last request orch time: ")
-                    + m_lastReqOrchUpgradeTime.toString(format) + QStringLiteral(", devition: ")
-                    + QString::number(m_lastReqOrchUpgradeTime.secsTo(now)));
+    logDisplayDebug(QStringLiteral("focus in event triggered, currentTime: ") +
+                    now.toString(format) + QStringLiteral(", last request orch time: ") +
+                    m_lastReqOrchUpgradeTime.toString(format) + QStringLiteral(", devition: ") +
+                    QString::number(m_lastReqOrchUpgradeTime.secsTo(now)));
     QDialog::focusInEvent(event);
 }

@@ -19,11 +19,11 @@
 #include "orch/OrchRequests.h"
 #include "orch/ReplyFacts.h"
 #include "widgets/DlgQuit.h"
+#include "widgets/dlgStopPrompt.h"
 #include "widgets/DlgSwitchAcc.h"
 #include "widgets/Style.h"
 #include "widgets/WidgetSetting.h"
 #include "widgets/WidgetTopPrompt.h"
-#include "widgets/dlgStopPrompt.h"
 
 #include <QLabel>
 #include <QNetworkAccessManager>
@@ -80,9 +80,8 @@ void DlgMain::beginAttempt()
 bool DlgMain::confirmStop()
 {
     const QPointer<DlgMain> alive(this);
-    dlgStopPrompt prompt(tr("Are you sure to stop ") + QLatin1String(product::kName)
-                             + QStringLiteral(" ?"),
-                         this);
+    dlgStopPrompt prompt(
+        tr("Are you sure to stop ") + QLatin1String(product::kName) + QStringLiteral(" ?"), this);
     m_PStopPrompt = &prompt;
     const bool accepted = prompt.exec() == QDialog::Accepted;
     if (!alive)
@@ -194,9 +193,9 @@ void DlgMain::enterConnection()
 {
     QString text = QLatin1String(product::kName) + tr(" is connected");
     if (m_mobileDetect) {
-        text = QLatin1String(product::kName)
-               + tr(" is connected. In intranet mode, the tunnel is only established by an "
-                    "intranet CPE");
+        text = QLatin1String(product::kName) +
+               tr(" is connected. In intranet mode, the tunnel is only established by an "
+                  "intranet CPE");
     }
     promptWidge->showPrompt(WidgetTopPrompt::SHOW_SUCCESS, text, true);
     ui->m_Chronometer->start();
@@ -358,8 +357,7 @@ void DlgMain::logout(bool notifyOrch, bool invalidToken, bool isByUser, bool sho
     m_sessionOver = true;
     m_ClickCancelConnecting = true;
     ConfigUtil::writeValue(ConfigUtil::PASSWORD, QString());
-    disconnect(notifyOrch,
-               invalidToken ? ipc::DisConnNormalReason : ipc::DisConnAbnormalReason);
+    disconnect(notifyOrch, invalidToken ? ipc::DisConnNormalReason : ipc::DisConnAbnormalReason);
     const QStringList arguments =
         session::logoutArguments(invalidToken, isByUser, showTipInLoginUI);
     QTimer::singleShot(kEndDelayMs, this, [this, arguments, invalidToken] {

@@ -44,8 +44,8 @@ void DlgMain::statusPollFailed(int result)
     m_StatusFailTime += 1;
     if (m_StatusFailTime < kAllowedFailures)
         return;
-    logDisplayCritical(tr("Check the DP status and find an exception")
-                       + QStringLiteral("(%1)").arg(result));
+    logDisplayCritical(tr("Check the DP status and find an exception") +
+                       QStringLiteral("(%1)").arg(result));
     disconnect(true, ipc::DisConnAbnormalReason);
     clearRates(QStringLiteral("0"));
     m_flow.reset();

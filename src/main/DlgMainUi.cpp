@@ -127,8 +127,8 @@ void DlgMainUi::buildLeftBar(QDialog* window)
 
 void DlgMainUi::buildHeader(QDialog* window)
 {
-    labelLogo = picture(window, "labelLogo", QRect(92, 8, 152, 40),
-                        QStringLiteral("veltaro/logo.png"));
+    labelLogo =
+        picture(window, "labelLogo", QRect(92, 8, 152, 40), QStringLiteral("veltaro/logo.png"));
     labelUserName = label(window, "labelUserName", QRect(300, 14, 180, 20), QString(), "secondary");
     labelUserName->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     btnAbout = windowButton(window, "btnAbout", "about", QPoint(500, 16), DlgMain::tr("About"));
@@ -148,8 +148,8 @@ void DlgMainUi::buildHome(QDialog* window)
         speedLabel = label(window, speed, QRect(307, y - 2, 48, 20), QStringLiteral("--"), "value");
         speedLabel->setAccessibleDescription(title); // its name is the value
         speedLabel->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-        unitLabel = label(window, unit, QRect(359, y - 2, 36, 20), QStringLiteral("Kbps"),
-                          "secondary");
+        unitLabel =
+            label(window, unit, QRect(359, y - 2, 36, 20), QStringLiteral("Kbps"), "secondary");
     };
     rateRow(148, "labelUpPic", "up.png", "labelUpSpeed", DlgMain::tr("Send rate"), "labelUpKps",
             labelUpPic, labelUpSpeed, labelUpKps);
@@ -162,10 +162,10 @@ void DlgMainUi::buildHome(QDialog* window)
     btnConnect->setDefault(true);
     btnConnect->setCursor(Qt::PointingHandCursor);
 
-    labelQuantumPic = picture(window, "labelQuantumPic", QRect(246, 312, 20, 20),
-                              QStringLiteral("quantum.png"));
-    labelQuantumText = label(window, "labelQuantumText", QRect(270, 312, 220, 20), QString(),
-                             "secondary");
+    labelQuantumPic =
+        picture(window, "labelQuantumPic", QRect(246, 312, 20, 20), QStringLiteral("quantum.png"));
+    labelQuantumText =
+        label(window, "labelQuantumText", QRect(270, 312, 220, 20), QString(), "secondary");
     m_mobileDetectLabel = named(new QLabel(window), "m_mobileDetectLabel");
     m_mobileDetectLabel->setAlignment(Qt::AlignCenter);
     placeChronometer(false);
@@ -183,8 +183,8 @@ void DlgMainUi::buildPages(QDialog* window)
     m_ScrollArea->setWidget(m_SettingWidge);
 
     labelLogTitle = pageTitle(window, "labelLogTitle", DlgMain::tr("Log"));
-    btnViewAll = button(window, "btnViewAll", QRect(476, 56, 100, 24), DlgMain::tr("View All"),
-                        "link");
+    btnViewAll =
+        button(window, "btnViewAll", QRect(476, 56, 100, 24), DlgMain::tr("View All"), "link");
     logView = named(new QListView(window), "logView");
     logView->setGeometry(kPage);
     logView->setAccessibleName(DlgMain::tr("Log"));
@@ -211,18 +211,18 @@ void DlgMainUi::buildPages(QDialog* window)
 
 void DlgMainUi::setTabOrder()
 {
-    QWidget* const order[] = {toolBtnHome, toolBtnSetting, toolBtnLog,       toolBtnQuit,
-                                    btnConnect,  btnViewAll,     logView,          btnSwitchAccount,
-                                    btnQuitApp,  btnAbout,       btnMin,           btnClose};
+    QWidget* const order[] = {toolBtnHome, toolBtnSetting, toolBtnLog, toolBtnQuit,
+                              btnConnect,  btnViewAll,     logView,    btnSwitchAccount,
+                              btnQuitApp,  btnAbout,       btnMin,     btnClose};
     for (size_t i = 1; i < sizeof order / sizeof *order; ++i)
         QWidget::setTabOrder(order[i - 1], order[i]);
 }
 
 void DlgMainUi::placeChronometer(bool intranet)
 {
-    const QPoint place =
-        intranet ? QPoint(m_mobileDetectLabel->x(), m_mobileDetectLabel->geometry().bottom() + 1 + 5)
-                 : QPoint(labelDownPic->x(), labelDownPic->y() + 20);
+    const QPoint place = intranet ? QPoint(m_mobileDetectLabel->x(),
+                                           m_mobileDetectLabel->geometry().bottom() + 1 + 5)
+                                  : QPoint(labelDownPic->x(), labelDownPic->y() + 20);
     m_Chronometer->setGeometry(QRect(place, kChronometer));
 }
 

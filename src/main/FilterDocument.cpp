@@ -92,9 +92,7 @@ FilterDocument FilterDocument::clean(const QByteArray& received, const QStringLi
 
 QStringList FilterDocument::logLines() const
 {
-    const auto tr = [](const char* text) {
-        return QCoreApplication::translate("DlgMain", text);
-    };
+    const auto tr = [](const char* text) { return QCoreApplication::translate("DlgMain", text); };
     QStringList lines;
     if (ipSetMode == 1)
         lines << tr(QT_TRANSLATE_NOOP("DlgMain", "Mode: inclusive filtering"));

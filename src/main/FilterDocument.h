@@ -7,11 +7,11 @@
 /// An IP filter document as it goes to the datapath, with what the client reads from it.
 struct FilterDocument
 {
-    QByteArray bytes;    ///< cleaned when it is a JSON object with a list, else as received
-    int code = 0;        ///< 401: the session is no longer valid
-    int ipSetMode = 99;  ///< 1 inclusive, -1 exclusive, 0 both; anything else counts as both
-    QString whiteIpSet;  ///< the inclusive list joined with ",", as far as the log shows it
-    QString blackIpSet;  ///< the exclusive list likewise
+    QByteArray bytes;   ///< cleaned when it is a JSON object with a list, else as received
+    int code = 0;       ///< 401: the session is no longer valid
+    int ipSetMode = 99; ///< 1 inclusive, -1 exclusive, 0 both; anything else counts as both
+    QString whiteIpSet; ///< the inclusive list joined with ",", as far as the log shows it
+    QString blackIpSet; ///< the exclusive list likewise
 
     /// Cleans a received document in one pass: of the two lists only texts stay, each once, in
     /// the order of their first appearance, and `servers` are added to an exclusive list that is

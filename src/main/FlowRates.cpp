@@ -3,7 +3,7 @@
 namespace {
 
 // Far beyond any link, far below the range: a broken counter cannot overflow the arithmetic.
-constexpr long long kHighestRate = 1'000'000'000'000'000;
+constexpr long long kHighestRate = 1000000000000000LL; // 1 Pbit/s
 
 long long rawRate(long long size, long long lastSize, long long seconds)
 {

@@ -11,8 +11,7 @@ QString headerName(const QString& userName)
 
 QString customerText(const QString& typed, const QString& customerId)
 {
-    return typed == customerId ? typed
-                               : typed + QLatin1Char('(') + customerId + QLatin1Char(')');
+    return typed == customerId ? typed : typed + QLatin1Char('(') + customerId + QLatin1Char(')');
 }
 
 bool mayRestartDatapath(int& restarts)

@@ -2,7 +2,6 @@
 
 #include "app/Platform.h"
 #include "widgets/Style.h"
-#include "widgets/Style.h"
 
 #include <QHBoxLayout>
 #include <QLabel>

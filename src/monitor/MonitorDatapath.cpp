@@ -11,8 +11,8 @@ namespace monitor {
 bool datapathAlive(const QStringList& processNames)
 {
     return std::any_of(processNames.cbegin(), processNames.cend(), [](const QString& name) {
-        return name.contains(QLatin1String("tarvelin_d"))
-               || name.contains(QLatin1String("tarvelin_a"));
+        return name.contains(QLatin1String("tarvelin_d")) ||
+               name.contains(QLatin1String("tarvelin_a"));
     });
 }
 

@@ -22,10 +22,9 @@ void WidgetSetting::initUI()
     };
     const QString typed = saved(ConfigUtil::CUSTOMERIDSTR);
     const QString number = saved(ConfigUtil::CUSTOMERID);
-    const QString customer =
-        typed == number ? typed
-                        : Util::GetStringWithLength(typed, 20) + QLatin1Char('(') + number
-                              + QLatin1Char(')');
+    const QString customer = typed == number ? typed
+                                             : Util::GetStringWithLength(typed, 20) +
+                                                   QLatin1Char('(') + number + QLatin1Char(')');
 
     auto* card = new QFrame(this);
     setRole(card, "card");

@@ -17,7 +17,8 @@ SimProcess::~SimProcess()
 
 bool SimProcess::start(const QString& programFolder)
 {
-    QFile ready(m_folder.filePath(QStringLiteral("addresses.json")));
+    QFile ready(programFolder + QStringLiteral("/simulator.json"));
+    ready.remove();
     m_process = std::make_unique<ChildProcess>();
     m_process->setStandardOutputFile(QProcess::nullDevice());
     m_process->setProcessChannelMode(QProcess::ForwardedErrorChannel);

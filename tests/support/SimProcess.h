@@ -6,7 +6,6 @@
 #include <QJsonObject>
 #include <QNetworkAccessManager>
 #include <QProcessEnvironment>
-#include <QTemporaryDir>
 
 namespace support {
 
@@ -59,7 +58,6 @@ public:
 private:
     QByteArray exchange(const QByteArray& verb, const QString& path, const QByteArray& body);
 
-    QTemporaryDir m_folder;
     QJsonObject m_addresses;
     QNetworkAccessManager m_network;
     std::unique_ptr<ChildProcess> m_process;

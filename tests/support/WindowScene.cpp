@@ -39,7 +39,8 @@ WindowScene::WindowScene()
 WindowScene::~WindowScene()
 {
     if (QFile::exists(file(QStringLiteral("tarvelin"))))
-        QProcess::execute(file(QStringLiteral("tarvelin")), {QStringLiteral("-D"), QStringLiteral("stop")});
+        QProcess::execute(file(QStringLiteral("tarvelin")),
+                          {QStringLiteral("-D"), QStringLiteral("stop")});
     qInstallMessageHandler(m_previous);
     platform() = Platform();
 }
@@ -52,8 +53,7 @@ QByteArray WindowScene::read(const QString& name) const
 
 void WindowScene::stageDatapath()
 {
-    const QStringList programs =
-        QStringLiteral(VELTARO_DATAPATH_PROGRAMS).split(QLatin1Char('|'));
+    const QStringList programs = QStringLiteral(VELTARO_DATAPATH_PROGRAMS).split(QLatin1Char('|'));
     for (const QString& program : programs)
         QFile::copy(program, file(QFileInfo(program).fileName()));
 }

@@ -72,21 +72,22 @@ private slots:
         QTest::addColumn<int>("entry");
         QTest::addColumn<QString>("entryText");
         const int none = -1;
-        QTest::newRow("unmarked info") << int(QtInfoMsg) << "hello" << "[INFO] hello" << none << "";
-        QTest::newRow("warning") << int(QtWarningMsg) << "<DISPLAY> careful" << "[WARN] careful"
-                                 << int(ITEM_WARN_WITH_DOT) << "careful";
-        QTest::newRow("error") << int(QtCriticalMsg) << "<DISPLAY> bad" << "[ERROR] bad"
-                               << int(ITEM_ERROR_WITH_DOT) << "bad";
+        QTest::newRow("unmarked info") << int(QtInfoMsg) << "hello"
+                                       << "[INFO] hello" << none << "";
+        QTest::newRow("warning") << int(QtWarningMsg) << "<DISPLAY> careful"
+                                 << "[WARN] careful" << int(ITEM_WARN_WITH_DOT) << "careful";
+        QTest::newRow("error") << int(QtCriticalMsg) << "<DISPLAY> bad"
+                               << "[ERROR] bad" << int(ITEM_ERROR_WITH_DOT) << "bad";
         QTest::newRow("notice") << int(QtInfoMsg) << "<DISPLAY> NOTICE Connected"
                                 << "[NOTICE]  Connected" << int(ITEM_NOTICE_WITH_DOT)
                                 << " Connected";
-        QTest::newRow("notice inside") << int(QtInfoMsg) << "<DISPLAY> a NOTICE"
-                                       << "[INFO] a NOTICE" << int(ITEM_NOTICE_WITH_DOT)
-                                       << "a NOTICE";
-        QTest::newRow("lower case is no notice") << int(QtInfoMsg) << "notice x" << "[INFO] notice x"
-                                                 << none << "";
-        QTest::newRow("debug loses the marker") << int(QtDebugMsg) << "<DISPLAY> d" << "[DEBUG] d"
-                                                << none << "";
+        QTest::newRow("notice inside")
+            << int(QtInfoMsg) << "<DISPLAY> a NOTICE"
+            << "[INFO] a NOTICE" << int(ITEM_NOTICE_WITH_DOT) << "a NOTICE";
+        QTest::newRow("lower case is no notice") << int(QtInfoMsg) << "notice x"
+                                                 << "[INFO] notice x" << none << "";
+        QTest::newRow("debug loses the marker") << int(QtDebugMsg) << "<DISPLAY> d"
+                                                << "[DEBUG] d" << none << "";
     }
 
     void record()
@@ -136,9 +137,8 @@ private slots:
         m_now = m_now.addDays(1);
         logDisplayCritical(QStringLiteral("three"));
         QCoreApplication::processEvents();
-        QCOMPARE(shown(model),
-                 (QStringList{"5:2026-06-14", "2:three", "4:07:08:09", "5:2026-06-13", "3:two",
-                              "4:07:08:09", "0:one", "4:07:08:09"}));
+        QCOMPARE(shown(model), (QStringList{"5:2026-06-14", "2:three", "4:07:08:09", "5:2026-06-13",
+                                            "3:two", "4:07:08:09", "0:one", "4:07:08:09"}));
         const QStringList before = shown(model);
         Log::getLogContent();
         QCOMPARE(shown(model).mid(0, before.size()), before);
@@ -151,8 +151,9 @@ private slots:
         m_now = kNow.addDays(200);
         QThread* const gui = QThread::currentThread();
         QVector<QThread*> changedOn;
-        connect(&model, &QAbstractItemModel::rowsInserted, &model,
-                [&changedOn] { changedOn << QThread::currentThread(); }, Qt::DirectConnection);
+        connect(
+            &model, &QAbstractItemModel::rowsInserted, &model,
+            [&changedOn] { changedOn << QThread::currentThread(); }, Qt::DirectConnection);
         constexpr int kEach = 200;
         std::thread workers[4];
         for (std::thread& worker : workers) {
@@ -185,12 +186,15 @@ private slots:
     {
         QTest::addColumn<QByteArray>("before");
         QTest::addColumn<QByteArray>("after");
-        QTest::newRow("leading") << QByteArray("2025-01-01 a\nnonsense\n2026-03-01 b\n2025-01-01 c\n"
-                                               "no date\n")
+        QTest::newRow("leading") << QByteArray(
+                                        "2025-01-01 a\nnonsense\n2026-03-01 b\n2025-01-01 c\n"
+                                        "no date\n")
                                  << QByteArray("2026-03-01 b\n2025-01-01 c\nno date\n");
         QTest::newRow("all old") << QByteArray("2025-01-01 a\n") << QByteArray();
-        QTest::newRow("untouched") << QByteArray("2026-03-01 b  \nlast") << QByteArray("2026-03-01 b  \nlast");
-        QTest::newRow("no line end") << QByteArray("old\n2026-03-01 b") << QByteArray("2026-03-01 b\n");
+        QTest::newRow("untouched")
+            << QByteArray("2026-03-01 b  \nlast") << QByteArray("2026-03-01 b  \nlast");
+        QTest::newRow("no line end")
+            << QByteArray("old\n2026-03-01 b") << QByteArray("2026-03-01 b\n");
     }
 
     void trimmingDropsLeadingOldLinesOnly()
@@ -218,8 +222,8 @@ private slots:
         Log::getHisLog();
         QCOMPARE(shown(model),
                  (QStringList{"5:2026-01-01", "3:clock was set back", "4:04:00:00", "5:2026-03-05",
-                              "2:broken", "4:03:00:00", "5:2026-03-04", "1:Connected",
-                              "4:02:00:00", "0:first", "4:01:00:00"}));
+                              "2:broken", "4:03:00:00", "5:2026-03-04", "1:Connected", "4:02:00:00",
+                              "0:first", "4:01:00:00"}));
     }
 
     void aFileThatCannotBeWrittenLosesTheLineOnly()

@@ -18,8 +18,8 @@ class SettingsTest : public QObject
 private slots:
     void init()
     {
-        m_folder = QStandardPaths::writableLocation(QStandardPaths::ConfigLocation)
-                   + QStringLiteral("/Veltaro");
+        m_folder = QStandardPaths::writableLocation(QStandardPaths::ConfigLocation) +
+                   QStringLiteral("/Veltaro");
         QDir(m_folder).removeRecursively();
     }
 
@@ -67,7 +67,8 @@ private slots:
         damaged.write("[General]\nUSERNAME=alice\n\xff\xfe garbage without sign\nAUTO_LOGIN=many\n"
                       "FUTURE_KEY=kept\nAUTHURL=https://o.example/api/mobile/v2/auth\n");
         damaged.close();
-        QCOMPARE(ConfigUtil::getvalue(ConfigUtil::USERNAME, {}).toString(), QStringLiteral("alice"));
+        QCOMPARE(ConfigUtil::getvalue(ConfigUtil::USERNAME, {}).toString(),
+                 QStringLiteral("alice"));
         QCOMPARE(ConfigUtil::getvalue(ConfigUtil::AUTO_LOGIN, -1).toInt(), 0);
         ConfigUtil::writeValue(ConfigUtil::SERIAL, QStringLiteral("s"));
         QVERIFY(content().contains("FUTURE_KEY=kept"));

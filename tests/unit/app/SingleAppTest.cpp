@@ -1,5 +1,5 @@
-#include "app/Platform.h"
 #include "app/SingleApp.h"
+#include "app/Platform.h"
 
 #include <QFile>
 #include <QLocalServer>

@@ -112,10 +112,11 @@ private slots:
         QTest::newRow("second tunnel up")
             << "State: INIT\n" + counters + " 100,200,1,2\nState: UP\n" + counters + " 1000,2000"
             << 1100LL << 2200LL << false << true;
-        QTest::newRow("none up") << "State: DOWN " + counters + " 7,8" << 7LL << 8LL << true << true;
+        QTest::newRow("none up") << "State: DOWN " + counters + " 7,8" << 7LL << 8LL << true
+                                 << true;
         QTest::newRow("no state") << counters + " 7,8" << 0LL << 0LL << true << false;
-        QTest::newRow("state without counters") << QByteArray("State: UP") << 0LL << 0LL << false
-                                                << false;
+        QTest::newRow("state without counters")
+            << QByteArray("State: UP") << 0LL << 0LL << false << false;
         QTest::newRow("states after UP are not looked at")
             << "State: UP " + counters + "1,1 State: DOWN " + counters + "2,2" << 3LL << 3LL
             << false << true;
@@ -145,11 +146,12 @@ private slots:
         QTest::addColumn<int>("result");
         QTest::newRow("well formed") << reply(kUp) << false << 0;
         QTest::newRow("larger than the buffer") << reply(QByteArray(9992, ' ') + kUp) << false << 0;
-        QTest::newRow("exactly the buffer") << reply(QByteArray(4088 - kUp.size(), ' ') + kUp)
-                                            << false << 0;
+        QTest::newRow("exactly the buffer")
+            << reply(QByteArray(4088 - kUp.size(), ' ') + kUp) << false << 0;
         QTest::newRow("other version") << message(1, 2, 16, 8, {}) << false << -EBADR;
         QTest::newRow("closed in the header") << QByteArray("\0\2\20", 3) << false << -EIO;
-        QTest::newRow("closed in the payload") << message(0, 2, 16, 100, "State: ") << false << -EIO;
+        QTest::newRow("closed in the payload")
+            << message(0, 2, 16, 100, "State: ") << false << -EIO;
         QTest::newRow("silent") << message(0, 2, 16, 100, "State: ") << true << -EIO;
         QTest::newRow("absurd length") << message(0, 2, 16, 0xffffffffu, "x") << false << -ENOMEM;
         QTest::newRow("length below the header") << message(0, 2, 16, 3, {}) << false << 0;

@@ -20,12 +20,18 @@ private slots:
         QTest::addColumn<QString>("domain");
         QTest::addColumn<QString>("url");
         const QString path = QStringLiteral("/api/mobile/v2/auth");
-        QTest::newRow("name") << "Example.COM/" << "https://example.com" + path;
-        QTest::newRow("address") << "10.0.0.1" << "http://10.0.0.1" + path;
-        QTest::newRow("address with port") << "10.0.0.1:80" << "https://10.0.0.1:80" + path;
-        QTest::newRow("scheme kept") << "HTTP://a.b" << "http://a.b" + path;
-        QTest::newRow("one slash only") << "a.b//" << "https://a.b/" + path;
-        QTest::newRow("empty") << "" << "";
+        QTest::newRow("name") << "Example.COM/"
+                              << "https://example.com" + path;
+        QTest::newRow("address") << "10.0.0.1"
+                                 << "http://10.0.0.1" + path;
+        QTest::newRow("address with port") << "10.0.0.1:80"
+                                           << "https://10.0.0.1:80" + path;
+        QTest::newRow("scheme kept") << "HTTP://a.b"
+                                     << "http://a.b" + path;
+        QTest::newRow("one slash only") << "a.b//"
+                                        << "https://a.b/" + path;
+        QTest::newRow("empty") << ""
+                               << "";
     }
 
     void authUrl()
@@ -39,12 +45,16 @@ private slots:
         QTest::addColumn<QByteArray>("body");
         QTest::addColumn<QString>("typed");
         QTest::addColumn<QString>("id");
-        QTest::newRow("number wins") << QByteArray(R"({"customerId":10086})") << "acme" << "10086";
-        QTest::newRow("name without number") << QByteArray("{}") << "acme" << "77";
-        QTest::newRow("digits typed") << QByteArray("{}") << " 123 " << "123";
+        QTest::newRow("number wins") << QByteArray(R"({"customerId":10086})") << "acme"
+                                     << "10086";
+        QTest::newRow("name without number") << QByteArray("{}") << "acme"
+                                             << "77";
+        QTest::newRow("digits typed") << QByteArray("{}") << " 123 "
+                                      << "123";
         QTest::newRow("number as text is none") << QByteArray(R"({"customerId":"10086"})") << "acme"
                                                 << "77";
-        QTest::newRow("no JSON") << QByteArray("<html>") << "5" << "5";
+        QTest::newRow("no JSON") << QByteArray("<html>") << "5"
+                                 << "5";
     }
 
     void customerId()
@@ -62,14 +72,18 @@ private slots:
         QTest::addColumn<Next>("afterPrimary");
         QTest::addColumn<Next>("afterBackup");
         QTest::addColumn<QString>("kept");
-        QTest::newRow("none") << "" << "20240101" << Next::AskBackup << Next::GoOn << "20240101";
-        QTest::newRow("same") << "20240101" << "20240101" << Next::GoOn << Next::GoOn << "20240101";
-        QTest::newRow("newer") << "20240201" << "20240101" << Next::Prompt << Next::Prompt
-                               << "20240101";
-        QTest::newRow("older") << "20230101" << "20240101" << Next::GoOn << Next::Prompt
-                               << "20240101";
-        QTest::newRow("newest") << "20240101" << "newest" << Next::GoOn << Next::GoOn << "20240101";
-        QTest::newRow("never agreed") << "20240101" << "" << Next::Prompt << Next::Prompt << "";
+        QTest::newRow("none") << ""
+                              << "20240101" << Next::AskBackup << Next::GoOn << "20240101";
+        QTest::newRow("same") << "20240101"
+                              << "20240101" << Next::GoOn << Next::GoOn << "20240101";
+        QTest::newRow("newer") << "20240201"
+                               << "20240101" << Next::Prompt << Next::Prompt << "20240101";
+        QTest::newRow("older") << "20230101"
+                               << "20240101" << Next::GoOn << Next::Prompt << "20240101";
+        QTest::newRow("newest") << "20240101"
+                                << "newest" << Next::GoOn << Next::GoOn << "20240101";
+        QTest::newRow("never agreed") << "20240101"
+                                      << "" << Next::Prompt << Next::Prompt << "";
     }
 
     void privacy()
@@ -95,7 +109,8 @@ private slots:
         QTest::newRow("username") << tooLong << tooLong << LoginInputFault::UsernameTooLong;
         QTest::newRow("password") << longest << tooLong << LoginInputFault::PasswordTooLong;
         QTest::newRow("empty first") << tooLong << "" << LoginInputFault::Incomplete;
-        QTest::newRow("no username") << "" << "p" << LoginInputFault::Incomplete;
+        QTest::newRow("no username") << ""
+                                     << "p" << LoginInputFault::Incomplete;
     }
 
     void input()
@@ -110,8 +125,8 @@ private slots:
         QTest::addColumn<QStringList>("given");
         QTest::addColumn<QString>("flags");
         QTest::newRow("none") << QStringList{"veltaro"} << "";
-        QTest::newRow("others without logout") << QStringList{"veltaro", "-byuser", "-invalidToken"}
-                                               << "";
+        QTest::newRow("others without logout")
+            << QStringList{"veltaro", "-byuser", "-invalidToken"} << "";
         QTest::newRow("all") << QStringList{"veltaro", "-byuser", "-invalidToken", "-logout"}
                              << "lib";
         QTest::newRow("spelling") << QStringList{"veltaro", "-Logout"} << "";
@@ -138,23 +153,24 @@ private slots:
         QTest::addColumn<LoginFollowUp>("followUp");
         const QByteArray approval =
             R"("requestIdForPoll":"r","authResultCheckUrl":"u","authResultCheckTimes":)";
-        QTest::newRow("token") << QByteArray(R"({"X-TQ-AUTH-HEADER":"t","middleToken":"m","phoneNumber":"1"})")
-                               << LoginFollowUp::Accept;
+        QTest::newRow("token")
+            << QByteArray(R"({"X-TQ-AUTH-HEADER":"t","middleToken":"m","phoneNumber":"1"})")
+            << LoginFollowUp::Accept;
         QTest::newRow("token, change password")
             << QByteArray(R"({"X-TQ-AUTH-HEADER":"t","needResetPassword":true})")
             << LoginFollowUp::ForcedPassword;
         QTest::newRow("sms before approval")
             << "{" + approval + R"(3,"middleToken":"m","phoneNumber":"1"})" << LoginFollowUp::Sms;
-        QTest::newRow("phone without token") << QByteArray(R"({"phoneNumber":"1"})")
-                                             << LoginFollowUp::Unusable;
+        QTest::newRow("phone without token")
+            << QByteArray(R"({"phoneNumber":"1"})") << LoginFollowUp::Unusable;
         QTest::newRow("approval before authenticator")
             << "{" + approval + R"(3,"otpMiddleToken":"o"})" << LoginFollowUp::Approval;
         QTest::newRow("no polls allowed") << "{" + approval + "0}" << LoginFollowUp::ApprovalOver;
         QTest::newRow("polls as text") << "{" + approval + R"("3"})" << LoginFollowUp::ApprovalOver;
-        QTest::newRow("authenticator") << QByteArray(R"({"otpMiddleToken":"o"})")
-                                       << LoginFollowUp::Authenticator;
-        QTest::newRow("mistyped token") << QByteArray(R"({"X-TQ-AUTH-HEADER":5})")
-                                        << LoginFollowUp::Unusable;
+        QTest::newRow("authenticator")
+            << QByteArray(R"({"otpMiddleToken":"o"})") << LoginFollowUp::Authenticator;
+        QTest::newRow("mistyped token")
+            << QByteArray(R"({"X-TQ-AUTH-HEADER":5})") << LoginFollowUp::Unusable;
         QTest::newRow("empty") << QByteArray("{}") << LoginFollowUp::Unusable;
         QTest::newRow("no JSON") << QByteArray("\xff\0<html>", 8) << LoginFollowUp::Unusable;
         QTest::newRow("array") << QByteArray("[1]") << LoginFollowUp::Unusable;
@@ -182,8 +198,8 @@ private slots:
             --left;
             answers << decidePoll(-1, left);
         }
-        QCOMPARE(answers, (QVector<PollNext>{PollNext::PollAgain, PollNext::PollAgain,
-                                             PollNext::TimedOut}));
+        QCOMPARE(answers,
+                 (QVector<PollNext>{PollNext::PollAgain, PollNext::PollAgain, PollNext::TimedOut}));
         QCOMPARE(decidePoll(0, 0), PollNext::Approved);
     }
 };

@@ -1,6 +1,6 @@
+#include "main/FilterDocument.h"
 #include "main/ConnectReply.h"
 #include "main/DatapathFile.h"
-#include "main/FilterDocument.h"
 
 #include <QDir>
 #include <QFile>
@@ -21,12 +21,12 @@ private slots:
         QTest::newRow("duplicates, other types, servers added")
             << QByteArray(R"({"whiteIpSet":["w","w"],"blackIpSet":["a",5,"a",null,"s1"],"x":1.5})")
             << QByteArray(R"({"blackIpSet":["a","s1","s2"],"whiteIpSet":["w"],"x":1.5})");
-        QTest::newRow("no exclusive list, no servers") << QByteArray(R"({ "whiteIpSet" : ["w"] })")
-                                                       << QByteArray(R"({"whiteIpSet":["w"]})");
-        QTest::newRow("no list: bytes unchanged") << QByteArray("{ \"code\" : 0 }\n")
-                                                  << QByteArray("{ \"code\" : 0 }\n");
-        QTest::newRow("list of another type") << QByteArray(R"({"blackIpSet":"a"})")
-                                              << QByteArray(R"({"blackIpSet":["s1","s2"]})");
+        QTest::newRow("no exclusive list, no servers")
+            << QByteArray(R"({ "whiteIpSet" : ["w"] })") << QByteArray(R"({"whiteIpSet":["w"]})");
+        QTest::newRow("no list: bytes unchanged")
+            << QByteArray("{ \"code\" : 0 }\n") << QByteArray("{ \"code\" : 0 }\n");
+        QTest::newRow("list of another type")
+            << QByteArray(R"({"blackIpSet":"a"})") << QByteArray(R"({"blackIpSet":["s1","s2"]})");
         QTest::newRow("binary") << QByteArray("\0\xff{\"", 4) << QByteArray("\0\xff{\"", 4);
         QTest::newRow("array") << QByteArray("[\"a\"]") << QByteArray("[\"a\"]");
         QTest::newRow("cut off") << QByteArray(R"({"blackIpSet":["a")")
@@ -53,9 +53,9 @@ private slots:
             << QByteArray(R"({"ipSetMode":-1,"blackIpSet":["123456789","12345678901","z"]})")
             << QStringList{"Mode: exclusive filtering",
                            "Exclusive filtering 123456789,1234567890..."};
-        QTest::newRow("both, empty") << QByteArray(R"({"ipSetMode":0,"blackIpSet":[]})")
-                                     << QStringList{both, "Inclusive filtering []",
-                                                    "Exclusive filtering []"};
+        QTest::newRow("both, empty")
+            << QByteArray(R"({"ipSetMode":0,"blackIpSet":[]})")
+            << QStringList{both, "Inclusive filtering []", "Exclusive filtering []"};
     }
 
     void logLines()

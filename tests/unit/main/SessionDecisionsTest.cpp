@@ -1,6 +1,6 @@
 #include "main/AgentText.h"
-#include "main/ConnState.h"
 #include "main/ConnectButton.h"
+#include "main/ConnState.h"
 #include "main/FlowRates.h"
 #include "main/SessionRules.h"
 #include "main/widgeChronometer.h"
@@ -57,18 +57,18 @@ private slots:
         QTest::addColumn<bool>("over");
         QTest::addColumn<QStringList>("texts");
         QTest::newRow("connecting") << int(ConnState::CONNECTING) << false
-                                    << QStringList{"Connecting", "Connecting.", "Connecting..",
-                                                   "Connecting...", "Connecting", "Connecting."};
+                                    << QStringList{"Connecting",    "Connecting.", "Connecting..",
+                                                   "Connecting...", "Connecting",  "Connecting."};
         QTest::newRow("pointer over") << int(ConnState::CONNECTING) << true
                                       << QStringList{"Connecting..", "Cancel", "Cancel"};
         QTest::newRow("pointer left") << int(ConnState::CONNECTING) << false
                                       << QStringList{"Cancel", "Connecting.", "Connecting.."};
         QTest::newRow("disconnecting")
             << int(ConnState::DISCONNECTING) << true
-            << QStringList{"Disconnecting", "Disconnecting.", "Disconnecting..",
-                           "Disconnecting...", "Disconnecting"};
-        QTest::newRow("connected") << int(ConnState::CONNECTION) << true
-                                   << QStringList{"Stop", "Stop"};
+            << QStringList{"Disconnecting", "Disconnecting.", "Disconnecting..", "Disconnecting...",
+                           "Disconnecting"};
+        QTest::newRow("connected")
+            << int(ConnState::CONNECTION) << true << QStringList{"Stop", "Stop"};
     }
 
     void buttonAnimation()
@@ -78,8 +78,9 @@ private slots:
         QFETCH(QStringList, texts);
         const ConnectButtonTexts words{"Connecting", "Cancel", "Disconnecting"};
         for (int step = 1; step < texts.size(); ++step) {
-            QCOMPARE(nextButtonText(ConnState::CONN_STATUS(status), over, texts.at(step - 1), words),
-                     texts.at(step));
+            QCOMPARE(
+                nextButtonText(ConnState::CONN_STATUS(status), over, texts.at(step - 1), words),
+                texts.at(step));
         }
     }
 
@@ -92,14 +93,15 @@ private slots:
         QTest::newRow("no space") << R"({"type":0})" << AgentText::Nothing << 0;
         QTest::newRow("refused") << R"({"type": 1, "code": 7})" << AgentText::Disconnect << 0;
         QTest::newRow("port") << R"({"dispatchConfPort" :  54399})" << AgentText::Port << 54399;
-        QTest::newRow("port wins over ready") << R"({"type": 0, "dispatchConfPort":1})"
-                                              << AgentText::Port << 1;
-        QTest::newRow("port without digits") << R"({"dispatchConfPort":"x"})"
-                                             << AgentText::PortUnusable << 0;
-        QTest::newRow("port too large") << R"({"dispatchConfPort":99999999999})"
-                                        << AgentText::PortUnusable << 0;
+        QTest::newRow("port wins over ready")
+            << R"({"type": 0, "dispatchConfPort":1})" << AgentText::Port << 1;
+        QTest::newRow("port without digits")
+            << R"({"dispatchConfPort":"x"})" << AgentText::PortUnusable << 0;
+        QTest::newRow("port too large")
+            << R"({"dispatchConfPort":99999999999})" << AgentText::PortUnusable << 0;
         QTest::newRow("firewall wins over all")
-            << R"({"type": 6, "dispatchConfPort": 5, "x": {"type": 0}})" << AgentText::Firewall << 0;
+            << R"({"type": 6, "dispatchConfPort": 5, "x": {"type": 0}})" << AgentText::Firewall
+            << 0;
         QTest::newRow("type ten") << R"({"type": 10})" << AgentText::Disconnect << 0;
         QTest::newRow("garbage") << QString(100000, QLatin1Char('{')) << AgentText::Nothing << 0;
     }
@@ -198,10 +200,14 @@ private slots:
     {
         QTest::addColumn<QString>("user");
         QTest::addColumn<QString>("shown");
-        QTest::newRow("mail") << "alice@corp.example" << "alice";
-        QTest::newRow("11") << "abcdefghijk@x" << "abcdefghijk";
-        QTest::newRow("16") << "abcdefghijklmnop@x" << "abcdefghijk...";
-        QTest::newRow("empty") << "" << "";
+        QTest::newRow("mail") << "alice@corp.example"
+                              << "alice";
+        QTest::newRow("11") << "abcdefghijk@x"
+                            << "abcdefghijk";
+        QTest::newRow("16") << "abcdefghijklmnop@x"
+                            << "abcdefghijk...";
+        QTest::newRow("empty") << ""
+                               << "";
     }
 
     void headerName()

@@ -196,10 +196,11 @@ private slots:
         QTest::addColumn<int>("page");
         QTest::addColumn<int>("signoutReason");
         QTest::addColumn<QString>("message");
-        QTest::newRow("by the user") << "-logout -byuser" << int(DlgLogin::DLG_LOGIN_PAGE) << 1 << "";
+        QTest::newRow("by the user")
+            << "-logout -byuser" << int(DlgLogin::DLG_LOGIN_PAGE) << 1 << "";
         QTest::newRow("by the service") << "-logout" << int(DlgLogin::DLG_LOGIN_PAGE) << 2 << "";
-        QTest::newRow("invalid session") << "-logout -invalidToken"
-                                         << int(DlgLogin::DLG_CUSTOMER_PAGE) << 0 << "6027 ";
+        QTest::newRow("invalid session")
+            << "-logout -invalidToken" << int(DlgLogin::DLG_CUSTOMER_PAGE) << 0 << "6027 ";
     }
 
     void restarts()
@@ -217,7 +218,9 @@ private slots:
             return;
         QTRY_COMPARE(m_scene->service.count("/api/mobile/v2/signout"), 1);
         QCOMPARE(m_scene->service.lastRequest("/api/mobile/v2/signout")
-                     .json().value("mobileActionLogType").toInt(),
+                     .json()
+                     .value("mobileActionLogType")
+                     .toInt(),
                  signoutReason);
         QCOMPARE(setting(ConfigUtil::TOKEN).toString(), QString());
     }
@@ -234,10 +237,11 @@ private slots:
         QTest::newRow("login is empty") << auth << 200 << QByteArray("{}") << "6014 ";
         QTest::newRow("key 404") << "/s/mobile/pubkey/obtain" << 404 << QByteArray() << "";
         QTest::newRow("own words of the service")
-            << auth << 200 << QByteArray(R"({"code":77,"message":"Nope","parameters":{"message_cn":"x"}})")
+            << auth << 200
+            << QByteArray(R"({"code":77,"message":"Nope","parameters":{"message_cn":"x"}})")
             << "77 Nope";
-        QTest::newRow("notice query 500") << "/api/mobile/v2/upgradeNotice" << 500 << QByteArray()
-                                          << "Error transferring ";
+        QTest::newRow("notice query 500")
+            << "/api/mobile/v2/upgradeNotice" << 500 << QByteArray() << "Error transferring ";
     }
 
     void failures()
@@ -339,7 +343,8 @@ private slots:
         open();
         continueWith(m_scene->customer);
         timer("m_ConnectSlowWarningTimer")->start(0);
-        QTRY_COMPARE(prompt(), QStringLiteral("Your network may be slow. Still connecting, please wait"));
+        QTRY_COMPARE(prompt(),
+                     QStringLiteral("Your network may be slow. Still connecting, please wait"));
         QTRY_COMPARE(page(), int(DlgLogin::DLG_LOGIN_PAGE));
     }
 

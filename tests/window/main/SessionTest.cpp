@@ -54,7 +54,8 @@ private slots:
         QVERIFY(log.contains(QStringLiteral("Exclusive filtering 1.1.1.1")));
         QVERIFY(!log.contains(WindowScene::setting(ConfigUtil::TOKEN).toString()));
         const QByteArray filter = m_scene->read(QStringLiteral("filterConfig.conf"));
-        QVERIFY2(filter.startsWith(R"({"blackIpSet":["1.1.1.1")") && filter.endsWith("}\n"), filter);
+        QVERIFY2(filter.startsWith(R"({"blackIpSet":["1.1.1.1")") && filter.endsWith("}\n"),
+                 filter);
         QVERIFY(m_scene->read(QStringLiteral("cpeagent.conf")).startsWith("orchid="));
         QVERIFY(child<QWidget>("m_Chronometer")->isVisible());
 
@@ -97,9 +98,9 @@ private slots:
         const QString connect = QStringLiteral("/api/mobile/v2/connect");
         const QString filter = QStringLiteral("/files/ip-filter.json");
         QTest::newRow("connect 500") << connect << 500 << QByteArray() << "";
-        QTest::newRow("connect refused") << connect << 200
-                                         << QByteArray(R"({"code":88,"message":"No licence"})")
-                                         << "88 No licence";
+        QTest::newRow("connect refused")
+            << connect << 200 << QByteArray(R"({"code":88,"message":"No licence"})")
+            << "88 No licence";
         QTest::newRow("connect is empty") << connect << 200 << QByteArray("{}") << "";
         QTest::newRow("connect 502") << connect << 502 << QByteArray() << "6046 ";
         QTest::newRow("filter 404") << filter << 404 << QByteArray() << "";
@@ -166,7 +167,8 @@ private slots:
         QTRY_COMPARE(m_scene->service.count("/files/ip-filter.json"), 1);
         stop();
         QTRY_COMPARE(connectText(), QStringLiteral("Connect"));
-        QVERIFY(m_scene->log().contains(QStringLiteral("Connection canceled during getting filter")));
+        QVERIFY(
+            m_scene->log().contains(QStringLiteral("Connection canceled during getting filter")));
         QVERIFY(sim::scriptCalls(m_scene->folder()).isEmpty());
     }
 
@@ -177,8 +179,8 @@ private slots:
         QTRY_VERIFY(timer("m_WaitAgentTimer")->isActive());
         stop();
         QCOMPARE(connectText(), QStringLiteral("Connect"));
-        QCOMPARE(m_scene->log().count(
-                     QStringLiteral("Connection canceled during waiting agent")), 1);
+        QCOMPARE(m_scene->log().count(QStringLiteral("Connection canceled during waiting agent")),
+                 1);
         QCOMPARE(m_scene->service.count("/api/mobile/v2/disconnect"), 0);
     }
 
@@ -222,7 +224,10 @@ private slots:
         QVERIFY(m_scene->log().contains(
             QStringLiteral("[ERROR] Check the DP status and find an exception(-5)")));
         QCOMPARE(m_scene->service.lastRequest("/api/mobile/v2/disconnect")
-                     .json().value("mobileActionLogType").toInt(), 3);
+                     .json()
+                     .value("mobileActionLogType")
+                     .toInt(),
+                 3);
     }
 
     void lostTunnelsAreShownOnceAndRestored()
@@ -247,12 +252,18 @@ private slots:
     {
         openConnected();
         emit monitor::MonitorDatapath::instance()->datapathVanished();
-        QCOMPARE(m_scene->service.lastRequest("/api/mobile/v2/connect").json()
-                     .value("mobileActionLogType").toInt(), 1);
+        QCOMPARE(m_scene->service.lastRequest("/api/mobile/v2/connect")
+                     .json()
+                     .value("mobileActionLogType")
+                     .toInt(),
+                 1);
         QTRY_COMPARE_WITH_TIMEOUT(m_scene->service.count("/api/mobile/v2/connect"), 2, 10000);
         QTRY_COMPARE_WITH_TIMEOUT(connectText(), QStringLiteral("Stop"), 15000);
         QCOMPARE(m_scene->service.lastRequest("/api/mobile/v2/disconnect")
-                     .json().value("mobileActionLogType").toInt(), 3);
+                     .json()
+                     .value("mobileActionLogType")
+                     .toInt(),
+                 3);
     }
 
     void intranetModeStartsNoDatapath()
@@ -280,7 +291,8 @@ private slots:
     void aSilentProbeOrGarbageOnTheSocketChangesNothing()
     {
         openConnected();
-        for (const QByteArray& sent : {QByteArray(), QByteArray(3 << 20, '{'), QByteArray("\xff\0\xfe", 3)}) {
+        for (const QByteArray& sent :
+             {QByteArray(), QByteArray(3 << 20, '{'), QByteArray("\xff\0\xfe", 3)}) {
             QLocalSocket peer;
             peer.connectToServer(m_scene->file(QStringLiteral("UI_SOCKET")));
             QVERIFY(peer.waitForConnected(1000));
@@ -338,7 +350,8 @@ private slots:
     void aWindowDestroyedDuringAHeartbeat()
     {
         openConnected();
-        m_scene->service.setFault(QStringLiteral("/api/mobile/v2/heartbeat"), Fault::withDelay(5000));
+        m_scene->service.setFault(QStringLiteral("/api/mobile/v2/heartbeat"),
+                                  Fault::withDelay(5000));
         const QDateTime later = QDateTime::currentDateTime().addSecs(60);
         platform().now = [later] { return later; };
         QTimer::singleShot(100, this, [this] { m_window.reset(); });

@@ -219,7 +219,7 @@ void DialogsTest::desktopWithShadowsNeedsNoMask()
     qApp->setProperty("DeepinShadowEnabled", true);
     DlgQuit dialog(m_window.get());
     dialog.open();
-    QVERIFY(!mask()->isVisible());
+    QVERIFY(mask() && !mask()->isVisible());
 }
 
 void DialogsTest::passwordNoticeHasNoOtherWayOut()
