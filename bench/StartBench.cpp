@@ -16,7 +16,7 @@ constexpr int kIdleSeconds = 20;
 static void reportStart(const Report& report, const support::VirtualDesktop& desktop,
                         const support::StagedProgram& program)
 {
-    QProcessEnvironment environment = program.environment();
+    const QProcessEnvironment& environment = program.environment();
     const QString bare = QStringLiteral(VELTARO_BARE_DIALOG);
     QVector<double> times;
     QVector<double> floorTimes;
