@@ -21,12 +21,16 @@ void prepare()
     // first window and the memory.
     if (!qEnvironmentVariableIsSet("QT_XCB_GL_INTEGRATION"))
         qputenv("QT_XCB_GL_INTEGRATION", "none");
+    // Nobody asks which network the machine is on; looking for changes would wake an idle client.
+    qputenv("QT_BEARER_POLL_TIMEOUT", "-1");
     // Qt's own plugin folder alone: the program's folder may be writable for others.
     QCoreApplication::setLibraryPaths({QLibraryInfo::location(QLibraryInfo::PluginsPath)});
 }
 
 void applyPalette(QApplication& app)
 {
+    // A steady text cursor: a blinking one keeps an idle window from letting the processor sleep.
+    QApplication::setCursorFlashTime(0);
     QPalette palette = QApplication::palette();
     const QColor text(QStringLiteral("#354052"));
     for (const QPalette::ColorRole role :

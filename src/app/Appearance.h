@@ -9,7 +9,7 @@ namespace appearance {
 /// Chooses scaling and the platform plugin's options. Call before the application object exists.
 void prepare();
 
-/// The palette's text colours.
+/// The palette's text colours and the steady text cursor.
 void applyPalette(QApplication& app);
 
 /// The rules that hold in every window.

@@ -13,7 +13,7 @@
 
 QMutex Log::mutex;
 LogModel* Log::m_LogModel = nullptr;
-QList<LogContent> Log::m_LogList;
+std::deque<LogContent> Log::m_LogList;
 QSet<QString> Log::m_LogTitleSet;
 QSet<QString> Log::m_HisLogTitleSet;
 QVector<Log::Insertion> Log::m_pending;
@@ -62,10 +62,9 @@ void Log::messageOut(QtMsgType type, const QMessageLogContext&, const QString& m
         const LogContent time{record.time, ITEM_TIME};
         if (newDate) {
             m_LogTitleSet.insert(record.date);
-            m_LogList.insert(0, heading);
+            m_LogList.push_front(heading);
         }
-        m_LogList.insert(1, *record.entry);
-        m_LogList.insert(2, time);
+        m_LogList.insert(m_LogList.begin() + 1, {*record.entry, time});
 
         model = m_LogModel;
         if (model) {
@@ -144,7 +143,7 @@ void Log::getLogContent()
     LogModel* const model = m_LogModel;
     if (!model)
         return;
-    std::deque<LogContent> rows(m_LogList.cbegin(), m_LogList.cend());
+    std::deque<LogContent> rows = m_LogList;
     m_pending.clear();
     lock.unlock();
     model->setRows(std::move(rows));

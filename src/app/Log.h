@@ -2,12 +2,13 @@
 
 #include "app/LogContent.h"
 
-#include <QList>
 #include <QMutex>
 #include <QObject>
 #include <QSet>
 #include <QString>
 #include <QVector>
+
+#include <deque>
 
 class LogModel;
 
@@ -53,7 +54,7 @@ private:
 
     static QMutex mutex; ///< guards everything below
     static LogModel* m_LogModel;
-    static QList<LogContent> m_LogList;    ///< this run's entries, newest first
+    static std::deque<LogContent> m_LogList;    ///< this run's entries, newest first
     static QSet<QString> m_LogTitleSet;    ///< dates with a heading in m_LogList
     static QSet<QString> m_HisLogTitleSet; ///< dates with a heading in a history listing
     static QVector<Insertion> m_pending;   ///< logged, not yet in the model

@@ -2,7 +2,11 @@
 
 #include "app/LogMarker.h"
 
+#include <QStringBuilder>
+
 #include <algorithm>
+#include <initializer_list>
+#include <utility>
 
 namespace logformat {
 
@@ -10,6 +14,23 @@ namespace {
 
 constexpr int kMarkerLength = int(sizeof kDisplay) - 1;
 const QLatin1String kNotice("NOTICE");
+
+// Numbers with leading zeros and a separator between them. Every message is stamped, and a format
+// string would be read anew each time.
+QString digits(std::initializer_list<std::pair<int, int>> numbers, char separator)
+{
+    char text[16];
+    char* end = text;
+    for (const auto& [number, width] : numbers) {
+        if (end != text)
+            *end++ = separator;
+        int rest = number;
+        for (int i = width - 1; i >= 0; --i, rest /= 10)
+            end[i] = char('0' + rest % 10);
+        end += width;
+    }
+    return QString::fromLatin1(text, int(end - text));
+}
 
 LOG_TYPE entryType(QtMsgType type, const QString& message)
 {
@@ -114,10 +135,12 @@ Record makeRecord(QtMsgType type, const QString& message, const QDateTime& now)
     const QLatin1String tag = takeTag(type, text);
     if (record.entry)
         record.entry->text = text;
-    record.date = now.toString(QStringLiteral("yyyy-MM-dd"));
-    record.time = now.toString(QStringLiteral("hh:mm:ss"));
-    record.fileLine = record.date + QLatin1Char(' ') + record.time + QLatin1Char(' ') + tag +
-                      QLatin1Char(' ') + text;
+    const QDate date = now.date();
+    const QTime time = now.time();
+    record.date = digits({{date.year(), 4}, {date.month(), 2}, {date.day(), 2}}, '-');
+    record.time = digits({{time.hour(), 2}, {time.minute(), 2}, {time.second(), 2}}, ':');
+    const QLatin1Char space(' ');
+    record.fileLine = record.date % space % record.time % space % tag % space % text;
     return record;
 }
 

@@ -10,10 +10,12 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <fcntl.h>
 #include <memory>
 #include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
+#include <sys/time.h>
 #include <unistd.h>
 
 namespace dispatch {
@@ -118,6 +120,16 @@ bool connectInTime(int sock, const sockaddr_in& address)
     return ::getsockopt(sock, SOL_SOCKET, SO_ERROR, &error, &size) == 0 && error == 0;
 }
 
+/// Makes a connected socket blocking, with the exchange's time as the longest wait of one call: a
+/// service that answers at once then costs one call for each piece of its reply.
+bool makeBlocking(int sock)
+{
+    const timeval longest{kExchangeMs / 1000, 0};
+    return ::setsockopt(sock, SOL_SOCKET, SO_RCVTIMEO, &longest, sizeof longest) == 0
+           && ::setsockopt(sock, SOL_SOCKET, SO_SNDTIMEO, &longest, sizeof longest) == 0
+           && ::fcntl(sock, F_SETFL, ::fcntl(sock, F_GETFL) & ~O_NONBLOCK) == 0;
+}
+
 int _TQ_WinSocketConnect(const char* ip, unsigned short port)
 {
     const int sock = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
@@ -126,7 +138,8 @@ int _TQ_WinSocketConnect(const char* ip, unsigned short port)
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_port = htons(port);
-    if (::inet_pton(AF_INET, ip, &address.sin_addr) != 1 || !connectInTime(sock, address)) {
+    if (::inet_pton(AF_INET, ip, &address.sin_addr) != 1 || !connectInTime(sock, address)
+        || !makeBlocking(sock)) {
         ::close(sock);
         return -1;
     }
@@ -144,27 +157,29 @@ int _TQ_WinDispatchSend(int sock, const _TQ_DISPATCH_DESC* desc, const QElapsedT
     const uint32_t length = header(desc).Length;
     uint32_t sent = 0;
     while (sent < length) {
-        if (!waitFor(sock, POLLOUT, clock))
+        if (sent > 0 && !waitFor(sock, POLLOUT, clock))
             return -EIO;
         const ssize_t n = ::send(sock, bytes(desc) + sent, length - sent, MSG_NOSIGNAL);
         if (n >= 0)
             sent += uint32_t(n);
-        else if (!tryAgain())
+        else if (!tryAgain() || clock.hasExpired(kExchangeMs))
             return -errno;
     }
     return 0;
 }
 
-/// Reads until `have` has reached `want`; false when the peer closed, failed or fell silent.
+/// Reads until `have` has reached `want`; false when the peer closed, failed or fell silent. Only
+/// the first call may wait by itself; a reply in pieces is waited for with what is left of the
+/// exchange's time.
 bool receiveUpTo(int sock, char* buffer, uint32_t have, uint32_t want, const QElapsedTimer& clock)
 {
-    while (have < want) {
-        if (!waitFor(sock, POLLIN, clock))
+    for (bool first = true; have < want; first = false) {
+        if (!first && !waitFor(sock, POLLIN, clock))
             return false;
         const ssize_t n = ::recv(sock, buffer + have, want - have, 0);
         if (n > 0)
             have += uint32_t(n);
-        else if (n == 0 || !tryAgain())
+        else if (n == 0 || !tryAgain() || clock.hasExpired(kExchangeMs))
             return false;
     }
     return true;

@@ -5,7 +5,6 @@
 
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QPixmap>
 #include <QTimer>
 
 widgeChronometer::widgeChronometer(QWidget* parent)
@@ -18,7 +17,7 @@ widgeChronometer::widgeChronometer(QWidget* parent)
     connect(m_Timer, &QTimer::timeout, this, &widgeChronometer::onChangeTimeTick);
 
     labelClock->setObjectName(QStringLiteral("labelClock"));
-    labelClock->setPixmap(QPixmap(QStringLiteral(":/Ostrana/res/time.png")));
+    labelClock->setPixmap(pictureIcon(QStringLiteral("time.png")).pixmap(16, 16));
     labelTime->setObjectName(QStringLiteral("labelTime"));
     setRole(labelTime, "text");
     labelTime->setAccessibleDescription(tr("Connected time")); // its name is the time

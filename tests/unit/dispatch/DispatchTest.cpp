@@ -29,13 +29,11 @@ QByteArray reply(const QByteArray& payload)
     return message(0, 2, 16, quint32(8 + payload.size()), payload);
 }
 
-// A dispatch service that answers each request of one connection with the next given bytes and
-// then closes, or stays silent when there is nothing left and `hold` is set.
-class Service
+// A listener on a free port that the client is told of; nobody accepts by itself.
+class Listener
 {
 public:
-    Service(QList<QByteArray> answers, bool hold = false)
-        : m_listener(::socket(AF_INET, SOCK_STREAM, 0))
+    Listener() : m_listener(::socket(AF_INET, SOCK_STREAM, 0))
     {
         sockaddr_in address{};
         address.sin_family = AF_INET;
@@ -45,6 +43,20 @@ public:
         ::listen(m_listener, 1);
         ::getsockname(m_listener, reinterpret_cast<sockaddr*>(&address), &size);
         dispatch::port = ntohs(address.sin_port);
+    }
+    ~Listener() { ::close(m_listener); }
+
+protected:
+    int m_listener;
+};
+
+// A dispatch service that answers each request of one connection with the next given bytes and
+// then closes, or stays silent when there is nothing left and `hold` is set.
+class Service : public Listener
+{
+public:
+    Service(QList<QByteArray> answers, bool hold = false)
+    {
         m_thread = std::thread([this, answers, hold] { serve(answers, hold); });
     }
 
@@ -52,7 +64,6 @@ public:
     {
         TQ_GetFlowStatisticsExit();
         ::shutdown(m_listener, SHUT_RDWR);
-        ::close(m_listener);
         m_thread.join();
     }
 
@@ -77,7 +88,6 @@ private:
         ::close(peer);
     }
 
-    int m_listener;
     std::thread m_thread;
 };
 
@@ -195,7 +205,7 @@ private slots:
     void aServiceThatNeverAcceptsIsGivenUp()
     {
         // The listener's queue is filled; the kernel then leaves further connections waiting.
-        Service crowded({}, true);
+        Listener crowded;
         QVector<int> queue;
         for (int i = 0; i < 8; ++i) {
             sockaddr_in address{};
