@@ -23,6 +23,20 @@ namespace {
 constexpr int kKeepDays = 60;
 constexpr int kHistoryDays = 15;
 
+// The stamp of this second, made once in it: finding out the time zone costs more than the rest of
+// a line. Called under the log's mutex.
+const logformat::Stamp& currentStamp()
+{
+    static qint64 second = -1;
+    static logformat::Stamp stamp;
+    const qint64 msecs = platform().clock();
+    if (msecs / 1000 != second) {
+        second = msecs / 1000;
+        stamp = logformat::stampOf(msecs);
+    }
+    return stamp;
+}
+
 QString logFile()
 {
     return platform().programFile(QStringLiteral("ui.log"));
@@ -52,16 +66,15 @@ QByteArray trimmedLines(const QByteArray& content, int from)
 
 void Log::messageOut(QtMsgType type, const QMessageLogContext&, const QString& msg)
 {
-    const logformat::Record record = logformat::makeRecord(type, msg, platform().now());
-
     const QMutexLocker lock(&mutex);
+    const logformat::Record record = logformat::makeRecord(type, msg, currentStamp());
     LogModel* model = nullptr;
     if (record.entry) {
-        const bool newDate = !m_LogTitleSet.contains(record.date);
-        const LogContent heading{record.date, ITEM_TITLE};
-        const LogContent time{record.time, ITEM_TIME};
+        const bool newDate = !m_LogTitleSet.contains(record.stamp.date);
+        const LogContent heading{record.stamp.date, ITEM_TITLE};
+        const LogContent time{record.stamp.time, ITEM_TIME};
         if (newDate) {
-            m_LogTitleSet.insert(record.date);
+            m_LogTitleSet.insert(record.stamp.date);
             m_LogList.push_front(heading);
         }
         m_LogList.insert(m_LogList.begin() + 1, {*record.entry, time});

@@ -54,8 +54,8 @@ private:
 
     static QMutex mutex; ///< guards everything below
     static LogModel* m_LogModel;
-    static std::deque<LogContent> m_LogList;    ///< this run's entries, newest first
-    static QSet<QString> m_LogTitleSet;    ///< dates with a heading in m_LogList
-    static QSet<QString> m_HisLogTitleSet; ///< dates with a heading in a history listing
-    static QVector<Insertion> m_pending;   ///< logged, not yet in the model
+    static std::deque<LogContent> m_LogList; ///< this run's entries, newest first
+    static QSet<QString> m_LogTitleSet;      ///< dates with a heading in m_LogList
+    static QSet<QString> m_HisLogTitleSet;   ///< dates with a heading in a history listing
+    static QVector<Insertion> m_pending;     ///< logged, not yet in the model
 };

@@ -15,8 +15,7 @@ namespace {
 constexpr int kMarkerLength = int(sizeof kDisplay) - 1;
 const QLatin1String kNotice("NOTICE");
 
-// Numbers with leading zeros and a separator between them. Every message is stamped, and a format
-// string would be read anew each time.
+// Numbers with leading zeros and a separator between them.
 QString digits(std::initializer_list<std::pair<int, int>> numbers, char separator)
 {
     char text[16];
@@ -123,7 +122,16 @@ void addLine(QVector<DateBlock>& blocks, QSet<QString>& titles, QByteArray line)
 
 } // namespace
 
-Record makeRecord(QtMsgType type, const QString& message, const QDateTime& now)
+Stamp stampOf(qint64 msecs)
+{
+    const QDateTime moment = QDateTime::fromMSecsSinceEpoch(msecs);
+    const QDate date = moment.date();
+    const QTime time = moment.time();
+    return {digits({{date.year(), 4}, {date.month(), 2}, {date.day(), 2}}, '-'),
+            digits({{time.hour(), 2}, {time.minute(), 2}, {time.second(), 2}}, ':')};
+}
+
+Record makeRecord(QtMsgType type, const QString& message, const Stamp& stamp)
 {
     const bool marked = message.contains(QLatin1String(kDisplay));
     QString text = marked ? message.mid(kMarkerLength) : message;
@@ -135,12 +143,9 @@ Record makeRecord(QtMsgType type, const QString& message, const QDateTime& now)
     const QLatin1String tag = takeTag(type, text);
     if (record.entry)
         record.entry->text = text;
-    const QDate date = now.date();
-    const QTime time = now.time();
-    record.date = digits({{date.year(), 4}, {date.month(), 2}, {date.day(), 2}}, '-');
-    record.time = digits({{time.hour(), 2}, {time.minute(), 2}, {time.second(), 2}}, ':');
     const QLatin1Char space(' ');
-    record.fileLine = record.date % space % record.time % space % tag % space % text;
+    record.stamp = stamp;
+    record.fileLine = stamp.date % space % stamp.time % space % tag % space % text;
     return record;
 }
 

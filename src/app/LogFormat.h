@@ -15,18 +15,27 @@
 /// which lines of the file are recent, and what the file's lines become as history. Any thread.
 namespace logformat {
 
+/// A moment in local time, as the log writes it.
+struct Stamp
+{
+    QString date; ///< "yyyy-MM-dd"
+    QString time; ///< "hh:mm:ss"
+};
+
+/// The stamp of a moment given in milliseconds since 1970-01-01 UTC.
+Stamp stampOf(qint64 msecs);
+
 /// A message on its way into the log.
 struct Record
 {
-    QString date;                    ///< "yyyy-MM-dd"
-    QString time;                    ///< "hh:mm:ss"
+    Stamp stamp;
     QString fileLine;                ///< date, time, level tag and text, without a line end
     std::optional<LogContent> entry; ///< what the activity log shows, for display messages
 };
 
 /// Turns one message into its file line and, when it carries the display marker and is no debug
 /// message, its entry.
-Record makeRecord(QtMsgType type, const QString& message, const QDateTime& now);
+Record makeRecord(QtMsgType type, const QString& message, const Stamp& stamp);
 
 /// Whether a file line begins with a date (year 2021 or later) less than `days` days before
 /// `today`. Lines without such a date are not recent.

@@ -8,9 +8,13 @@
 #include <QProcess>
 
 Platform::Platform()
-    : now(&QDateTime::currentDateTime),
-      isChinese([] { return QLocale::system().language() == QLocale::Chinese; }),
-      programDir(&QCoreApplication::applicationDirPath), relaunch([](const QStringList& words) {
+    : clock(&QDateTime::currentMSecsSinceEpoch),
+      isChinese([] { return QLocale::system().language() == QLocale::Chinese; }), programDir([] {
+          // Asked for with every log line; Qt would take the path apart anew each time.
+          static const QString folder = QCoreApplication::applicationDirPath();
+          return folder;
+      }),
+      relaunch([](const QStringList& words) {
           SingleApp::release();
           QProcess::startDetached(QCoreApplication::applicationFilePath(), words);
           QCoreApplication::quit();

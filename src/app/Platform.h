@@ -11,8 +11,8 @@
 /// under test runs and left alone afterwards; reading is thread-safe under that rule.
 struct Platform
 {
-    /// The wall clock, local time.
-    std::function<QDateTime()> now;
+    /// The wall clock, milliseconds since 1970-01-01 UTC.
+    std::function<qint64()> clock;
 
     /// Whether the system language is Chinese (any script or country). Decides the translation,
     /// the texts that exist in two languages, and the document addresses.
@@ -38,6 +38,9 @@ struct Platform
 
     /// Opens an address in the desktop's default application.
     std::function<bool(const QUrl&)> openUrl;
+
+    /// The wall clock as local time.
+    QDateTime now() const { return QDateTime::fromMSecsSinceEpoch(clock()); }
 
     /// `path` below fileRoot.
     QString hostFile(const QString& path) const { return fileRoot + path; }

@@ -32,14 +32,15 @@ QString savedText(const QString& key)
 }
 
 // The state of a remembered check box; one never set is on when there are saved credentials.
-bool restoreTriState(const QString& key)
+bool restoreTriState(const QString& key, QObject* context)
 {
     int state = ConfigUtil::getvalue(key, -1).toInt();
     if (state == -1) {
         const bool saved =
             !savedText(ConfigUtil::TOKEN).isEmpty() && !savedText(ConfigUtil::PASSWORD).isEmpty();
         state = saved ? Qt::Checked : Qt::Unchecked;
-        ConfigUtil::writeValue(key, state);
+        // A write waits for the disk: the window comes first.
+        QTimer::singleShot(0, context, [key, state] { ConfigUtil::writeValue(key, state); });
     }
     return state == Qt::Checked;
 }
@@ -84,8 +85,8 @@ void DlgLogin::buildWindow()
 
 void DlgLogin::restoreCheckBoxes()
 {
-    ui->remePwCheckBox->setChecked(restoreTriState(ConfigUtil::REMEMBER_PASSWORD));
-    ui->autoLoginCheckBox->setChecked(restoreTriState(ConfigUtil::AUTO_LOGIN));
+    ui->remePwCheckBox->setChecked(restoreTriState(ConfigUtil::REMEMBER_PASSWORD, this));
+    ui->autoLoginCheckBox->setChecked(restoreTriState(ConfigUtil::AUTO_LOGIN, this));
 }
 
 void DlgLogin::dropInvalidToken()
@@ -108,7 +109,8 @@ void DlgLogin::restoreFields()
     ui->password->setText(savedText(ConfigUtil::PASSWORD));
 
     if (!ui->remePwCheckBox->isChecked()) {
-        ConfigUtil::writeValue(ConfigUtil::TOKEN, QString());
+        if (!savedText(ConfigUtil::TOKEN).isEmpty())
+            ConfigUtil::writeValue(ConfigUtil::TOKEN, QString());
         ui->password->clear();
     }
 

@@ -54,7 +54,7 @@ private slots:
         m_dir = std::make_unique<QTemporaryDir>();
         const QString path = m_dir->path();
         platform().programDir = [path] { return path; };
-        platform().now = [this] { return m_now; };
+        platform().clock = [this] { return m_now.toMSecsSinceEpoch(); };
         m_previous = qInstallMessageHandler(&Log::messageOut);
     }
 
@@ -97,7 +97,8 @@ private slots:
         QFETCH(QString, rest);
         QFETCH(int, entry);
         QFETCH(QString, entryText);
-        const logformat::Record made = logformat::makeRecord(QtMsgType(type), message, kNow);
+        const logformat::Record made = logformat::makeRecord(
+            QtMsgType(type), message, logformat::stampOf(kNow.toMSecsSinceEpoch()));
         QCOMPARE(made.fileLine, QStringLiteral("2026-03-05 07:08:09 ") + rest);
         QCOMPARE(made.entry.has_value(), entry >= 0);
         if (made.entry)

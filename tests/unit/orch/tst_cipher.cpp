@@ -75,7 +75,7 @@ private:
 
 void CipherTest::initTestCase()
 {
-    platform().now = [] { return QDateTime::fromMSecsSinceEpoch(kNow); };
+    platform().clock = [] { return kNow; };
     m_key = own(EVP_RSA_gen(2048));
     QVERIFY(m_key);
 }

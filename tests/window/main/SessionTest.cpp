@@ -64,7 +64,7 @@ private slots:
         QCOMPARE(child<QLabel>("labelUpSpeed")->text(), QStringLiteral("0"));
         const QDateTime later = QDateTime::currentDateTime().addSecs(3);
         QTest::qWait(50);
-        platform().now = [later] { return later; };
+        platform().clock = [later] { return later.toMSecsSinceEpoch(); };
         fire("m_StatCountTimer");
         QVERIFY(child<QLabel>("labelDownSpeed")->text() != QStringLiteral("0"));
         QCOMPARE(m_scene->service.count("/api/mobile/v2/heartbeat"), 1);
@@ -237,7 +237,7 @@ private slots:
         fire("m_StatCountTimer");
         QVERIFY(!prompt().startsWith(QStringLiteral("6022 ")));
         const QDateTime later = QDateTime::currentDateTime().addSecs(31);
-        platform().now = [later] { return later; };
+        platform().clock = [later] { return later.toMSecsSinceEpoch(); };
         fire("m_StatCountTimer");
         QVERIFY(prompt().startsWith(QStringLiteral("6022 ")));
         fire("m_StatCountTimer");
@@ -353,7 +353,7 @@ private slots:
         m_scene->service.setFault(QStringLiteral("/api/mobile/v2/heartbeat"),
                                   Fault::withDelay(5000));
         const QDateTime later = QDateTime::currentDateTime().addSecs(60);
-        platform().now = [later] { return later; };
+        platform().clock = [later] { return later.toMSecsSinceEpoch(); };
         QTimer::singleShot(100, this, [this] { m_window.reset(); });
         fire("m_StatCountTimer");
         QVERIFY(!m_window);

@@ -197,7 +197,7 @@ void PanelsTest::aboutLinksOpenOutside()
 {
     QFETCH(bool, chinese);
     const looks::Language language(chinese);
-    platform().now = [] { return QDateTime(QDate(2031, 5, 6), QTime(7, 8)); };
+    platform().clock = [] { return QDateTime(QDate(2031, 5, 6), QTime(7, 8)).toMSecsSinceEpoch(); };
     QStringList opened;
     platform().openUrl = [&opened](const QUrl& url) {
         opened.append(url.toString());
@@ -207,7 +207,7 @@ void PanelsTest::aboutLinksOpenOutside()
     about.resize(528, 352);
     about.show();
     QApplication::setActiveWindow(&about);
-    platform().now = &QDateTime::currentDateTime;
+    platform().clock = &QDateTime::currentMSecsSinceEpoch;
     const auto text = [&about](const char* name) {
         return about.findChild<QLabel*>(QLatin1String(name))->text();
     };
