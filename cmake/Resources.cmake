@@ -19,8 +19,8 @@ if(NOT EXISTS ${VELTARO_FONT_COLLECTION})
     veltaro_missing("${VELTARO_FONT_COLLECTION}" fonts-noto-cjk)
 endif()
 
-# Draws every picture of the list file below `out_dir` (each .png also as @2x) with `tool` and
-# sets `out_names` to the pictures' names relative to it.
+# Draws every picture of the list file below `out_dir` (each .png also as @2x, and both also as
+# plain pixels, .argb) with `tool` and sets `out_names` to the pictures' names relative to it.
 function(veltaro_render_art out_names tool list art_dir out_dir)
     set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${list})
     file(STRINGS ${list} lines REGEX "^[^# ]")
@@ -29,7 +29,8 @@ function(veltaro_render_art out_names tool list art_dir out_dir)
         string(REGEX MATCH "^[^ ]+" name "${line}")
         list(APPEND names ${name})
         if(name MATCHES "^(.+)\\.png$")
-            list(APPEND names ${CMAKE_MATCH_1}@2x.png)
+            list(APPEND names ${CMAKE_MATCH_1}@2x.png ${CMAKE_MATCH_1}.argb
+                ${CMAKE_MATCH_1}@2x.argb)
         endif()
     endforeach()
     list(TRANSFORM names PREPEND ${out_dir}/ OUTPUT_VARIABLE files)

@@ -69,7 +69,9 @@ void DlgLogin::buildWindow()
     setObjectName(QStringLiteral("DlgLogin"));
     setWindowFlags(Qt::Dialog | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
     setWindowTitle(QLatin1String(product::kName));
-    setWindowIcon(pictureIcon(QStringLiteral("veltaro/veltaro.ico")));
+    // Reading an icon file makes Qt load image plugins; the window comes first.
+    QTimer::singleShot(
+        0, this, [this] { setWindowIcon(pictureIcon(QStringLiteral("veltaro/veltaro.ico"))); });
     setStyleSheet(styleSheetFor("login"));
     QPainterPath outline;
     outline.addRoundedRect(rect(), 1, 1);

@@ -144,6 +144,7 @@ void DlgLogin::showPrivacy()
     if (dialog.exec() != QDialog::Accepted)
         return reject();
 
+    activateWindow(); // the fields take the keyboard again
     m_AgreePolicyNow = true;
     ConfigUtil::writeValue(ConfigUtil::AGREE_PRIVACY, 1);
     ConfigUtil::writeValue(ConfigUtil::PRIVACY_VERSION,

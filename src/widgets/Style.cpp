@@ -7,7 +7,9 @@
 #include <QHash>
 #include <QImageReader>
 #include <QPixmap>
+#include <QResource>
 #include <QStyle>
+#include <QtEndian>
 #include <QVariant>
 #include <QVector>
 #include <QWidget>
@@ -20,11 +22,11 @@ QString readStyle(const QString& name)
     return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
 }
 
-/// Reads the images of one file without asking all image plugins which of them would like to.
-QVector<QPixmap> readPixmaps(const QString& name, const char* format)
+/// The images of an icon file.
+QVector<QPixmap> readIconFile(const QString& name)
 {
     initPictures();
-    QImageReader reader(QStringLiteral(":/Ostrana/res/") + name, format);
+    QImageReader reader(QStringLiteral(":/Ostrana/res/") + name, "ico");
     reader.setAutoDetectImageFormat(false);
     QVector<QPixmap> pixmaps;
     do {
@@ -35,15 +37,34 @@ QVector<QPixmap> readPixmaps(const QString& name, const char* format)
     return pixmaps;
 }
 
-/// The picture `base`.png, and on dense screens its double-size variant too.
+/// A picture from its plain pixels (see renderart.cpp), null when there is none of that name.
+QPixmap readPixels(const QString& base)
+{
+    initPictures();
+    const QByteArray bytes =
+        QResource(QStringLiteral(":/Ostrana/res/") + base + QStringLiteral(".argb"))
+            .uncompressedData();
+    constexpr int kHeader = 8;
+    if (bytes.size() < kHeader)
+        return {};
+    const auto* words = reinterpret_cast<const uchar*>(bytes.constData());
+    const int width = int(qFromLittleEndian<quint32>(words));
+    const int height = int(qFromLittleEndian<quint32>(words + 4));
+    if (bytes.size() != kHeader + width * height * 4)
+        return {};
+    const QImage image(words + kHeader, width, height, width * 4,
+                       QImage::Format_ARGB32_Premultiplied);
+    return QPixmap::fromImage(image.copy());
+}
+
+/// The picture `base`, and on dense screens its double-size variant too.
 QVector<QPixmap> readPicture(const QString& base)
 {
-    QVector<QPixmap> pixmaps = readPixmaps(base + QLatin1String(".png"), "png");
+    QVector<QPixmap> pixmaps{readPixels(base)};
     if (qApp->devicePixelRatio() > 1) {
-        for (QPixmap dense : readPixmaps(base + QLatin1String("@2x.png"), "png")) {
-            dense.setDevicePixelRatio(2);
-            pixmaps.append(dense);
-        }
+        QPixmap dense = readPixels(base + QStringLiteral("@2x"));
+        dense.setDevicePixelRatio(2);
+        pixmaps.append(dense);
     }
     return pixmaps;
 }
@@ -77,7 +98,7 @@ QIcon pictureIcon(const QString& name)
 {
     QIcon icon;
     const bool png = name.endsWith(QLatin1String(".png"));
-    for (const QPixmap& pixmap : png ? readPicture(name.chopped(4)) : readPixmaps(name, "ico"))
+    for (const QPixmap& pixmap : png ? readPicture(name.chopped(4)) : readIconFile(name))
         icon.addPixmap(pixmap);
     return icon;
 }
