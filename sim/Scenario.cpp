@@ -182,7 +182,7 @@ QStringList Scenario::apply(const QJsonObject& json)
             filterDocument = value.toString().toUtf8();
         } else if (name == QLatin1String("rsaTypes") && value.isArray()) {
             rsaTypes.clear();
-            for (const QJsonValue& type : value.toArray())
+            for (const QJsonValue type : value.toArray())
                 rsaTypes.append(type.toInt());
         } else {
             refused.append(name);

@@ -13,7 +13,8 @@ constexpr char kCounters[] = "Tunnel(txbytes/rxbytes/txpkts/rxpkts):";
 // Counters are foreign numbers: a sum beyond the range wraps instead of being undefined.
 long long add(long long a, long long b)
 {
-    return static_cast<long long>(static_cast<uint64_t>(a) + static_cast<uint64_t>(b));
+    const uint64_t sum = static_cast<uint64_t>(a) + static_cast<uint64_t>(b);
+    return static_cast<int64_t>(sum);
 }
 
 // Reads "<blanks>number<comma>number" after a counter marker. A number that cannot be read leaves

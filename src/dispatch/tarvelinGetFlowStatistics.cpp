@@ -125,9 +125,9 @@ bool connectInTime(int sock, const sockaddr_in& address)
 bool makeBlocking(int sock)
 {
     const timeval longest{kExchangeMs / 1000, 0};
-    return ::setsockopt(sock, SOL_SOCKET, SO_RCVTIMEO, &longest, sizeof longest) == 0
-           && ::setsockopt(sock, SOL_SOCKET, SO_SNDTIMEO, &longest, sizeof longest) == 0
-           && ::fcntl(sock, F_SETFL, ::fcntl(sock, F_GETFL) & ~O_NONBLOCK) == 0;
+    return ::setsockopt(sock, SOL_SOCKET, SO_RCVTIMEO, &longest, sizeof longest) == 0 &&
+           ::setsockopt(sock, SOL_SOCKET, SO_SNDTIMEO, &longest, sizeof longest) == 0 &&
+           ::fcntl(sock, F_SETFL, ::fcntl(sock, F_GETFL) & ~O_NONBLOCK) == 0;
 }
 
 int _TQ_WinSocketConnect(const char* ip, unsigned short port)
@@ -138,8 +138,8 @@ int _TQ_WinSocketConnect(const char* ip, unsigned short port)
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_port = htons(port);
-    if (::inet_pton(AF_INET, ip, &address.sin_addr) != 1 || !connectInTime(sock, address)
-        || !makeBlocking(sock)) {
+    if (::inet_pton(AF_INET, ip, &address.sin_addr) != 1 || !connectInTime(sock, address) ||
+        !makeBlocking(sock)) {
         ::close(sock);
         return -1;
     }

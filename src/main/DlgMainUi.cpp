@@ -15,6 +15,7 @@
 #include <QScrollArea>
 #include <QToolButton>
 #include <QVBoxLayout>
+#include <QVector>
 
 namespace {
 
@@ -211,11 +212,11 @@ void DlgMainUi::buildPages(QDialog* window)
 
 void DlgMainUi::setTabOrder()
 {
-    QWidget* const order[] = {toolBtnHome, toolBtnSetting, toolBtnLog, toolBtnQuit,
-                              btnConnect,  btnViewAll,     logView,    btnSwitchAccount,
-                              btnQuitApp,  btnAbout,       btnMin,     btnClose};
-    for (size_t i = 1; i < sizeof order / sizeof *order; ++i)
-        QWidget::setTabOrder(order[i - 1], order[i]);
+    const QVector<QWidget*> order = {toolBtnHome, toolBtnSetting, toolBtnLog, toolBtnQuit,
+                                     btnConnect,  btnViewAll,     logView,    btnSwitchAccount,
+                                     btnQuitApp,  btnAbout,       btnMin,     btnClose};
+    for (int i = 1; i < order.size(); ++i)
+        QWidget::setTabOrder(order.at(i - 1), order.at(i));
 }
 
 void DlgMainUi::placeChronometer(bool intranet)
