@@ -13,6 +13,7 @@ GreyMaskForUkui::GreyMaskForUkui(QWidget* parent, QWidget* dialog)
 {
     setObjectName(QStringLiteral("greyMask"));
     m_dialog->installEventFilter(this);
+    connect(m_dialog, &QObject::destroyed, this, &QObject::deleteLater);
     setWindowFlags(windowFlags() | Qt::FramelessWindowHint);
     setAttribute(Qt::WA_TranslucentBackground);
     setGeometry(0, 0, parent->width(), parent->height());
@@ -46,6 +47,8 @@ bool GreyMaskForUkui::eventFilter(QObject* object, QEvent* event)
 void GreyMaskForUkui::onEffectChanged(bool enabled)
 {
     setVisible(!enabled);
+    if (!enabled)
+        raise();
 }
 
 void GreyMaskForUkui::paintEvent(QPaintEvent* event)

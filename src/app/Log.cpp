@@ -167,14 +167,32 @@ void Log::getHisLog()
     QFile file(logFile());
     if (!file.open(QIODevice::ReadOnly))
         return;
+    // Read without the lock: whoever logs meanwhile does not wait for it.
+    QSet<QString> titles;
+    const QVector<LogContent> rows =
+        logformat::historyRows(file.readAll(), kHistoryDays, platform().now().date(), titles);
     QMutexLocker lock(&mutex);
     LogModel* const model = m_LogModel;
     if (!model)
         return;
-    m_HisLogTitleSet.clear();
-    const QVector<LogContent> rows = logformat::historyRows(
-        file.readAll(), kHistoryDays, platform().now().date(), m_HisLogTitleSet);
+    m_HisLogTitleSet = titles;
     m_pending.clear();
     lock.unlock();
     model->setRows(std::deque<LogContent>(rows.cbegin(), rows.cend()));
+}
+
+void Log::tranLineToObj(const QString& line)
+{
+    QMutexLocker lock(&mutex);
+    LogModel* const model = m_LogModel;
+    QSet<QString> titles;
+    QVector<LogContent> rows = logformat::historyRows(line.toUtf8(), titles);
+    if (!model || rows.isEmpty())
+        return;
+    const bool newDate = !m_HisLogTitleSet.contains(rows.constFirst().text);
+    m_HisLogTitleSet.unite(titles);
+    lock.unlock();
+    if (!newDate)
+        rows.removeFirst();
+    model->insertContents(newDate ? 0 : 1, rows);
 }

@@ -43,6 +43,10 @@ public:
     /// Fills the model with the last 15 days of the file. GUI thread; linear in the file's size.
     static void getHisLog();
 
+    /// Puts one line of the file on top of a history listing: under the heading of its date, which
+    /// is added when the listing has none. GUI thread.
+    static void tranLineToObj(const QString& line);
+
 private:
     struct Insertion
     {

@@ -114,10 +114,8 @@ void addLine(QVector<DateBlock>& blocks, QSet<QString>& titles, QByteArray line)
         titles.insert(date);
         blocks.append({date, {}});
     }
-    if (!type)
-        return;
     blocks.last().rows.append({time, ITEM_TIME});
-    blocks.last().rows.append({QString::fromUtf8(line), *type});
+    blocks.last().rows.append({QString::fromUtf8(line), type.value_or(ITEM_INFO_WITH_DOT)});
 }
 
 } // namespace
@@ -175,11 +173,10 @@ int firstRecent(const QByteArray& file, int days, const QDate& today)
     return file.size();
 }
 
-QVector<LogContent> historyRows(const QByteArray& file, int days, const QDate& today,
-                                QSet<QString>& titles)
+static QVector<LogContent> rowsFrom(int from, const QByteArray& file, QSet<QString>& titles)
 {
     QVector<DateBlock> blocks;
-    for (int from = firstRecent(file, days, today); from < file.size();) {
+    while (from < file.size()) {
         const int end = lineEnd(file, from);
         addLine(blocks, titles, file.mid(from, end - from).trimmed());
         from = end + 1;
@@ -195,6 +192,17 @@ QVector<LogContent> historyRows(const QByteArray& file, int days, const QDate& t
         std::copy(block->rows.crbegin(), block->rows.crend(), std::back_inserter(rows));
     }
     return rows;
+}
+
+QVector<LogContent> historyRows(const QByteArray& file, int days, const QDate& today,
+                                QSet<QString>& titles)
+{
+    return rowsFrom(firstRecent(file, days, today), file, titles);
+}
+
+QVector<LogContent> historyRows(const QByteArray& lines, QSet<QString>& titles)
+{
+    return rowsFrom(0, lines, titles);
 }
 
 } // namespace logformat

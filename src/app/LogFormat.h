@@ -51,4 +51,7 @@ int firstRecent(const QByteArray& file, int days, const QDate& today);
 QVector<LogContent> historyRows(const QByteArray& file, int days, const QDate& today,
                                 QSet<QString>& titles);
 
+/// The rows of lines whose dates do not matter: the same from the first line on.
+QVector<LogContent> historyRows(const QByteArray& lines, QSet<QString>& titles);
+
 } // namespace logformat

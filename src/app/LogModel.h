@@ -15,7 +15,8 @@ class LogModel : public QAbstractListModel
     Q_OBJECT
 
 public:
-    /// The only role with data: a QVariant holding a LogContent.
+    /// The role that views draw from: a QVariant holding a LogContent. The text alone is there
+    /// for screen readers too, under Qt::AccessibleTextRole.
     static constexpr int ContentRole = Qt::UserRole + 1;
 
     using QAbstractListModel::QAbstractListModel;

@@ -15,6 +15,12 @@
 
 #include <memory>
 
+// The log ends with main: what libraries say while they are unloaded would find it gone.
+struct LogEnd
+{
+    ~LogEnd() { qInstallMessageHandler(nullptr); }
+};
+
 // Of two copies started together exactly one listens: the semaphore is held across probe and
 // listen.
 static bool anotherCopyRuns(QSystemSemaphore& guard)
@@ -38,6 +44,7 @@ static int runSession(QApplication& app)
 
 int main(int argc, char* argv[])
 {
+    const LogEnd logEnd;
     appearance::prepare();
     initPictures();
     initFont();
@@ -58,8 +65,11 @@ int main(int argc, char* argv[])
     if (isDeepinDesktop(qEnvironmentVariable("XDG_CURRENT_DESKTOP")))
         DeepinShadowEffectListener::instance()->checkOnStart();
 
-    DlgLogin login(nullptr);
-    if (login.exec() == QDialog::Accepted)
+    // The login window goes before the session begins: no late answer of its requests may act then.
+    auto login = std::make_unique<DlgLogin>(nullptr);
+    const bool accepted = login->exec() == QDialog::Accepted;
+    login.reset();
+    if (accepted)
         return runSession(app);
     SingleApp::release();
     return 0;

@@ -42,9 +42,11 @@ FlowTotals scanFlowText(const char* text)
     long long sent = 0;
     long long received = 0;
     const char* cursor = text;
+    const char* state = nullptr; // the next state line; searched for anew only behind the cursor
     while (true) {
         if (totals.tunDown) {
-            const char* state = std::strstr(cursor, kState);
+            if (!state || state < cursor)
+                state = std::strstr(cursor, kState);
             if (!state)
                 return totals;
             totals.tunDown = std::strncmp(state, kStateUp, sizeof kStateUp - 1) != 0;

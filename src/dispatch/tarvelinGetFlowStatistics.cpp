@@ -28,6 +28,7 @@ constexpr uint32_t kFirstSize = 4096;
 // Far beyond any status text; a length above it is a broken reply.
 constexpr uint32_t kLargestReply = 64u << 20;
 constexpr int kExchangeMs = 2000;
+constexpr int kPromptMs = 50; // a service that took longer is waited for with care
 constexpr unsigned char kFlowModule = 2;
 constexpr unsigned short kFlowType = 16;
 constexpr unsigned char kTunnelModule = 4;
@@ -174,7 +175,7 @@ int _TQ_WinDispatchSend(int sock, const _TQ_DISPATCH_DESC* desc, const QElapsedT
 bool receiveUpTo(int sock, char* buffer, uint32_t have, uint32_t want, const QElapsedTimer& clock)
 {
     for (bool first = true; have < want; first = false) {
-        if (!first && !waitFor(sock, POLLIN, clock))
+        if ((!first || clock.elapsed() > kPromptMs) && !waitFor(sock, POLLIN, clock))
             return false;
         const ssize_t n = ::recv(sock, buffer + have, want - have, 0);
         if (n > 0)
@@ -204,11 +205,16 @@ int _TQ_WinDispatchRecv(int sock, _TQ_DISPATCH_DESC* desc, const QElapsedTimer& 
     return receiveUpTo(sock, bytes(desc), sizeof hdr, hdr.Length, clock) ? 0 : -EIO;
 }
 
+int connectToService()
+{
+    return _TQ_WinSocketConnect("127.0.0.1", static_cast<unsigned short>(dispatch::port));
+}
+
 /// One request and its reply, in place.
 int _TQ_WinDispatchConfigure(_TQ_DISPATCH_DESC* desc)
 {
     if (sg_WinDispatchSock == -1) {
-        const int connected = TQ_GetFlowStatisticsInit();
+        const int connected = connectToService();
         if (connected != 0)
             return connected;
     }
@@ -228,8 +234,8 @@ int _TQ_WinDispatchConfigure(_TQ_DISPATCH_DESC* desc)
 
 int TQ_GetFlowStatisticsInit()
 {
-    qDebug() << "Dispatch comm port: " << dispatch::port;
-    return _TQ_WinSocketConnect("127.0.0.1", static_cast<unsigned short>(dispatch::port));
+    qDebug("Dispatch comm port: %d", dispatch::port);
+    return connectToService();
 }
 
 int TQ_DispatchGetFlow(long long* upSize, long long* downSize, bool* tunDown, bool* hasTunnels)

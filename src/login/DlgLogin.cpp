@@ -19,6 +19,7 @@
 #include <QPainterPath>
 #include <QPushButton>
 #include <QRegion>
+#include <QShowEvent>
 #include <QStackedWidget>
 #include <QTimer>
 
@@ -182,8 +183,10 @@ void DlgLogin::connectInputs()
 
 void DlgLogin::showEvent(QShowEvent* event)
 {
-    ui->btnLogin->setEnabled(false);
-    m_showUpgradeDialog = false;
+    if (!event->spontaneous()) {
+        ui->btnLogin->setEnabled(false);
+        m_showUpgradeDialog = false;
+    }
     QDialog::showEvent(event);
 }
 

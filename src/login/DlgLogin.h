@@ -155,6 +155,7 @@ private:
     void _requestAuthPollFailedHandler(const QByteArray& body, QNetworkReply* reply);
     void endLoginAttempt(const QString& error);
     void restoreLoginPage();
+    void startLoginAgain();
 
     std::unique_ptr<DlgLoginUi> ui;
     WidgetTopPrompt* promptWidge = nullptr;
@@ -171,6 +172,7 @@ private:
     bool m_checkUpgrade = false;      ///< the upgrade check still has to run before the login
     bool m_showUpgradeDialog = false; ///< the upgrade step decided to prompt
     bool m_verifyingCustomer = false; ///< until the public key has been obtained
+    bool m_loginInFlight = false;     ///< a login request waits for its answer
     LOGIN_STEP m_Step = PROCESS_AUTH;
 
     // Login request state

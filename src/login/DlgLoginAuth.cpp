@@ -57,7 +57,7 @@ void DlgLogin::_authUserLogin()
             if (httpStatus(reply) == 502)
                 return _queryOrchUpgradeWhen502();
             reportHttpErr(body, reply);
-            onBtnLoginEnableChanged();
+            restoreLoginPage();
         };
         orch()->upgradeCheck(
             m_CustomerID, guarded(this, [this](const QByteArray& body) { _handleUpgrade(body); }),
@@ -81,7 +81,7 @@ void DlgLogin::obtainPubKey()
     };
     const auto failed = [this](const QByteArray& body, QNetworkReply* reply) {
         logDisplayInfo(
-            failureLogText(HttpFailure::of(body, reply), QStringLiteral("Error Info: ")));
+            failureCauseText(HttpFailure::of(body, reply), QStringLiteral("Error Info: ")));
         if (httpStatus(reply) == 502)
             return _queryOrchUpgradeWhen502();
         m_ConnectSlowWarningTimer->stop();
@@ -132,6 +132,8 @@ ipc::LoginParams DlgLogin::loginParams()
 
 void DlgLogin::verifyUser()
 {
+    if (m_loginInFlight)
+        return;
     if (ui->password->text().trimmed().isEmpty()) {
         m_ConnectSlowWarningTimer->stop();
         return restoreLoginPage();
@@ -144,6 +146,7 @@ void DlgLogin::verifyUser()
 void DlgLogin::sendLogin(const ipc::LoginParams& params)
 {
     setProperty(kAsynAuth, false);
+    m_loginInFlight = true;
     const auto failed = [this](const QByteArray& body, QNetworkReply* reply) {
         _requestLoginFailedHandler(body, reply);
     };
@@ -157,6 +160,7 @@ void DlgLogin::sendLogin(const ipc::LoginParams& params)
 
 void DlgLogin::_requestLoginSuccHandler(const QByteArray& body)
 {
+    m_loginInFlight = false;
     logDisplayInfo(QStringLiteral("Verification successful"));
     qDebug().noquote() << maskSecrets(body);
     const LoginReply reply = LoginReply::fromJson(body);
@@ -222,9 +226,18 @@ void DlgLogin::userInfoStorage(const QString& token)
 
 void DlgLogin::_requestLoginFailedHandler(const QByteArray& body, QNetworkReply* reply)
 {
+    m_loginInFlight = false;
     m_ConnectSlowWarningTimer->stop();
     logDisplayInfo(QStringLiteral("Verification failed"));
     reportHttpErr(body, reply);
+    const QJsonObject json = JsonUtil::object(body);
+    const int code = JsonUtil::getInt(json, QStringLiteral("code"), 0);
+    const QStringList recoverCodes = JsonUtil::getArrayToStringList(
+        JsonUtil::getObject(json, QStringLiteral("parameters")), QStringLiteral("otpRecoverCode"));
+    if (code == 401 && !recoverCodes.isEmpty())
+        ConfigUtil::writeValue(ConfigUtil::OTP_RECOVER_CODE, recoverCodes);
+    if (code == 1108 || code == 1112)
+        startLoginAgain();
     restoreLoginPage();
 }
 
@@ -281,4 +294,15 @@ void DlgLogin::restoreLoginPage()
 {
     onBtnLoginEnableChanged();
     ui->btnForgetPasswd->setEnabled(true);
+}
+
+// The authenticator's step is over for good: back to the login page, with nothing saved.
+void DlgLogin::startLoginAgain()
+{
+    m_otpMiddleToken.clear();
+    m_verifyNum.clear();
+    m_pageStack.clear();
+    m_pageStack.push(DLG_CUSTOMER_PAGE);
+    forgetCredentials();
+    showPage(DLG_LOGIN_PAGE);
 }

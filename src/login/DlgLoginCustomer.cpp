@@ -24,6 +24,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QNetworkReply>
+#include <QPointer>
 #include <QPushButton>
 #include <QTimer>
 
@@ -77,7 +78,7 @@ void DlgLogin::getPrivacyVerFromMain()
 {
     const auto failed = [this](const QByteArray& body, QNetworkReply* reply) {
         logDisplayInfo(
-            failureLogText(HttpFailure::of(body, reply), QStringLiteral("Error Info: ")));
+            failureCauseText(HttpFailure::of(body, reply), QStringLiteral("Error Info: ")));
         getPrivacyVerFromBackup();
     };
     orch()->getPrivacyVerFromMain(
@@ -139,17 +140,26 @@ void DlgLogin::showPrivacy()
 {
     if (findChild<DialogPrivacy*>())
         return;
-    DialogPrivacy dialog(this);
-    dialog.setPrivacyVersion(m_PrivacyVersion);
-    if (dialog.exec() != QDialog::Accepted)
+    const QString shown = m_PrivacyVersion;
+    m_ConnectSlowWarningTimer->stop(); // reading takes its time
+    const QPointer<DialogPrivacy> dialog(new DialogPrivacy(this));
+    dialog->setPrivacyVersion(shown);
+    const bool agreed = dialog->exec() == QDialog::Accepted;
+    if (!dialog)
+        return; // the window has gone while it was open
+    delete dialog;
+    if (!agreed)
         return reject();
 
     activateWindow(); // the fields take the keyboard again
     m_AgreePolicyNow = true;
     ConfigUtil::writeValue(ConfigUtil::AGREE_PRIVACY, 1);
     ConfigUtil::writeValue(ConfigUtil::PRIVACY_VERSION,
-                           m_PrivacyVersion.isEmpty() ? privacyversion::kNewest : m_PrivacyVersion);
+                           shown.isEmpty() ? privacyversion::kNewest : shown);
     logDisplayInfo(QStringLiteral("Agree to privacy policy"));
+
+    if (result() == QDialog::Accepted)
+        return; // the chain went on beside the dialog and has ended the login
 
     const QString mask = savedText(ConfigUtil::PASSWORD);
     const bool savedAccount = !savedText(ConfigUtil::CUSTOMERID).isEmpty() &&
@@ -157,7 +167,6 @@ void DlgLogin::showPrivacy()
                               !(mask.isEmpty() && ui->password->text().isEmpty());
     if (!savedAccount) {
         // The step that asked for the agreement has ended here: Continue starts it again.
-        m_ConnectSlowWarningTimer->stop();
         return _resetAllBtnStyle();
     }
     onBtnLoginEnableChanged();
@@ -171,8 +180,10 @@ void DlgLogin::verifyCustomerId()
 {
     m_verifyingCustomer = true;
     const auto failed = [this](const QByteArray& body, QNetworkReply* reply) {
-        logDisplayInfo(QStringLiteral("Failed to get authentication URL: ") +
-                       failureLogText(HttpFailure::of(body, reply), QStringLiteral(" ")));
+        logDisplayInfo(
+            QStringLiteral("Failed to get authentication URL: %1 statuscode %2 orch "
+                           "return text %3")
+                .arg(reply->errorString(), QString::number(httpStatus(reply)), maskSecrets(body)));
         logDisplayInfo(QStringLiteral("Try to get authentication URL again"));
         verifyCustomerIdUsingBackUrl();
     };

@@ -37,6 +37,7 @@ void DlgLogin::on_backBtn_clicked()
 {
     if (m_pageStack.isEmpty())
         return;
+    m_approvalTimer->stop();
     LOGIN_PAGE previous = DLG_LOGIN_PAGE;
     if (m_curPage == DLG_FORCERESETPASSWORD_PAGE) {
         m_pageStack.clear();
@@ -71,6 +72,7 @@ void DlgLogin::_resetAllBtnStyle()
 {
     ui->btnContinue->setEnabled(true);
     ui->btnContinue->setText(tr("Continue"));
+    ui->btnForgetPasswd->setEnabled(true);
     onBtnLoginEnableChanged();
 }
 
@@ -152,6 +154,7 @@ void DlgLogin::on_autoLoginCheckBox_stateChanged(int state)
 void DlgLogin::on_btnLogin_clicked()
 {
     m_loginBreak = false;
+    m_approvalTimer->stop();
     promptWidge->hidePrompt();
     ui->username->setText(Util::removeUnvisibleUnicode(ui->username->text()));
     ui->password->setText(ui->password->text().trimmed());

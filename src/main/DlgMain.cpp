@@ -175,5 +175,6 @@ void DlgMain::createNetwork()
     if (app && app->getLocalServer()) {
         connect(app->getLocalServer(), &QLocalServer::newConnection, this,
                 &DlgMain::onSingleSocketConnect);
+        onSingleSocketConnect();
     }
 }

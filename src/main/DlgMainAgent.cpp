@@ -19,11 +19,18 @@ void DlgMain::onSingleSocketConnect()
 {
     QLocalServer* const server =
         SingleApp::instance() ? SingleApp::instance()->getLocalServer() : nullptr;
-    QLocalSocket* const socket = server ? server->nextPendingConnection() : nullptr;
-    if (!socket)
+    if (!server)
         return;
-    connect(socket, &QLocalSocket::readyRead, this, &DlgMain::onSingleSocketRead);
-    connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
+    // A copy that was started while the login window was up has left its probe in the queue:
+    // everything that waits is taken.
+    while (QLocalSocket* const socket = server->nextPendingConnection()) {
+        connect(socket, &QLocalSocket::readyRead, this, &DlgMain::onSingleSocketRead);
+        connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
+        if (socket->bytesAvailable() > 0)
+            handleAgentText(QString::fromUtf8(socket->readAll()));
+        if (socket->state() == QLocalSocket::UnconnectedState)
+            socket->deleteLater();
+    }
 }
 
 void DlgMain::onSingleSocketRead()

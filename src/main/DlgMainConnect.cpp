@@ -45,6 +45,8 @@ void DlgMain::onConnectReply(const QByteArray& body)
         logDisplayInfo(tr("Connection canceled during connection orchestrator"));
         return;
     }
+    if (m_curStatus != CONNECTING)
+        return;
     logDisplayInfo(tr("NOTICE Connect event requested successfully"));
     qDebug().noquote() << "Orch result received:" << maskSecrets(body);
 

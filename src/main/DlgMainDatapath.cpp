@@ -16,6 +16,19 @@ namespace {
 
 constexpr int kScriptMs = 30000;
 
+QString savedText(const QString& key)
+{
+    return ConfigUtil::getvalue(key, QString()).toString();
+}
+
+// The script gets the session token as an argument and may repeat it in a message.
+QString withoutToken(const QByteArray& output)
+{
+    QString text = QString::fromLocal8Bit(output);
+    const QString token = savedText(ConfigUtil::TOKEN);
+    return token.isEmpty() ? text : text.replace(token, QStringLiteral("***"));
+}
+
 // Runs the control script and waits for it, at most 30 s on the GUI thread; a script still
 // running then is killed. Returns its exit code; what it said about a failure goes to the log.
 int runScript(const QStringList& arguments)
@@ -26,16 +39,11 @@ int runScript(const QStringList& arguments)
     script.waitForFinished(kScriptMs);
     const int exitCode = script.exitCode();
     if (exitCode != 0) {
-        logDisplayInfo(QString::fromLocal8Bit(script.readAllStandardError()));
-        logDisplayInfo(QString::fromLocal8Bit(script.readAllStandardOutput()));
+        logDisplayInfo(withoutToken(script.readAllStandardError()));
+        logDisplayInfo(withoutToken(script.readAllStandardOutput()));
     }
     script.close();
     return exitCode;
-}
-
-QString savedText(const QString& key)
-{
-    return ConfigUtil::getvalue(key, QString()).toString();
 }
 
 } // namespace

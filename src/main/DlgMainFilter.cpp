@@ -74,7 +74,7 @@ void DlgMain::_checkNeedDownloadIpFilter(const ConnectReply& reply)
 void DlgMain::getBlackAndWhiteList(const QString& url)
 {
     m_curStep = GET_FILTER;
-    sendOrchRequest(*m_NetMgr, orchrequest::filterDocument(url, storedIdentity()));
+    sendForStep(orchrequest::filterDocument(url, storedIdentity()));
 }
 
 void DlgMain::filterAnswered(QNetworkReply* reply)
@@ -83,6 +83,8 @@ void DlgMain::filterAnswered(QNetworkReply* reply)
         logDisplayInfo(tr("Connection canceled during getting filter"));
         return;
     }
+    if (m_curStatus != CONNECTING)
+        return;
     if (reply->isOpen())
         m_FilterJsonRaw = reply->readAll();
     if (httpStatus(reply) != 200 || reply->error() != QNetworkReply::NoError) {

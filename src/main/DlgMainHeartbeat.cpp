@@ -79,6 +79,8 @@ void DlgMain::onHeartBeatSendFailed()
 {
     m_HeartBeatSendFailedTimer->stop();
     m_HeartBeatSendFailed = false;
+    if (!isConnected())
+        return;
     setConnStatus(CONNECTING);
     m_connect2OrchReason = ipc::DisConnNormalReason;
     reConnect(ipc::DisConnAbnormalReason);

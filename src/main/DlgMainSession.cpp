@@ -37,8 +37,22 @@ namespace {
 // The window's property that is true while a reconnect waits for the disconnect notice's answer.
 constexpr char kReconnect[] = "reconnect";
 
+// A reply's property that names the step it was sent in.
+constexpr char kStep[] = "step";
+
 // Time for the last requests to be sent before the program ends.
 constexpr int kEndDelayMs = 100;
+
+// Runs a dialog and deletes it. False when it was declined, and when it went with its window.
+bool runOnce(QDialog* dialog)
+{
+    const QPointer<QDialog> alive(dialog);
+    const bool accepted = dialog->exec() == QDialog::Accepted;
+    if (!alive)
+        return false;
+    delete dialog;
+    return accepted;
+}
 
 } // namespace
 
@@ -46,6 +60,8 @@ constexpr int kEndDelayMs = 100;
 
 void DlgMain::on_btnConnect_clicked()
 {
+    if (m_sessionOver)
+        return;
     switch (m_curStatus) {
     case DISCONNECTION:
         return beginAttempt();
@@ -80,10 +96,9 @@ void DlgMain::beginAttempt()
 bool DlgMain::confirmStop()
 {
     const QPointer<DlgMain> alive(this);
-    dlgStopPrompt prompt(
+    m_PStopPrompt = new dlgStopPrompt(
         tr("Are you sure to stop ") + QLatin1String(product::kName) + QStringLiteral(" ?"), this);
-    m_PStopPrompt = &prompt;
-    const bool accepted = prompt.exec() == QDialog::Accepted;
+    const bool accepted = runOnce(m_PStopPrompt);
     if (!alive)
         return false;
     m_PStopPrompt = nullptr;
@@ -96,10 +111,14 @@ void DlgMain::stopConnection()
     const bool stop = confirmStop();
     if (!alive)
         return;
-    if (stop && m_curStatus == CONNECTION) {
+    if (stop) {
         logDisplayInfo(tr("Manual stop triggered"));
         promptWidge->hidePrompt();
-        disconnect(true, ipc::DisConnNormalReason);
+        setProperty(kReconnect, false); // one that began while the question was open ends here
+        if (m_curStatus == CONNECTION)
+            disconnect(true, ipc::DisConnNormalReason);
+        else
+            abandonAttempt();
     }
     rerunFailedDiagnosis();
 }
@@ -112,8 +131,15 @@ void DlgMain::cancelAttempt()
     promptWidge->hidePrompt();
     if (m_curStatus == CONNECTION)
         return disconnect(true, ipc::DisConnNormalReason);
+    abandonAttempt();
+}
+
+// Ends a running attempt: at once during the wait for the agent, otherwise when its pending step
+// answers.
+void DlgMain::abandonAttempt()
+{
     if (m_curStatus != CONNECTING)
-        return; // the attempt ended while the question was open
+        return; // it ended while the question was open
     m_ClickCancelConnecting = true;
     setConnStatus(DISCONNECTING);
     if (!m_WaitAgentTimer->isActive())
@@ -267,7 +293,7 @@ void DlgMain::disconnect(bool notifyOrch, ipc::DisconnectTypeReason reason)
 void DlgMain::postDisconnectNotice(ipc::DisconnectTypeReason reason)
 {
     const QString authUrl = ConfigUtil::getvalue(ConfigUtil::AUTHURL, QString()).toString();
-    sendOrchRequest(*m_NetMgr, orchrequest::disconnectNotice(authUrl, storedIdentity(), reason));
+    sendForStep(orchrequest::disconnectNotice(authUrl, storedIdentity(), reason));
 }
 
 void DlgMain::reConnect(ipc::DisconnectTypeReason reason)
@@ -277,9 +303,17 @@ void DlgMain::reConnect(ipc::DisconnectTypeReason reason)
     setProperty(kReconnect, true);
 }
 
+void DlgMain::sendForStep(const OrchRequest& request)
+{
+    sendOrchRequest(*m_NetMgr, request)->setProperty(kStep, m_curStep);
+}
+
 void DlgMain::netReply(QNetworkReply* r)
 {
     r->deleteLater();
+    // An answer that comes after its step is over is nobody's any more.
+    if (r->property(kStep).toInt() != m_curStep)
+        return;
     if (m_curStep == DISCONNECT_NOTIFY_ORCH)
         disconnectNoticeAnswered(r);
     else if (m_curStep == GET_FILTER)
@@ -298,8 +332,7 @@ void DlgMain::disconnectNoticeAnswered(QNetworkReply* reply)
         _handle401(body);
     if (property(kReconnect).toBool()) {
         setProperty(kReconnect, false);
-        if (!m_sessionOver)
-            on_btnConnect_clicked();
+        on_btnConnect_clicked();
     }
 }
 
@@ -383,9 +416,7 @@ void DlgMain::quitUI()
 
 void DlgMain::on_btnSwitchAccount_clicked()
 {
-    const QPointer<DlgMain> alive(this);
-    DlgSwitchAcc question(this);
-    if (question.exec() != QDialog::Accepted || !alive)
+    if (!runOnce(new DlgSwitchAcc(this)))
         return;
     logDisplayInfo(tr("Logout"));
     logout(true, false, true, true);
@@ -394,9 +425,8 @@ void DlgMain::on_btnSwitchAccount_clicked()
 void DlgMain::on_btnQuitApp_clicked()
 {
     const QPointer<DlgMain> alive(this);
-    DlgQuit question(this);
-    m_PQuitDlg = &question;
-    const bool accepted = question.exec() == QDialog::Accepted;
+    m_PQuitDlg = new DlgQuit(this);
+    const bool accepted = runOnce(m_PQuitDlg);
     if (!alive)
         return;
     m_PQuitDlg = nullptr;

@@ -85,7 +85,8 @@ void DlgMain::showRates(bool measured)
 
 void DlgMain::updateQuantumUI()
 {
-    const bool shown = (m_EnableQuantum || m_EnablePQC) && m_curMenuItem == MENU_HOME;
+    const bool shown =
+        isConnected() && (m_EnableQuantum || m_EnablePQC) && m_curMenuItem == MENU_HOME;
     ui->labelQuantumText->setText(m_EnableQuantum ? tr("Quantum Encryption Enabled")
                                                   : tr("PQC Encryption Enabled"));
     ui->labelQuantumPic->setVisible(shown);
@@ -138,6 +139,8 @@ void DlgMain::setMobileDetectWidgetVisible(bool visible)
 
 void DlgMain::onCheckIp()
 {
+    if (!isConnected())
+        return;
     const QString address = Util::getNICIp();
     if (address.isEmpty() || m_curClientIp.isEmpty() || address == m_curClientIp)
         return;

@@ -127,12 +127,17 @@ HttpFailure HttpFailure::of(const QByteArray& body, const QNetworkReply* reply)
     return {body, reply->error(), reply->errorString(), httpStatus(reply)};
 }
 
-QString failureLogText(const HttpFailure& failure, const QString& separator)
+QString failureCauseText(const HttpFailure& failure, const QString& separator)
 {
     const auto names = QMetaEnum::fromType<QNetworkReply::NetworkError>();
     return QStringLiteral("Error code: ") + QLatin1String(names.valueToKey(failure.error)) +
            separator + failure.errorString + QStringLiteral(" statuscode ") +
-           QString::number(failure.status) + QStringLiteral(" orch return text ") +
+           QString::number(failure.status);
+}
+
+QString failureLogText(const HttpFailure& failure, const QString& separator)
+{
+    return failureCauseText(failure, separator) + QStringLiteral(" orch return text ") +
            maskSecrets(failure.body);
 }
 

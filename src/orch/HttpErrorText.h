@@ -26,6 +26,9 @@ struct HttpFailure
 /// secrets masked. `separator` stands between the first two.
 QString failureLogText(const HttpFailure& failure, const QString& separator);
 
+/// The same without the body, for the user's activity log.
+QString failureCauseText(const HttpFailure& failure, const QString& separator);
+
 /// Where the texts for the orchestrator's own codes come from.
 struct OrchTexts
 {

@@ -1,6 +1,11 @@
+#include "app/Platform.h"
+#include "dispatch/DispatchTool.h"
 #include "dispatch/FlowText.h"
 #include "dispatch/tarvelinGetFlowStatistics.h"
 
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <arpa/inet.h>
@@ -226,6 +231,44 @@ private slots:
         QCOMPARE(TQ_GetFlowStatisticsInit(), -1);
         Flow flow;
         QCOMPARE(flow.ask(), -1);
+    }
+
+    void captureFolderAnswer_data()
+    {
+        QTest::addColumn<QByteArray>("output");
+        QTest::addColumn<QString>("folder");
+        QTest::newRow("answer") << QByteArray("x\n ##############--\n/tmp/a b\nrest\n")
+                                << "/tmp/a b";
+        QTest::newRow("no second line feed") << QByteArray("##############\n/tmp/a") << "";
+        QTest::newRow("no line feed") << QByteArray("##############") << "";
+        QTest::newRow("no marker") << QByteArray("a\nb\nc\n") << "";
+    }
+
+    void captureFolderAnswer()
+    {
+        QFETCH(QByteArray, output);
+        QTEST(dispatchtool::parseCaptureFolder(output), "folder");
+    }
+
+    // The real shell hands the tool one argument, whatever the folder's name holds.
+    void theShellHandsOverOneArgument()
+    {
+        QTemporaryDir dir(QDir::tempPath() + QStringLiteral("/a $(touch x)`b`\"XXXXXX"));
+        const QString folder = dir.path();
+        platform().programDir = [folder] { return folder; };
+        QFile tool(dir.filePath(QStringLiteral("dispatch")));
+        QVERIFY(tool.open(QIODevice::WriteOnly));
+        tool.write("#!/bin/sh\nprintf '%s|' \"$#\" \"$1\" >> \"$(dirname \"$0\")/calls\"\n");
+        tool.close();
+        tool.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        dispatchtool::run(dispatchtool::captureFolderText(folder));
+        dispatchtool::run(dispatchtool::commandText(dispatchtool::Command::StartEngineCapture));
+        QFile calls(dir.filePath(QStringLiteral("calls")));
+        QVERIFY(calls.open(QIODevice::ReadOnly));
+        QCOMPARE(
+            QString::fromUtf8(calls.readAll()),
+            QStringLiteral("1|set_pcap_dir/%1|1|set_orvek_pcapEnable/engine=0 1|").arg(folder));
+        platform() = Platform();
     }
 
     void tunnelAddress()

@@ -9,6 +9,7 @@
 
 #include <QAction>
 #include <QLabel>
+#include <QLocalServer>
 #include <QLocalSocket>
 #include <QPushButton>
 #include <QTest>
@@ -306,6 +307,27 @@ private slots:
         QTRY_COMPARE(prompt(), QStringLiteral("Firewall is enabled, Veltaro inbound traffic will "
                                               "not pass through the firewall."));
         QCOMPARE(connectText(), QStringLiteral("Stop"));
+    }
+
+    void probesOfSecondCopiesDoNotHideTheAgent()
+    {
+        for (int copy = 0; copy < 3; ++copy) {
+            QLocalSocket probe;
+            probe.connectToServer(m_scene->file(QStringLiteral("UI_SOCKET")));
+            QVERIFY(probe.waitForConnected(1000));
+        }
+        QTRY_VERIFY(SingleApp::instance()->getLocalServer()->hasPendingConnections());
+        openConnected();
+    }
+
+    void aTokenThatTheScriptRepeatsIsMasked()
+    {
+        const QString token = WindowScene::setting(ConfigUtil::TOKEN).toString();
+        behave({{"script_exit", "1"}, {"script_stderr", "usage: -T " + token}});
+        open();
+        QTRY_COMPARE(connectText(), QStringLiteral("Connect"));
+        QVERIFY(m_scene->log().contains(QStringLiteral("usage: -T ***")));
+        QVERIFY(!m_scene->log().contains(token));
     }
 
     void anotherUserLosesTheDatapathsDatabase()
