@@ -1,6 +1,7 @@
 #include "app/ConfigUtil.h"
 #include "app/Platform.h"
 #include "login/DlgLogin.h"
+#include "support/WindowParts.h"
 #include "support/WindowScene.h"
 #include "widgets/WidgetTopPrompt.h"
 
@@ -400,10 +401,7 @@ private:
     template <class Widget>
     Widget* child(const char* name) const
     {
-        auto* found = m_window->findChild<Widget*>(QLatin1String(name));
-        if (!found)
-            qFatal("no %s", name);
-        return found;
+        return part<Widget>(m_window.get(), name);
     }
 
     QLineEdit* field(const char* name) const { return child<QLineEdit>(name); }
@@ -411,14 +409,7 @@ private:
     QTimer* timer(const char* name) const { return child<QTimer>(name); }
     int page() const { return child<QStackedWidget>("stackedWidget")->currentIndex(); }
 
-    QString prompt() const
-    {
-        const auto* top = m_window->findChild<WidgetTopPrompt*>();
-        if (!top->isVisible())
-            return {};
-        QString text = top->findChild<QLabel*>(QStringLiteral("labelText"))->text();
-        return text.remove(QLatin1Char('\n'));
-    }
+    QString prompt() const { return promptText(m_window.get()); }
 
     std::unique_ptr<WindowScene> m_scene;
     std::unique_ptr<DlgLogin> m_window;

@@ -4,6 +4,7 @@
 #include "main/DlgMain.h"
 #include "monitor/MonitorDatapath.h"
 #include "sim/Behaviour.h"
+#include "support/WindowParts.h"
 #include "support/WindowScene.h"
 #include "widgets/WidgetTopPrompt.h"
 
@@ -409,34 +410,19 @@ private:
         QVERIFY(sim::writeBehaviour(m_scene->folder(), behaviour));
     }
 
-    // Lets a timer run out now.
-    void fire(const char* name)
-    {
-        QTimerEvent event(timer(name)->timerId());
-        QCoreApplication::sendEvent(timer(name), &event);
-    }
+    void fire(const char* name) { fireTimer(m_window.get(), name); }
 
     template <class Widget>
     Widget* child(const char* name) const
     {
-        auto* found = m_window->findChild<Widget*>(QLatin1String(name));
-        if (!found)
-            qFatal("no %s", name);
-        return found;
+        return part<Widget>(m_window.get(), name);
     }
 
     QPushButton* button(const char* name) const { return child<QPushButton>(name); }
     QTimer* timer(const char* name) const { return child<QTimer>(name); }
     QString connectText() const { return button("btnConnect")->text(); }
 
-    QString prompt() const
-    {
-        const auto* top = m_window->findChild<WidgetTopPrompt*>();
-        if (!top->isVisible())
-            return {};
-        QString text = top->findChild<QLabel*>(QStringLiteral("labelText"))->text();
-        return text.remove(QLatin1Char('\n'));
-    }
+    QString prompt() const { return promptText(m_window.get()); }
 
     std::unique_ptr<WindowScene> m_scene;
     std::unique_ptr<DlgMain> m_window;

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "widgets/WidgetTopPrompt.h"
+
+#include <QCoreApplication>
+#include <QLabel>
+#include <QTimer>
+#include <QTimerEvent>
+#include <QWidget>
+
+/// Parts of a window under test, found by their object names. A name that is not there ends the
+/// test run: the window has changed and the test with it.
+template <class Part>
+Part* part(const QWidget* window, const char* name)
+{
+    auto* found = window->findChild<Part*>(QLatin1String(name));
+    if (!found)
+        qFatal("no %s", name);
+    return found;
+}
+
+/// The top prompt's text in one line; empty while none is shown.
+inline QString promptText(const QWidget* window)
+{
+    const auto* prompt = window->findChild<WidgetTopPrompt*>();
+    if (!prompt || !prompt->isVisible())
+        return {};
+    return part<QLabel>(prompt, "labelText")->text().remove(QLatin1Char('\n'));
+}
+
+/// Lets a timer of the window run out now.
+inline void fireTimer(const QWidget* window, const char* name)
+{
+    auto* timer = part<QTimer>(window, name);
+    QTimerEvent event(timer->timerId());
+    QCoreApplication::sendEvent(timer, &event);
+}
