@@ -22,7 +22,7 @@ void prepare()
     if (!qEnvironmentVariableIsSet("QT_XCB_GL_INTEGRATION"))
         qputenv("QT_XCB_GL_INTEGRATION", "none");
     // Nobody asks which network the machine is on; looking for changes would wake an idle client.
-    qputenv("QT_BEARER_POLL_TIMEOUT", "-1");
+    qputenv("QT_BEARER_POLL_TIMEOUT", "2000000000"); // ms
     // Qt's own plugin folder alone: the program's folder may be writable for others.
     QCoreApplication::setLibraryPaths({QLibraryInfo::location(QLibraryInfo::PluginsPath)});
 }
