@@ -12,7 +12,7 @@ clang-format --dry-run --Werror "${sources[@]}" || status=1
 
 # A folder may include itself and the folders before it.
 echo "layers"
-layers=(app orch widgets dispatch monitor login main)
+layers=(app orch widgets dispatch monitor maintenance upgrade login main)
 for index in "${!layers[@]}"; do
     folder=${layers[$index]}
     above=$(IFS='|'; echo "${layers[*]:$((index + 1))}")
@@ -27,7 +27,7 @@ if grep -rnE '^#include "(src|tests|sim|bench)/' src; then
     echo "src includes code that is not shipped" >&2
     status=1
 fi
-if grep -rnE '^#include "(app|orch|widgets|dispatch|monitor|login|main)/' sim; then
+if grep -rnE '^#include "(app|orch|widgets|dispatch|monitor|maintenance|upgrade|login|main)/' sim; then
     echo "the simulator includes the client's code" >&2
     status=1
 fi

@@ -20,7 +20,13 @@ Platform::Platform()
           QCoreApplication::quit();
       }),
       arguments(&QCoreApplication::arguments), quit(&QCoreApplication::quit),
-      openUrl(&QDesktopServices::openUrl)
+      openUrl(&QDesktopServices::openUrl),
+      startDetached([](const QString& program, const QProcessEnvironment& environment) {
+          QProcess process;
+          process.setProgram(program);
+          process.setProcessEnvironment(environment);
+          return process.startDetached();
+      })
 {
 }
 

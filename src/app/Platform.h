@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDateTime>
+#include <QProcessEnvironment>
 #include <QString>
 #include <QStringList>
 #include <QUrl>
@@ -38,6 +39,10 @@ struct Platform
 
     /// Opens an address in the desktop's default application.
     std::function<bool(const QUrl&)> openUrl;
+
+    /// Starts a program that outlives this one, without arguments, with this environment.
+    std::function<bool(const QString& program, const QProcessEnvironment& environment)>
+        startDetached;
 
     /// The wall clock as local time.
     QDateTime now() const { return QDateTime::fromMSecsSinceEpoch(clock()); }

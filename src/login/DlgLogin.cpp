@@ -9,6 +9,7 @@
 #include "orch/ErrorCatalogue.h"
 #include "orch/OrchErrRes.h"
 #include "orch/Util.h"
+#include "upgrade/DlgUpgrade.h"
 #include "widgets/Style.h"
 #include "widgets/WidgetTopPrompt.h"
 
@@ -60,6 +61,7 @@ DlgLogin::DlgLogin(QWidget* parent)
     Log::clearLog();
     parseAppArguments();
     startByItself();
+    m_DlgUpgrade = new DlgUpgrade(this, false);
     connectInputs();
 }
 

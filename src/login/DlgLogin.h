@@ -11,11 +11,14 @@
 #include <memory>
 
 class DlgLoginUi;
+class DlgUpgrade;
 class OrchErrRes;
 class QLineEdit;
 class QNetworkReply;
 class QTimer;
 class WidgetTopPrompt;
+struct LoginFailure;
+struct UpgradeReply;
 
 /// The login window: everything from a customer ID to a session token. It is run modally and ends
 /// accepted once a token has been saved, rejected when the user gives up or refuses the privacy
@@ -113,6 +116,7 @@ private:
     void clearTokenAndPass();
     void forgetCredentials();
     void _resetAllBtnStyle();
+    void restoreContinue();
     void offerForgetPassword(bool supported);
     void showError(const QString& text);
 
@@ -131,12 +135,19 @@ private:
     void loadErrorResource(const QString& authUrl);
     void _authConfig(const QString& next);
     void invokeNext(const QString& next);
+    void signoutNotifyOrch(ipc::DisconnectTypeReason reason);
+
+    // Upgrade check and maintenance notices (DlgLoginNotices.cpp)
     void _handleUpgrade(const QByteArray& body);
+    bool offerUpgrade(const UpgradeReply& reply);
+    void forceUpgrade(const QString& url);
+    void openNoticeLater(const LoginFailure& outcome);
+    void _showUpgradeDialog(const QString& text);
     void _queryOrchUpgrade(const std::function<void()>& next);
+    void onMaintenanceNotice(const QByteArray& body, const std::function<void()>& next);
     void onMaintenanceQueryFailed(const QByteArray& body, QNetworkReply* reply,
                                   const std::function<void()>& next);
     void _queryOrchUpgradeWhen502();
-    void signoutNotifyOrch(ipc::DisconnectTypeReason reason);
 
     // Login request and its outcome (DlgLoginAuth.cpp)
     void obtainPubKey();
@@ -174,6 +185,10 @@ private:
     bool m_verifyingCustomer = false; ///< until the public key has been obtained
     bool m_loginInFlight = false;     ///< a login request waits for its answer
     LOGIN_STEP m_Step = PROCESS_AUTH;
+    DlgUpgrade* m_DlgUpgrade = nullptr;
+    QString m_lastCheckVersion; ///< the version that the first counting check offered
+    QString m_releaseNote;      ///< of the version offered last
+    QString m_newVersion;
 
     // Login request state
     QString m_encryptedUserName;

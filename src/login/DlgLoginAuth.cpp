@@ -229,14 +229,15 @@ void DlgLogin::_requestLoginFailedHandler(const QByteArray& body, QNetworkReply*
     m_loginInFlight = false;
     m_ConnectSlowWarningTimer->stop();
     logDisplayInfo(QStringLiteral("Verification failed"));
+    if (httpStatus(reply) == 502)
+        return _queryOrchUpgradeWhen502();
+    if (BindingDemand::fromJson(body).demanded)
+        return endLoginAttempt(errorText(ErrorText::LoginReplyUnusable));
     reportHttpErr(body, reply);
-    const QJsonObject json = JsonUtil::object(body);
-    const int code = JsonUtil::getInt(json, QStringLiteral("code"), 0);
-    const QStringList recoverCodes = JsonUtil::getArrayToStringList(
-        JsonUtil::getObject(json, QStringLiteral("parameters")), QStringLiteral("otpRecoverCode"));
-    if (code == 401 && !recoverCodes.isEmpty())
-        ConfigUtil::writeValue(ConfigUtil::OTP_RECOVER_CODE, recoverCodes);
-    if (code == 1108 || code == 1112)
+    const LoginRefusal refusal = LoginRefusal::fromJson(body);
+    if (!refusal.otpRecoverCode.isEmpty())
+        ConfigUtil::writeValue(ConfigUtil::OTP_RECOVER_CODE, refusal.otpRecoverCode);
+    if (refusal.startAgain)
         startLoginAgain();
     restoreLoginPage();
 }

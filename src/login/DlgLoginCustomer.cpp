@@ -14,13 +14,10 @@
 #include "orch/MaskSecrets.h"
 #include "orch/OrchErrRes.h"
 #include "orch/OrchIpc.h"
-#include "orch/OrchUpgradeReply.h"
 #include "orch/ReplyFacts.h"
 #include "orch/Util.h"
 #include "widgets/WidgetTopPrompt.h"
 
-#include <QCoreApplication>
-#include <QJsonDocument>
 #include <QLabel>
 #include <QLineEdit>
 #include <QNetworkReply>
@@ -197,8 +194,7 @@ void DlgLogin::verifyCustomerIdUsingBackUrl()
 {
     const auto failed = [this](const QByteArray& body, QNetworkReply* reply) {
         m_ConnectSlowWarningTimer->stop();
-        ui->btnContinue->setEnabled(true);
-        ui->btnContinue->setText(tr("Continue"));
+        restoreContinue();
         reportHttpErr(body, reply);
     };
     orch()->verifyCustomerIdUsingBackUrl(
@@ -271,87 +267,6 @@ void DlgLogin::invokeNext(const QString& next)
 {
     if (!next.isEmpty())
         QMetaObject::invokeMethod(this, next.toLatin1().constData(), Qt::QueuedConnection);
-}
-
-// Upgrade check and maintenance query
-
-void DlgLogin::checkUpgrade()
-{
-    const auto failed = [this](const QByteArray& body, QNetworkReply* reply) {
-        const QJsonObject info = JsonUtil::getObject(body, QStringLiteral("errorInfo"));
-        reportHttpErr(info.isEmpty() ? QByteArray() : QJsonDocument(info).toJson(), reply);
-        ui->btnContinue->setEnabled(true);
-        ui->btnContinue->setText(tr("Continue"));
-    };
-    orch()->upgradeCheck(m_CustomerID,
-                         guarded(this, [this](const QByteArray& body) { _handleUpgrade(body); }),
-                         guarded(this, failed));
-}
-
-void DlgLogin::_handleUpgrade(const QByteArray& body)
-{
-    logDisplayDebug(QStringLiteral("orch return:") + maskSecrets(body));
-    _queryOrchUpgrade([this] {
-        changeCurPage(DLG_LOGIN_PAGE);
-        if (!m_loginBreak)
-            authUser();
-    });
-}
-
-void DlgLogin::_queryOrchUpgrade(const std::function<void()>& next)
-{
-    const auto received = [next](const QByteArray& body) {
-        const OrchUpgradeReply notice = parseOrchUpgradeReply(body);
-        qApp->setProperty(appproperty::kOrchUpgradeNoticeTime, notice.noticeTime);
-        next();
-        recordMaintenanceNotice(notice.id);
-    };
-    const auto failed = [this, next](const QByteArray& body, QNetworkReply* reply) {
-        onMaintenanceQueryFailed(body, reply, next);
-    };
-    orch()->queryOrchUpgrade(m_CustomerID, guarded(this, received), guarded(this, failed));
-}
-
-// An orchestrator that does not know the query, or does not answer it, never blocks a login.
-void DlgLogin::onMaintenanceQueryFailed(const QByteArray& body, QNetworkReply* reply,
-                                        const std::function<void()>& next)
-{
-    qDebug("Failed to query ORCH upgrade status");
-    if (httpStatus(reply) == 404) {
-        qDebug("http code(404). This is an older version of orch that does not support "
-               "upgradeNotice, continue the login process");
-        return next();
-    }
-    if (reply->error() == QNetworkReply::OperationCanceledError) {
-        qDebug("http code request `upgradeNotice' timeout.");
-        showConnectionSlowWarning();
-        return next();
-    }
-    m_ConnectSlowWarningTimer->stop();
-    _resetAllBtnStyle();
-    reportHttpErr(body, reply);
-}
-
-void DlgLogin::_queryOrchUpgradeWhen502()
-{
-    const auto received = [this](const QByteArray& body) {
-        const OrchUpgradeReply notice = parseOrchUpgradeReply(body);
-        qApp->setProperty(appproperty::kOrchUpgradeNoticeTime, notice.noticeTime);
-        showError(errorText(ErrorText::UnderMaintenance));
-        m_ConnectSlowWarningTimer->stop();
-        _resetAllBtnStyle();
-        recordMaintenanceNotice(notice.id);
-    };
-    const auto failed = [this](const QByteArray& body, QNetworkReply* reply) {
-        qDebug("Failed to query ORCH upgrade status");
-        if (httpStatus(reply) == 404)
-            showError(errorText(ErrorText::BadGateway));
-        else
-            reportHttpErr(body, reply);
-        m_ConnectSlowWarningTimer->stop();
-        _resetAllBtnStyle();
-    };
-    orch()->queryOrchUpgrade(m_CustomerID, guarded(this, received), guarded(this, failed));
 }
 
 // End of an earlier session

@@ -1,8 +1,23 @@
 // How the login window renders a failed request.
 
 #include "app/LogMarker.h"
+#include "login/DlgBindResult.h"
 #include "login/DlgLogin.h"
 #include "orch/HttpErrorText.h"
+
+#include <QPointer>
+#include <QTimer>
+
+namespace {
+
+void showBindResult(QWidget* window, DlgBindResult::BIND_RESULT type)
+{
+    const QPointer<DlgBindResult> dialog(new DlgBindResult(window, type));
+    dialog->exec();
+    delete dialog;
+}
+
+} // namespace
 
 void DlgLogin::reportHttpErr(const QByteArray& body, QNetworkReply* reply)
 {
@@ -11,6 +26,21 @@ void DlgLogin::reportHttpErr(const QByteArray& body, QNetworkReply* reply)
     const LoginFailure outcome = loginFailure(failure, m_verifyingCustomer, OrchTexts::shared());
     if (outcome.forgetCredentials)
         forgetCredentials();
-    if (outcome.action != LoginFailure::Action::Nothing)
+    openNoticeLater(outcome);
+    if (outcome.action == LoginFailure::Action::ShowText)
         showError(outcome.text);
+}
+
+// A dialog is not opened from within the callback of a request.
+void DlgLogin::openNoticeLater(const LoginFailure& outcome)
+{
+    using Notice = LoginFailure::Notice;
+    if (outcome.notice != Notice::None) {
+        const auto type = outcome.notice == Notice::BindingInProgress
+                              ? DlgBindResult::APPLY_PROCESS
+                              : DlgBindResult::DEVICE_DISABLED;
+        QTimer::singleShot(0, this, [this, type] { showBindResult(this, type); });
+    }
+    if (outcome.action == LoginFailure::Action::OpenUpgrade)
+        QTimer::singleShot(0, this, [this, text = outcome.text] { _showUpgradeDialog(text); });
 }

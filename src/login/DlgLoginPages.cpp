@@ -18,7 +18,8 @@
 
 void DlgLogin::changeCurPage(const LOGIN_PAGE& page)
 {
-    if (m_pageStack.isEmpty() || m_pageStack.top() != m_curPage)
+    const bool stays = page == m_curPage && !m_pageStack.isEmpty(); // nothing to come back to
+    if (!stays && (m_pageStack.isEmpty() || m_pageStack.top() != m_curPage))
         m_pageStack.push(m_curPage);
     showPage(page);
 }
@@ -68,10 +69,15 @@ void DlgLogin::forgetCredentials()
     ConfigUtil::writeValue(ConfigUtil::PASSWORD, QString());
 }
 
-void DlgLogin::_resetAllBtnStyle()
+void DlgLogin::restoreContinue()
 {
     ui->btnContinue->setEnabled(true);
     ui->btnContinue->setText(tr("Continue"));
+}
+
+void DlgLogin::_resetAllBtnStyle()
+{
+    restoreContinue();
     ui->btnForgetPasswd->setEnabled(true);
     onBtnLoginEnableChanged();
 }

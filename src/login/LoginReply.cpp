@@ -1,6 +1,15 @@
 #include "login/LoginReply.h"
 
 #include "orch/JsonUtil.h"
+#include "orch/OrchErrCode.h"
+
+namespace {
+
+// Codes that end the authenticator's step for good.
+constexpr int kOtpStepExpired = 1108;
+constexpr int kOtpStepRefused = 1112;
+
+} // namespace
 
 LoginReply LoginReply::fromJson(const QByteArray& body)
 {
@@ -41,6 +50,33 @@ LoginFollowUp decideLogin(const LoginReply& reply, const QString& otpMiddleToken
     if (!otpMiddleToken.isEmpty())
         return LoginFollowUp::Authenticator;
     return LoginFollowUp::Unusable;
+}
+
+BindingDemand BindingDemand::fromJson(const QByteArray& body)
+{
+    const QJsonObject json = JsonUtil::object(body);
+    BindingDemand demand;
+    demand.demanded =
+        JsonUtil::getInt(json, QStringLiteral("code"), 0) == orchcode::kTokenInvalid &&
+        body.contains("message") && body.contains("mobileBindDevice");
+    const QJsonObject parameters = JsonUtil::getObject(json, QStringLiteral("parameters"));
+    demand.accountName = parameters.value(QLatin1String("accountName")).toString();
+    demand.middleToken = parameters.value(QLatin1String("deviceBindMiddleToken")).toString();
+    return demand;
+}
+
+LoginRefusal LoginRefusal::fromJson(const QByteArray& body)
+{
+    const QJsonObject json = JsonUtil::object(body);
+    const int code = JsonUtil::getInt(json, QStringLiteral("code"), 0);
+    LoginRefusal refusal;
+    if (code == orchcode::kTokenInvalid) {
+        refusal.otpRecoverCode =
+            JsonUtil::getArrayToStringList(JsonUtil::getObject(json, QStringLiteral("parameters")),
+                                           QStringLiteral("otpRecoverCode"));
+    }
+    refusal.startAgain = code == kOtpStepExpired || code == kOtpStepRefused;
+    return refusal;
 }
 
 PollNext decidePoll(int resultCode, int timesLeft)

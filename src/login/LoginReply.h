@@ -41,6 +41,25 @@ enum class LoginFollowUp {
 /// intermediate token in force: the reply's own, or the earlier one while a code is submitted.
 LoginFollowUp decideLogin(const LoginReply& reply, const QString& otpMiddleToken);
 
+/// A refused login that demands that this device be associated with the account first.
+struct BindingDemand
+{
+    bool demanded = false;
+    QString accountName;
+    QString middleToken; ///< secret: allows to ask for the association; empty when it is refused
+
+    static BindingDemand fromJson(const QByteArray& body);
+};
+
+/// What a refused login changes beside its message.
+struct LoginRefusal
+{
+    QStringList otpRecoverCode; ///< secret: new recovery codes to be kept, if any
+    bool startAgain = false;    ///< the authenticator's step is over: back to the login page
+
+    static LoginRefusal fromJson(const QByteArray& body);
+};
+
 /// What follows an answer to an approval poll.
 enum class PollNext { Approved, TimedOut, PollAgain };
 

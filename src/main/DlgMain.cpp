@@ -12,7 +12,9 @@
 #include "main/SessionRules.h"
 #include "monitor/MonitorDatapath.h"
 #include "orch/OrchErrRes.h"
+#include "upgrade/DlgUpgrade.h"
 #include "widgets/Style.h"
+#include "widgets/WidgeAbout.h"
 #include "widgets/WidgetTopPrompt.h"
 
 #include <QAction>
@@ -50,6 +52,7 @@ DlgMain::DlgMain(QWidget* parent)
     checkAndClearDB();
     on_btnConnect_clicked();
     setMobileDetectWidgetVisible(false);
+    createUpgrade();
     connect(monitor::MonitorDatapath::instance(), &monitor::MonitorDatapath::datapathVanished, this,
             &DlgMain::onDatapathVanished);
 }
@@ -177,4 +180,14 @@ void DlgMain::createNetwork()
                 &DlgMain::onSingleSocketConnect);
         onSingleSocketConnect();
     }
+}
+
+void DlgMain::createUpgrade()
+{
+    m_checkUpgradeTimer = makeTimer("m_checkUpgradeTimer", 0, &DlgMain::onNextCheckUpgrade);
+    m_checkUpgradeTimer->setSingleShot(true);
+    m_DlgUpgrade = new DlgUpgrade(this, true);
+    connect(m_DlgUpgrade, &DlgUpgrade::checkAnswered, this, &DlgMain::upgradeNotify);
+    connect(ui->m_AboutWidge, &WidgeAbout::newVersionRequested, this, &DlgMain::popUpgradeDlg);
+    onNextCheckUpgrade();
 }

@@ -3,6 +3,7 @@
 #include "main/ConnectReply.h"
 #include "main/ConnState.h"
 #include "main/FlowRates.h"
+#include "orch/HttpErrorText.h"
 #include "orch/OrchTypes.h"
 
 #include <QDateTime>
@@ -16,6 +17,7 @@
 #include <memory>
 
 class DlgMainUi;
+class DlgUpgrade;
 class DlgQuit;
 class dlgStopPrompt;
 class LogModel;
@@ -84,6 +86,11 @@ public slots:
     void on_btnQuitApp_clicked();
     void netReply(QNetworkReply* r);
 
+    // Upgrade
+    void upgradeNotify(QNetworkReply* reply);
+    void onNextCheckUpgrade();
+    void popUpgradeDlg();
+
     // Pages and window
     void on_toolBtnHome_clicked();
     void on_toolBtnSetting_clicked();
@@ -102,6 +109,7 @@ protected:
     void mouseReleaseEvent(QMouseEvent* event) override;
     bool eventFilter(QObject* object, QEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
 private:
     // Construction, in order (DlgMain.cpp)
@@ -115,6 +123,7 @@ private:
     void createTimers();
     QTimer* makeTimer(const char* name, int milliseconds, void (DlgMain::*slot)());
     void createNetwork();
+    void createUpgrade();
 
     // Session (DlgMainSession.cpp)
     void setConnStatus(CONN_STATUS s);
@@ -132,6 +141,8 @@ private:
     void sendForStep(const OrchRequest& request);
     void disconnectNoticeAnswered(QNetworkReply* reply);
     void _handle401(const QByteArray& document);
+    void endSession(SessionEnd end);
+    void explainAndLogout(SessionEnd end);
     void closeAllPopupDlg();
     void rerunFailedDiagnosis();
     void startDiagnosis(DiagnoseTriggerType type);
@@ -143,13 +154,23 @@ private:
     void showError(const QString& text);
     void showWarning(const QString& text);
 
+    // Upgrade and maintenance notices (DlgMainNotices.cpp)
+    void upgradeAnswered(const QByteArray& body);
+    void upgradeFailed(const QByteArray& body, QNetworkReply* reply);
+    void offerUpgrade();
+    void forceUpgrade();
+    void showHideYellowDot(bool show);
+    void onFocusReturn();
+    void _queryOrchUpgrade();
+    void onMaintenanceNotice(const QByteArray& body);
+    void _queryOrchUpgradeWhen502();
+
     // Connect request (DlgMainConnect.cpp)
     void validateAndConnect(ipc::DisconnectTypeReason reason);
     void onConnectReply(const QByteArray& body);
     void onConnectFailed(const QByteArray& body, QNetworkReply* reply);
     bool saveConfig(const ConnectReply& reply);
     void checkAndClearDB();
-    void _queryOrchUpgradeWhen502();
 
     // IP filter lists (DlgMainFilter.cpp)
     void _getCommServIp();
@@ -223,6 +244,17 @@ private:
     ipc::DisconnectTypeReason m_connect2OrchReason = ipc::DisConnNormalReason;
     QDateTime m_lastReqOrchUpgradeTime;
     qlonglong m_reqOrchInterval = 60; ///< minutes between maintenance queries on focus return
+
+    // Upgrade
+    DlgUpgrade* m_DlgUpgrade = nullptr;
+    QTimer* m_checkUpgradeTimer = nullptr; ///< until the next automatic check
+    bool m_ForceUpgrade = false;
+    QString m_Des; ///< release note of the newest version
+    QString m_NewVersion;
+    QString m_upgradeUrl;
+    int m_CheckInterval = 30; ///< minutes
+    QString lastCheckVersion; ///< the version that the first counting check offered
+    bool m_upgradeDialogOpen = false;
 
     // Values of the connect reply, kept until the next one
     QString m_HeartbeatUrl;

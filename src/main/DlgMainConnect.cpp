@@ -9,7 +9,6 @@
 #include "orch/ErrorCatalogue.h"
 #include "orch/MaskSecrets.h"
 #include "orch/OrchIpc.h"
-#include "orch/OrchUpgradeReply.h"
 #include "orch/ReplyFacts.h"
 #include "orch/Util.h"
 
@@ -110,21 +109,4 @@ void DlgMain::checkAndClearDB()
         logDisplayDebug(QStringLiteral("Failed to clear Datapath DB:") + path);
     ConfigUtil::writeValue(ConfigUtil::OLD_CUSTOMERID, customer);
     ConfigUtil::writeValue(ConfigUtil::OLD_USERNAME, user);
-}
-
-void DlgMain::_queryOrchUpgradeWhen502()
-{
-    const auto received = [this](const QByteArray& body) {
-        showError(errorText(ErrorText::UnderMaintenance));
-        recordMaintenanceNotice(parseOrchUpgradeReply(body).id);
-    };
-    const auto failed = [this](const QByteArray& body, QNetworkReply* reply) {
-        qDebug("Failed to query ORCH upgrade status");
-        if (httpStatus(reply) == 404)
-            showError(errorText(ErrorText::BadGateway));
-        else
-            reportHttpErr(body, reply);
-    };
-    ipc::OrchIpc::instance()->queryOrchUpgrade(savedText(ConfigUtil::CUSTOMERID),
-                                               guarded(this, received), guarded(this, failed));
 }

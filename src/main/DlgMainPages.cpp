@@ -6,6 +6,7 @@
 #include "main/DlgMain.h"
 #include "main/DlgMainUi.h"
 #include "main/widgeChronometer.h"
+#include "upgrade/DlgUpgrade.h"
 #include "widgets/WidgeAbout.h"
 #include "widgets/WidgetSetting.h"
 #include "widgets/WidgetTopPrompt.h"
@@ -88,6 +89,8 @@ void DlgMain::on_toolBtnQuit_clicked()
 void DlgMain::on_btnAbout_clicked()
 {
     showMenu(MENU_ABOUT);
+    ui->m_AboutWidge->startCheck();
+    m_DlgUpgrade->checkUpgrade(true);
 }
 
 void DlgMain::on_btnViewAll_clicked()
@@ -167,15 +170,4 @@ bool DlgMain::eventFilter(QObject* object, QEvent* event)
             m_MouseOverConnect = false;
     }
     return QDialog::eventFilter(object, event);
-}
-
-void DlgMain::focusInEvent(QFocusEvent* event)
-{
-    const QDateTime now = platform().now();
-    const QString format = QStringLiteral("hh:mm:ss.z");
-    logDisplayDebug(QStringLiteral("focus in event triggered, currentTime: ") +
-                    now.toString(format) + QStringLiteral(", last request orch time: ") +
-                    m_lastReqOrchUpgradeTime.toString(format) + QStringLiteral(", devition: ") +
-                    QString::number(m_lastReqOrchUpgradeTime.secsTo(now)));
-    QDialog::focusInEvent(event);
 }

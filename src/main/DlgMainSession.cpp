@@ -18,6 +18,7 @@
 #include "orch/OrchIdentity.h"
 #include "orch/OrchRequests.h"
 #include "orch/ReplyFacts.h"
+#include "widgets/AccountDialogs.h"
 #include "widgets/DlgQuit.h"
 #include "widgets/dlgStopPrompt.h"
 #include "widgets/DlgSwitchAcc.h"
@@ -343,12 +344,11 @@ void DlgMain::_handle401(const QByteArray& document)
     logDisplayDebug(QStringLiteral(" orch return text ") + maskSecrets(document));
     switch (kickout(JsonUtil::object(document))) {
     case Kickout::PasswordChanged:
-        showWindow();
-        return logout(false, false, false, false);
+        return endSession(SessionEnd::PasswordChanged);
     case Kickout::ForcedLogout:
+        return endSession(SessionEnd::ForcedLogout);
     case Kickout::AccountChanged:
-        showWindow();
-        return logout(false, true, false, false);
+        return endSession(SessionEnd::AccountChanged);
     case Kickout::Other:
         return logout(false, true, false, true);
     case Kickout::NoReason:
@@ -365,7 +365,12 @@ void DlgMain::reportHttpErr(const QByteArray& body, QNetworkReply* reply)
     if (outcome.end == SessionEnd::None)
         return showError(outcome.text);
     closeAllPopupDlg();
-    switch (outcome.end) {
+    endSession(outcome.end);
+}
+
+void DlgMain::endSession(SessionEnd end)
+{
+    switch (end) {
     case SessionEnd::None:
     case SessionEnd::LeftToSettings:
         return;
@@ -375,12 +380,27 @@ void DlgMain::reportHttpErr(const QByteArray& body, QNetworkReply* reply)
         return logout(false, true, false, true);
     case SessionEnd::ForcedLogout:
     case SessionEnd::AccountChanged:
-        showWindow();
-        return logout(false, true, false, false);
     case SessionEnd::PasswordChanged:
-        showWindow();
-        return logout(false, false, false, false);
+        return explainAndLogout(end);
     }
+}
+
+// The user is told why before the program starts anew. Whatever ends the session while the
+// explanation is open, the logout comes once.
+void DlgMain::explainAndLogout(SessionEnd end)
+{
+    if (m_sessionOver)
+        return;
+    showWindow();
+    const QPointer<DlgMain> alive(this);
+    if (end == SessionEnd::ForcedLogout)
+        showOrchKickOff(this, ConfigUtil::getvalue(ConfigUtil::USERNAME, QString()).toString());
+    else if (end == SessionEnd::AccountChanged)
+        showLdapChange(this);
+    else
+        showPasswordChanged(this);
+    if (alive)
+        logout(false, end != SessionEnd::PasswordChanged, false, false);
 }
 
 void DlgMain::logout(bool notifyOrch, bool invalidToken, bool isByUser, bool showTipInLoginUI)

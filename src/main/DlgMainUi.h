@@ -35,6 +35,7 @@ public:
     QLabel* labelLogo;
     QLabel* labelUserName;
     QPushButton* btnAbout;
+    QLabel* labelYellowDot; ///< marks btnAbout while a new version is offered
     QPushButton* btnMin;
     QPushButton* btnClose;
 

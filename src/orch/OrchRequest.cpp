@@ -31,6 +31,7 @@ QNetworkReply* sendOrchRequest(QNetworkAccessManager& manager, const OrchRequest
     QNetworkRequest network(httpUrl(request.url));
     network.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
                          QNetworkRequest::ManualRedirectPolicy);
+    network.setAttribute(QNetworkRequest::User, request.userData);
     network.setTransferTimeout(request.timeoutMs);
     for (const auto& header : request.headers)
         network.setRawHeader(header.first, headerValue(header.second));

@@ -4,6 +4,7 @@
 #include <QList>
 #include <QPair>
 #include <QUrl>
+#include <QVariant>
 
 class QNetworkAccessManager;
 class QNetworkReply;
@@ -20,6 +21,8 @@ struct OrchRequest
     QByteArray body; ///< ignored by Get
     /// Longest time without any data in either direction, in milliseconds; 0 for no bound.
     int timeoutMs = 40000;
+    /// The sender's own mark, not sent: comes back as QNetworkRequest::User of the reply.
+    QVariant userData = {};
 };
 
 /// Sends the request and returns its reply, which belongs to the manager until the receiver of

@@ -1,11 +1,9 @@
 #include "orch/OrchUpgradeReply.h"
 
-#include "app/ConfigUtil.h"
 #include "app/Platform.h"
 #include "orch/JsonUtil.h"
 
 #include <QJsonObject>
-#include <QStringList>
 
 OrchUpgradeReply parseOrchUpgradeReply(const QByteArray& body)
 {
@@ -31,13 +29,4 @@ OrchUpgradeReply parseOrchUpgradeReply(const QByteArray& body)
     reply.title = text(chinese ? "title_zh" : "title_en");
     reply.state = text("state");
     return reply;
-}
-
-void recordMaintenanceNotice(const QString& id)
-{
-    QStringList handled =
-        ConfigUtil::getvalue(ConfigUtil::ORCH_UPGRADE_TASK_ID, QStringList()).toStringList();
-    if (!handled.contains(id))
-        handled.append(id);
-    ConfigUtil::writeValue(ConfigUtil::ORCH_UPGRADE_TASK_ID, handled);
 }

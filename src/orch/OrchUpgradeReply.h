@@ -20,6 +20,3 @@ struct OrchUpgradeReply
 
 /// Reads a reply; what is missing or of another type takes its default.
 OrchUpgradeReply parseOrchUpgradeReply(const QByteArray& body);
-
-/// Adds a notice to the settings' list of those already handled.
-void recordMaintenanceNotice(const QString& id);

@@ -2,6 +2,17 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="zh_CN" sourcelanguage="en">
 <context>
+    <name>AccountDialogs</name>
+    <message>
+        <source>The account %1 logged into your device has been forcibly logged out on Orchestrator. For more details, please contact the network administrator.</source>
+        <translation>您设备上登录的账号 %1 已被管理平台强制下线。如需了解详情，请联系网络管理员。</translation>
+    </message>
+    <message>
+        <source>The extension property of your account has changed. Please log in again. If you have any queries, please contact the administrator.</source>
+        <translation>您的账号扩展属性已变更，请重新登录。如有疑问，请联系管理员。</translation>
+    </message>
+</context>
+<context>
     <name>CommonTipsDialog</name>
     <message>
         <source>Confirm</source>
@@ -43,6 +54,25 @@
     </message>
 </context>
 <context>
+    <name>DlgBindResult</name>
+    <message>
+        <source>Your device association request has been received. Please be patient as we process your request. Thank you.</source>
+        <translation>您的设备关联申请已收到，请耐心等待处理，谢谢。</translation>
+    </message>
+    <message>
+        <source>Failed to send the device association request. Please try again.</source>
+        <translation>设备关联申请发送失败，请重试。</translation>
+    </message>
+    <message>
+        <source>We are currently processing your request to associate your device. Please wait patiently. Thank you for your understanding.</source>
+        <translation>您的设备关联申请正在处理中，请耐心等待，感谢您的理解。</translation>
+    </message>
+    <message>
+        <source>Your device is no longer permitted to access Veltaro</source>
+        <translation>您的设备已不允许访问 Veltaro</translation>
+    </message>
+</context>
+<context>
     <name>DlgChangePassPrompt</name>
     <message>
         <source>Change Password</source>
@@ -59,6 +89,29 @@
     <message>
         <source>Password has been reset, please contact the admin to obtain a new password and login again</source>
         <translation>密码已被重置，请联系管理员获取新密码后重新登录</translation>
+    </message>
+</context>
+<context>
+    <name>DlgForceUpgrade</name>
+    <message>
+        <source>Release note</source>
+        <translation>版本说明</translation>
+    </message>
+    <message>
+        <source>Upgrade</source>
+        <translation>立即升级</translation>
+    </message>
+    <message>
+        <source>Discover A New Version V</source>
+        <translation>发现新版本 V</translation>
+    </message>
+    <message>
+        <source>Your client is outdated, please update it to the latest version and login again. Notice: You will be automatically logged out once you close current popup box.</source>
+        <translation>您的客户端版本过低，请更新到最新版本后重新登录。注意：关闭本弹窗后，您将自动退出登录。</translation>
+    </message>
+    <message>
+        <source>Your client is outdated, please update it to the latest version and login again.</source>
+        <translation>您的客户端版本过低，请更新到最新版本后重新登录。</translation>
     </message>
 </context>
 <context>
@@ -126,6 +179,10 @@
     <message>
         <source>Log in</source>
         <translation>登录</translation>
+    </message>
+    <message>
+        <source>Your client is outdated, please update it to the latest version.</source>
+        <translation>您的客户端版本过低，请更新到最新版本。</translation>
     </message>
 </context>
 <context>
@@ -380,6 +437,10 @@ Intranet Mode</source>
         <source> Connect Mode:Intranet</source>
         <translation> 连接模式：内网模式</translation>
     </message>
+    <message>
+        <source>A new version is available</source>
+        <translation>有新版本可用</translation>
+    </message>
 </context>
 <context>
     <name>DlgQuit</name>
@@ -405,6 +466,29 @@ Intranet Mode</source>
     <message>
         <source>This operation will clear the saved password of the current account.</source>
         <translation>此操作将清除当前账号已保存的密码。</translation>
+    </message>
+</context>
+<context>
+    <name>DlgUpgrade</name>
+    <message>
+        <source>Upgrade</source>
+        <translation>立即升级</translation>
+    </message>
+    <message>
+        <source>Later</source>
+        <translation>稍后</translation>
+    </message>
+    <message>
+        <source>Skip This Version</source>
+        <translation>跳过此版本</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation type="unfinished">关闭</translation>
+    </message>
+    <message>
+        <source>Discover A New Version V</source>
+        <translation>发现新版本 V</translation>
     </message>
 </context>
 <context>
@@ -579,6 +663,29 @@ Intranet Mode</source>
     <message>
         <source>Failed to remove old log file</source>
         <translation>删除旧日志文件失败</translation>
+    </message>
+</context>
+<context>
+    <name>OrchUpgradeDialog</name>
+    <message>
+        <source>Dear customer, we will be performing a scheduled maintenance and upgrade for improved performance on our platform. During this time, your application may have seen a brief drop in connectivity for a while.&lt;br&gt;&lt;br&gt;&lt;b&gt;Maintenance Time&lt;/b&gt;&lt;br&gt;&lt;font color=&quot;%1&quot;&gt;Start time: %2&lt;br&gt;End time: %3&lt;/font&gt;&lt;br&gt;&lt;br&gt;We apologize for the inconvenience, and if possible request that you refrain from using our application to avoid any disruption caused. And we sincerely appreciate your understanding and cooperation. If you have any questions or need assistance during the time, please do not hesitate to contact our technical support team.</source>
+        <translation>尊敬的客户，为提升平台性能，我们将进行计划内的维护升级。在此期间，您的应用可能会出现短暂的网络中断。&lt;br&gt;&lt;br&gt;&lt;b&gt;维护时间&lt;/b&gt;&lt;br&gt;&lt;font color=&quot;%1&quot;&gt;开始时间：%2&lt;br&gt;结束时间：%3&lt;/font&gt;&lt;br&gt;&lt;br&gt;给您带来不便，敬请谅解。如有可能，请在此期间暂停使用本应用，以免受到影响。衷心感谢您的理解与配合。如有任何疑问或需要帮助，请随时联系我们的技术支持团队。</translation>
+    </message>
+    <message>
+        <source>Dear customer, we are currently performing a scheduled maintenance and upgrade for improved performance on our platform. During this time, your application may have seen a brief drop in connectivity for a while.&lt;br&gt;&lt;br&gt;&lt;b&gt;Maintenance Time&lt;/b&gt;&lt;br&gt;&lt;font color=&quot;%1&quot;&gt;Start time: %2&lt;br&gt;End time: %3&lt;/font&gt;&lt;br&gt;&lt;br&gt;We apologize for the inconvenience, and if possible request that you refrain from using our application to avoid any disruption caused. And we sincerely appreciate your understanding and cooperation. If you have any questions or need assistance during the time, please do not hesitate to contact our technical support team.</source>
+        <translation>尊敬的客户，为提升平台性能，我们正在进行计划内的维护升级。在此期间，您的应用可能会出现短暂的网络中断。&lt;br&gt;&lt;br&gt;&lt;b&gt;维护时间&lt;/b&gt;&lt;br&gt;&lt;font color=&quot;%1&quot;&gt;开始时间：%2&lt;br&gt;结束时间：%3&lt;/font&gt;&lt;br&gt;&lt;br&gt;给您带来不便，敬请谅解。如有可能，请在此期间暂停使用本应用，以免受到影响。衷心感谢您的理解与配合。如有任何疑问或需要帮助，请随时联系我们的技术支持团队。</translation>
+    </message>
+    <message>
+        <source>Maintenance Notifications for App Service</source>
+        <translation>应用服务维护通知</translation>
+    </message>
+    <message>
+        <source>Maintenance and Upgrade Notifications for the App System</source>
+        <translation>应用系统维护升级通知</translation>
+    </message>
+    <message>
+        <source>Confirm</source>
+        <translation type="unfinished">确定</translation>
     </message>
 </context>
 <context>

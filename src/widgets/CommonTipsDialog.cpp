@@ -39,6 +39,17 @@ void CommonTipsDialog::setContentText(const QString& text)
     setAccessibleName(text);
 }
 
+void CommonTipsDialog::setCompact(int width, int minimumHeight)
+{
+    layout()->setContentsMargins(20, 16, 20, 12);
+    contentWidget()->layout()->setContentsMargins(0, 8, 0, 0);
+    contentWidget()->layout()->setSpacing(10);
+    const int textWidth = width - 40;
+    m_contentLabel->ensurePolished(); // its font decides the height
+    m_contentLabel->setFixedSize(textWidth, m_contentLabel->heightForWidth(textWidth));
+    setFixedSize(width, qMax(minimumHeight, layout()->minimumSize().height()));
+}
+
 void CommonTipsDialog::showEvent(QShowEvent* event)
 {
     OtpBaseDlg::showEvent(event);

@@ -15,6 +15,10 @@ public:
     /// The notice; plain text, wrapped at words.
     void setContentText(const QString& text);
 
+    /// Makes the dialog `width` wide and at least `minimumHeight` high, with less space around
+    /// its text; call once the text is set.
+    void setCompact(int width, int minimumHeight);
+
 protected:
     void showEvent(QShowEvent* event) override;
 
