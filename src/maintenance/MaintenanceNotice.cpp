@@ -59,7 +59,7 @@ bool chineseTimes(const QString& lcTime, bool chineseSystem)
 QString noticeTime(qlonglong moment, bool chinese)
 {
     const QString format =
-        chinese ? QStringLiteral(u"yyyy年M月d日，hh:mm") : QStringLiteral("MMM d, yyyy hh:mm");
+        chinese ? QStringLiteral("yyyy年M月d日，hh:mm") : QStringLiteral("MMM d, yyyy hh:mm");
     return QLocale::c().toString(QDateTime::fromMSecsSinceEpoch(moment), format);
 }
 

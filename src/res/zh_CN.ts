@@ -5,7 +5,7 @@
     <name>AccountDialogs</name>
     <message>
         <source>The account %1 logged into your device has been forcibly logged out on Orchestrator. For more details, please contact the network administrator.</source>
-        <translation>您设备上登录的账号 %1 已被管理平台强制下线。如需了解详情，请联系网络管理员。</translation>
+        <translation>您设备上登录的账号 %1 已被控制器强制下线。如需了解详情，请联系网络管理员。</translation>
     </message>
     <message>
         <source>The extension property of your account has changed. Please log in again. If you have any queries, please contact the administrator.</source>
@@ -484,7 +484,7 @@ Intranet Mode</source>
     </message>
     <message>
         <source>Close</source>
-        <translation type="unfinished">关闭</translation>
+        <translation>关闭</translation>
     </message>
     <message>
         <source>Discover A New Version V</source>
@@ -685,7 +685,7 @@ Intranet Mode</source>
     </message>
     <message>
         <source>Confirm</source>
-        <translation type="unfinished">确定</translation>
+        <translation>确定</translation>
     </message>
 </context>
 <context>

@@ -17,6 +17,18 @@ struct Texts
     Q_DECLARE_TR_FUNCTIONS(AccountDialogs)
 };
 
+// A name has no spaces: it may break after any character.
+QString breakable(const QString& name)
+{
+    QString text;
+    for (const QChar c : name) {
+        text += c;
+        if (!c.isHighSurrogate())
+            text += QChar(0x200b); // zero width space
+    }
+    return text;
+}
+
 // A dialog can go with its window while it runs.
 void runAndDelete(QDialog* dialog)
 {
@@ -40,7 +52,7 @@ void showOrchKickOff(QWidget* parent, const QString& username)
     showTip(parent, Texts::tr("The account %1 logged into your device has been forcibly logged out "
                               "on Orchestrator. For more details, please contact the network "
                               "administrator.")
-                        .arg(username));
+                        .arg(breakable(username)));
 }
 
 void showLdapChange(QWidget* parent)

@@ -44,14 +44,18 @@ void CommonTipsDialog::setCompact(int width, int minimumHeight)
     layout()->setContentsMargins(20, 16, 20, 12);
     contentWidget()->layout()->setContentsMargins(0, 8, 0, 0);
     contentWidget()->layout()->setSpacing(10);
-    const int textWidth = width - 40;
-    m_contentLabel->ensurePolished(); // its font decides the height
-    m_contentLabel->setFixedSize(textWidth, m_contentLabel->heightForWidth(textWidth));
-    setFixedSize(width, qMax(minimumHeight, layout()->minimumSize().height()));
+    m_contentLabel->setFixedWidth(width - 40);
+    m_compactSize = QSize(width, minimumHeight);
 }
 
 void CommonTipsDialog::showEvent(QShowEvent* event)
 {
     OtpBaseDlg::showEvent(event);
+    if (m_compactSize.isValid()) {
+        // Only now has the label the font that its height depends on.
+        m_contentLabel->setFixedHeight(m_contentLabel->heightForWidth(m_contentLabel->width()));
+        setFixedSize(m_compactSize.width(),
+                     qMax(m_compactSize.height(), layout()->minimumSize().height()));
+    }
     centerOver(this, m_Parent);
 }

@@ -16,7 +16,7 @@ public:
     void setContentText(const QString& text);
 
     /// Makes the dialog `width` wide and at least `minimumHeight` high, with less space around
-    /// its text; call once the text is set.
+    /// its text.
     void setCompact(int width, int minimumHeight);
 
 protected:
@@ -25,4 +25,5 @@ protected:
 private:
     QLabel* m_contentLabel;
     QWidget* m_Parent;
+    QSize m_compactSize; ///< width and least height; invalid: as large as the text wants
 };

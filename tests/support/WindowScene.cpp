@@ -3,6 +3,7 @@
 #include "app/ConfigUtil.h"
 #include "app/Log.h"
 #include "app/Platform.h"
+#include "orch/OrchErrRes.h"
 #include "orch/OrchIpc.h"
 #include "orch/Util.h"
 
@@ -15,6 +16,7 @@
 
 WindowScene::WindowScene()
 {
+    OrchErrRes::release(); // error texts of an earlier scene
     ConfigUtil::createConfigPath();
     QFile::resize(ConfigUtil::getConfigPath() + QStringLiteral("setting.conf"), 0);
     const QString path = m_folder.path();

@@ -183,6 +183,41 @@ private slots:
         QTEST(decideLogin(reply, reply.otpMiddleToken), "followUp");
     }
 
+    void refusals_data()
+    {
+        QTest::addColumn<QByteArray>("body");
+        QTest::addColumn<QString>("outcome"); // binding token, recovery codes, start again
+        QTest::newRow("binding demanded")
+            << QByteArray(R"({"code":401,"message":"mobileBindDevice",)"
+                          R"("parameters":{"accountName":"a","deviceBindMiddleToken":"b"}})")
+            << "bind a/b";
+        QTest::newRow("binding without token")
+            << QByteArray(R"({"code":401,"message":"x","type":"mobileBindDevice"})") << "bind /";
+        QTest::newRow("another code")
+            << QByteArray(R"({"code":402,"message":"mobileBindDevice"})") << "";
+        QTest::newRow("no message") << QByteArray(R"({"code":401,"a":"mobileBindDevice"})") << "";
+        QTest::newRow("recovery codes")
+            << QByteArray(R"({"code":401,"parameters":{"otpRecoverCode":["1","2"]}})") << "1,2";
+        QTest::newRow("recovery codes of another refusal")
+            << QByteArray(R"({"code":400,"parameters":{"otpRecoverCode":["1"]}})") << "";
+        QTest::newRow("1108") << QByteArray(R"({"code":1108})") << "again";
+        QTest::newRow("1112") << QByteArray(R"({"code":1112})") << "again";
+        QTest::newRow("no JSON") << QByteArray("mobileBindDevice message 401") << "";
+    }
+
+    void refusals()
+    {
+        QFETCH(QByteArray, body);
+        const BindingDemand demand = BindingDemand::fromJson(body);
+        const LoginRefusal refusal = LoginRefusal::fromJson(body);
+        QString outcome = refusal.otpRecoverCode.join(QLatin1Char(','));
+        if (demand.demanded)
+            outcome += "bind " + demand.accountName + "/" + demand.middleToken;
+        if (refusal.startAgain)
+            outcome += "again";
+        QTEST(outcome, "outcome");
+    }
+
     void changingThePasswordIsAllowedUnlessForbidden()
     {
         QVERIFY(LoginReply::fromJson("{}").allowChangePass);

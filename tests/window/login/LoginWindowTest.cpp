@@ -1,20 +1,7 @@
-#include "app/ConfigUtil.h"
-#include "app/Platform.h"
-#include "login/DlgLogin.h"
-#include "support/WindowParts.h"
-#include "support/WindowScene.h"
-#include "widgets/WidgetTopPrompt.h"
+#include "window/login/LoginScene.h"
 
 #include <QCheckBox>
-#include <QFile>
 #include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QStackedWidget>
-#include <QTest>
-#include <QTimer>
-
-#include <memory>
 
 using sim::Fault;
 
@@ -24,11 +11,11 @@ class LoginWindowTest : public QObject
     Q_OBJECT
 
 private slots:
-    void init() { m_scene = std::make_unique<WindowScene>(); }
+    void init() { m_scene = std::make_unique<LoginScene>(); }
 
     void cleanup()
     {
-        m_window.reset();
+        m_scene->window.reset();
         const QStringList violations = m_scene->service.violations();
         m_scene.reset();
         QCOMPARE(violations.join(QLatin1Char('\n')), QString());
@@ -37,22 +24,22 @@ private slots:
     void firstStart()
     {
         ModalGuard privacy("DialogPrivacy", [](QDialog* dialog) { dialog->accept(); });
-        open();
+        m_scene->open();
         QTRY_VERIFY(privacy.seen());
         QTRY_COMPARE(setting(ConfigUtil::AGREE_PRIVACY).toInt(), 1);
         QCOMPARE(setting(ConfigUtil::PRIVACY_VERSION).toString(), QStringLiteral("newest"));
 
-        continueWith(m_scene->customer);
-        QTRY_COMPARE(page(), int(DlgLogin::DLG_LOGIN_PAGE));
+        m_scene->continueWith(m_scene->customer);
+        QTRY_COMPARE(m_scene->page(), int(DlgLogin::DLG_LOGIN_PAGE));
         QCOMPARE(setting(ConfigUtil::PRIVACY_VERSION).toString(),
                  m_scene->service.scenario().privacyVersion);
         QCOMPARE(setting(ConfigUtil::CUSTOMERID).toString(), QStringLiteral("1001"));
         QCOMPARE(setting(ConfigUtil::AUTHURL).toString(), m_scene->service.authUrl());
 
-        child<QCheckBox>("autoLoginCheckBox")->click();
-        QVERIFY(child<QCheckBox>("remePwCheckBox")->isChecked());
-        logInWith(m_scene->username, m_scene->password);
-        QTRY_COMPARE(m_window->result(), int(QDialog::Accepted));
+        part<QCheckBox>(m_scene->window.get(), "autoLoginCheckBox")->click();
+        QVERIFY(part<QCheckBox>(m_scene->window.get(), "remePwCheckBox")->isChecked());
+        m_scene->logInByHand();
+        QTRY_COMPARE(m_scene->accepted(), true);
         QCOMPARE(setting(ConfigUtil::TOKEN).toString(),
                  m_scene->service.sessions().constFirst().token);
         QCOMPARE(setting(ConfigUtil::PASSWORD).toString(), QStringLiteral("************"));
@@ -64,25 +51,25 @@ private slots:
     void declinedPrivacyEndsTheWindow()
     {
         ModalGuard privacy("DialogPrivacy", [](QDialog* dialog) { dialog->reject(); });
-        open();
-        QTRY_VERIFY(!m_window->isVisible());
-        QCOMPARE(m_window->result(), int(QDialog::Rejected));
+        m_scene->open();
+        QTRY_VERIFY(!m_scene->window->isVisible());
+        QCOMPARE(m_scene->window->result(), int(QDialog::Rejected));
         QVERIFY(setting(ConfigUtil::AGREE_PRIVACY).isNull());
     }
 
     void aNewerAgreementIsAskedForAgain()
     {
-        agreed(QStringLiteral("20200101"));
+        m_scene->agreed(QStringLiteral("20200101"));
         ModalGuard privacy("DialogPrivacy", [](QDialog* dialog) {
             QVERIFY(!dialog->findChild<QLabel*>("updateLabel")->text().isEmpty());
             dialog->accept();
         });
-        open();
-        continueWith(m_scene->customer);
+        m_scene->open();
+        m_scene->continueWith(m_scene->customer);
         QTRY_VERIFY(privacy.seen());
-        QTRY_VERIFY(button("btnContinue")->isEnabled());
-        button("btnContinue")->click();
-        QTRY_COMPARE(page(), int(DlgLogin::DLG_LOGIN_PAGE));
+        QTRY_VERIFY(m_scene->button("btnContinue")->isEnabled());
+        m_scene->button("btnContinue")->click();
+        QTRY_COMPARE(m_scene->page(), int(DlgLogin::DLG_LOGIN_PAGE));
     }
 
     void paddings_data()
@@ -96,9 +83,9 @@ private slots:
     {
         QFETCH(QVector<int>, types);
         m_scene->service.edit([&](sim::Scenario& scenario) { scenario.rsaTypes = types; });
-        toLoginPage();
-        logInWith(m_scene->username, m_scene->password);
-        QTRY_COMPARE(m_window->result(), int(QDialog::Accepted));
+        m_scene->toLoginPage();
+        m_scene->logInByHand();
+        QTRY_COMPARE(m_scene->accepted(), true);
         const QJsonObject body = m_scene->service.lastRequest("/api/mobile/v2/auth").json();
         QCOMPARE(body.value("rsaType").toInt(), types.contains(1) ? 1 : 0);
         QVERIFY(!body.contains("password") && !body.contains("accountName"));
@@ -107,20 +94,20 @@ private slots:
     void anAccountWithoutKeyLogsInPlainly()
     {
         m_scene->customer = QStringLiteral("2002");
-        toLoginPage();
-        logInWith(QStringLiteral("bob"), QStringLiteral("Plain-text2"));
-        QTRY_COMPARE(m_window->result(), int(QDialog::Accepted));
+        m_scene->toLoginPage();
+        m_scene->logInWith(QStringLiteral("bob"), QStringLiteral("Plain-text2"));
+        QTRY_COMPARE(m_scene->accepted(), true);
         QVERIFY(!m_scene->log().contains(QStringLiteral("Plain-text2")));
     }
 
     void approvalIsPolledFor()
     {
-        toLoginPage();
-        logInWith(QStringLiteral("carol@acme.example"), QStringLiteral("Wait-a-bit3"));
-        QTRY_VERIFY(timer("m_approvalTimer")->isActive());
-        QVERIFY(!button("btnLogin")->isEnabled());
-        timer("m_approvalTimer")->start(0);
-        QTRY_COMPARE(m_window->result(), int(QDialog::Accepted));
+        m_scene->toLoginPage();
+        m_scene->logInWith(QStringLiteral("carol@acme.example"), QStringLiteral("Wait-a-bit3"));
+        QTRY_VERIFY(m_scene->timer("m_approvalTimer")->isActive());
+        QVERIFY(!m_scene->button("btnLogin")->isEnabled());
+        m_scene->timer("m_approvalTimer")->start(0);
+        QTRY_COMPARE(m_scene->accepted(), true);
         QCOMPARE(m_scene->service.count("/api/mobile/v2/auth/result"), 2);
         QCOMPARE(m_scene->service.count("/api/mobile/v2/auth"), 2);
     }
@@ -128,18 +115,18 @@ private slots:
     void approvalThatNeverComesTimesOut()
     {
         m_scene->service.edit([](sim::Scenario& scenario) { scenario.approvalTimes = 1; });
-        toLoginPage();
-        logInWith(QStringLiteral("carol@acme.example"), QStringLiteral("Wait-a-bit3"));
-        QTRY_VERIFY(prompt().startsWith(QStringLiteral("6039 ")));
-        QVERIFY(button("btnLogin")->isEnabled());
+        m_scene->toLoginPage();
+        m_scene->logInWith(QStringLiteral("carol@acme.example"), QStringLiteral("Wait-a-bit3"));
+        QTRY_VERIFY(m_scene->prompt().startsWith(QStringLiteral("6039 ")));
+        QVERIFY(m_scene->button("btnLogin")->isEnabled());
         QCOMPARE(m_scene->service.count("/api/mobile/v2/auth/result"), 1);
     }
 
     void aSavedAccountLogsInByItself()
     {
         m_scene->logIn();
-        open();
-        QTRY_COMPARE(m_window->result(), int(QDialog::Accepted));
+        m_scene->open();
+        QTRY_COMPARE(m_scene->accepted(), true);
         const QJsonObject body = m_scene->service.lastRequest("/api/mobile/v2/auth").json();
         QVERIFY(body.value("automaticLogin").toBool());
         QVERIFY(!body.contains("password") && !body.contains("encryptPassword"));
@@ -149,13 +136,13 @@ private slots:
     {
         m_scene->logIn();
         ConfigUtil::writeValue(ConfigUtil::AUTO_LOGIN, 0);
-        open();
-        QTRY_COMPARE(page(), int(DlgLogin::DLG_LOGIN_PAGE));
-        QTRY_VERIFY(button("btnLogin")->isEnabled());
+        m_scene->open();
+        QTRY_COMPARE(m_scene->page(), int(DlgLogin::DLG_LOGIN_PAGE));
+        QTRY_VERIFY(m_scene->button("btnLogin")->isEnabled());
         QCOMPARE(m_scene->service.count("/api/mobile/v2/auth"), 0);
         // Another username makes the saved credentials worthless, once.
-        QTest::keyClick(field("username"), Qt::Key_X);
-        QCOMPARE(field("password")->text(), QString());
+        QTest::keyClick(m_scene->field("username"), Qt::Key_X);
+        QCOMPARE(m_scene->field("password")->text(), QString());
         QCOMPARE(setting(ConfigUtil::TOKEN).toString(), QString());
     }
 
@@ -163,9 +150,9 @@ private slots:
     {
         m_scene->logIn();
         ConfigUtil::writeValue(ConfigUtil::USERNAME, QString()); // keeps the chain from starting
-        open();
-        continueWith(QStringLiteral("2002"));
-        QTRY_COMPARE(page(), int(DlgLogin::DLG_LOGIN_PAGE));
+        m_scene->open();
+        m_scene->continueWith(QStringLiteral("2002"));
+        QTRY_COMPARE(m_scene->page(), int(DlgLogin::DLG_LOGIN_PAGE));
         QCOMPARE(setting(ConfigUtil::TOKEN).toString(), QString());
         QCOMPARE(setting(ConfigUtil::PASSWORD).toString(), QString());
     }
@@ -175,18 +162,18 @@ private slots:
         m_scene->logIn();
         ConfigUtil::writeValue(ConfigUtil::REMEMBER_PASSWORD, 0);
         ConfigUtil::writeValue(ConfigUtil::AUTO_LOGIN, 0);
-        open();
+        m_scene->open();
         QCOMPARE(setting(ConfigUtil::TOKEN).toString(), QString());
-        QCOMPARE(field("password")->text(), QString());
-        QTRY_COMPARE(page(), int(DlgLogin::DLG_LOGIN_PAGE));
+        QCOMPARE(m_scene->field("password")->text(), QString());
+        QTRY_COMPARE(m_scene->page(), int(DlgLogin::DLG_LOGIN_PAGE));
     }
 
     void aDamagedTokenIsErased()
     {
         m_scene->logIn();
         ConfigUtil::writeValue(ConfigUtil::TOKEN, QStringLiteral("bad token!"));
-        open();
-        QVERIFY(prompt().startsWith(QStringLiteral("6050 ")));
+        m_scene->open();
+        QVERIFY(m_scene->prompt().startsWith(QStringLiteral("6050 ")));
         QCOMPARE(setting(ConfigUtil::USERNAME).toString(), QString());
         QVERIFY(!m_scene->log().contains(QStringLiteral("bad token!")));
     }
@@ -212,9 +199,9 @@ private slots:
         m_scene->logIn();
         ConfigUtil::writeValue(ConfigUtil::USERNAME, QString()); // keeps the chain from starting
         platform().arguments = [arguments] { return arguments.split(QLatin1Char(' ')); };
-        open();
-        QTEST(page(), "page");
-        QVERIFY(message.isEmpty() || prompt().startsWith(message));
+        m_scene->open();
+        QTEST(m_scene->page(), "page");
+        QVERIFY(message.isEmpty() || m_scene->prompt().startsWith(message));
         if (signoutReason == 0)
             return;
         QTRY_COMPARE(m_scene->service.count("/api/mobile/v2/signout"), 1);
@@ -251,25 +238,25 @@ private slots:
         QFETCH(int, status);
         QFETCH(QByteArray, body);
         QFETCH(QString, message);
-        toLoginPage();
+        m_scene->toLoginPage();
         Fault fault = Fault::withBody(body);
         fault.status = status;
         m_scene->service.setFault(path, fault);
-        logInWith(m_scene->username, m_scene->password);
-        QTRY_VERIFY(m_window->findChild<WidgetTopPrompt*>()->isVisible());
-        QVERIFY2(prompt().startsWith(message), qPrintable(prompt()));
-        QTRY_VERIFY(button("btnLogin")->isEnabled());
+        m_scene->logInByHand();
+        QTRY_VERIFY(m_scene->window->findChild<WidgetTopPrompt*>()->isVisible());
+        QVERIFY2(m_scene->prompt().startsWith(message), qPrintable(m_scene->prompt()));
+        QTRY_VERIFY(m_scene->button("btnLogin")->isEnabled());
         QCOMPARE(setting(ConfigUtil::CUSTOMERID).toString(), QStringLiteral("1001"));
-        QVERIFY(!timer("m_ConnectSlowWarningTimer")->isActive());
+        QVERIFY(!m_scene->timer("m_ConnectSlowWarningTimer")->isActive());
     }
 
     void anUnusableKeyCountsAsNone()
     {
-        toLoginPage();
+        m_scene->toLoginPage();
         m_scene->service.setFault(QStringLiteral("/s/mobile/pubkey/obtain"),
                                   Fault::withBody(R"({"code":0,"key":"bm8ga2V5","rsaType":[1]})"));
-        logInWith(m_scene->username, m_scene->password);
-        QTRY_COMPARE(m_window->result(), int(QDialog::Accepted));
+        m_scene->logInByHand();
+        QTRY_COMPARE(m_scene->accepted(), true);
         QVERIFY(m_scene->service.lastRequest("/api/mobile/v2/auth").json().contains("accountName"));
         QVERIFY(!m_scene->log().contains(m_scene->password));
     }
@@ -278,18 +265,18 @@ private slots:
     {
         m_scene->service.setFault(QStringLiteral("/api/mobile/v2/upgradeNotice"),
                                   Fault::withStatus(404));
-        toLoginPage();
-        logInWith(m_scene->username, m_scene->password);
-        QTRY_COMPARE(m_window->result(), int(QDialog::Accepted));
+        m_scene->toLoginPage();
+        m_scene->logInByHand();
+        QTRY_COMPARE(m_scene->accepted(), true);
     }
 
     void theBackupServerStandsIn()
     {
-        agreed(m_scene->service.scenario().privacyVersion);
+        m_scene->agreed();
         m_scene->service.stopEnd(sim::End::LookupPrimary);
-        open();
-        continueWith(m_scene->customer);
-        QTRY_COMPARE(page(), int(DlgLogin::DLG_LOGIN_PAGE));
+        m_scene->open();
+        m_scene->continueWith(m_scene->customer);
+        QTRY_COMPARE(m_scene->page(), int(DlgLogin::DLG_LOGIN_PAGE));
     }
 
     void lookupFailures_data()
@@ -304,115 +291,66 @@ private slots:
     {
         QFETCH(QByteArray, body);
         QFETCH(int, status);
-        agreed(m_scene->service.scenario().privacyVersion);
+        m_scene->agreed();
         Fault fault = Fault::withBody(body);
         fault.status = status;
         m_scene->service.setFault(QStringLiteral("/api/mobile/v1/orchinfo"), fault);
-        open();
-        continueWith(m_scene->customer);
-        QTRY_VERIFY(!prompt().isEmpty());
+        m_scene->open();
+        m_scene->continueWith(m_scene->customer);
+        QTRY_VERIFY(!m_scene->prompt().isEmpty());
         QCOMPARE(m_scene->service.count("/api/mobile/v1/orchinfo"), 2);
-        QVERIFY(button("btnContinue")->isEnabled());
-        QCOMPARE(button("btnContinue")->text(), QStringLiteral("Continue"));
-        QCOMPARE(page(), int(DlgLogin::DLG_CUSTOMER_PAGE));
+        QVERIFY(m_scene->button("btnContinue")->isEnabled());
+        QCOMPARE(m_scene->button("btnContinue")->text(), QStringLiteral("Continue"));
+        QCOMPARE(m_scene->page(), int(DlgLogin::DLG_CUSTOMER_PAGE));
     }
 
     void inputIsChecked()
     {
-        agreed(m_scene->service.scenario().privacyVersion);
-        open();
-        field("username")->setText(QStringLiteral("left over"));
-        button("btnContinue")->click();
-        QVERIFY(prompt().startsWith(QStringLiteral("6037 Please enter")));
-        QCOMPARE(field("username")->text(), QString());
+        m_scene->agreed();
+        m_scene->open();
+        m_scene->field("username")->setText(QStringLiteral("left over"));
+        m_scene->button("btnContinue")->click();
+        QVERIFY(m_scene->prompt().startsWith(QStringLiteral("6037 Please enter")));
+        QCOMPARE(m_scene->field("username")->text(), QString());
         QCOMPARE(m_scene->service.requests().size(), 0);
 
-        continueWith(m_scene->customer);
-        QTRY_COMPARE(page(), int(DlgLogin::DLG_LOGIN_PAGE));
-        logInWith(QString(65, QLatin1Char('u')), QStringLiteral("p"));
-        QVERIFY(prompt().startsWith(QStringLiteral("6016 ")));
+        m_scene->continueWith(m_scene->customer);
+        QTRY_COMPARE(m_scene->page(), int(DlgLogin::DLG_LOGIN_PAGE));
+        m_scene->logInWith(QString(65, QLatin1Char('u')), QStringLiteral("p"));
+        QVERIFY(m_scene->prompt().startsWith(QStringLiteral("6016 ")));
         QCOMPARE(m_scene->service.count("/s/mobile/pubkey/obtain"), 0);
-        button("backBtn_2")->click();
-        QCOMPARE(page(), int(DlgLogin::DLG_CUSTOMER_PAGE));
+        m_scene->button("backBtn_2")->click();
+        QCOMPARE(m_scene->page(), int(DlgLogin::DLG_CUSTOMER_PAGE));
     }
 
     void aSlowAnswerIsAnnounced()
     {
-        agreed(m_scene->service.scenario().privacyVersion);
+        m_scene->agreed();
         m_scene->service.setFault(QStringLiteral("primary:/static/version/privacyversion.json"),
                                   Fault::withDelay(300));
-        open();
-        continueWith(m_scene->customer);
-        timer("m_ConnectSlowWarningTimer")->start(0);
-        QTRY_COMPARE(prompt(),
+        m_scene->open();
+        m_scene->continueWith(m_scene->customer);
+        m_scene->timer("m_ConnectSlowWarningTimer")->start(0);
+        QTRY_COMPARE(m_scene->prompt(),
                      QStringLiteral("Your network may be slow. Still connecting, please wait"));
-        QTRY_COMPARE(page(), int(DlgLogin::DLG_LOGIN_PAGE));
+        QTRY_COMPARE(m_scene->page(), int(DlgLogin::DLG_LOGIN_PAGE));
     }
 
     void aWindowThrownAwayIsNotCalledBack()
     {
-        agreed(m_scene->service.scenario().privacyVersion);
+        m_scene->agreed();
         m_scene->service.setFault(QStringLiteral("/api/mobile/v1/orchinfo"), Fault::withDelay(100));
-        open();
-        continueWith(m_scene->customer);
+        m_scene->open();
+        m_scene->continueWith(m_scene->customer);
         QTRY_COMPARE(m_scene->service.count("/api/mobile/v1/orchinfo"), 1);
-        m_window.reset();
+        m_scene->window.reset();
         QTest::qWait(300); // the answer arrives and finds nobody
     }
 
 private:
     static QVariant setting(const QString& key) { return WindowScene::setting(key); }
 
-    void open()
-    {
-        m_window = std::make_unique<DlgLogin>(nullptr);
-        m_window->open();
-        QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
-    }
-
-    static void agreed(const QString& version)
-    {
-        ConfigUtil::writeValue(ConfigUtil::AGREE_PRIVACY, 1);
-        ConfigUtil::writeValue(ConfigUtil::PRIVACY_VERSION, version);
-    }
-
-    void toLoginPage()
-    {
-        agreed(m_scene->service.scenario().privacyVersion);
-        open();
-        continueWith(m_scene->customer);
-        QTRY_COMPARE(page(), int(DlgLogin::DLG_LOGIN_PAGE));
-    }
-
-    void continueWith(const QString& customer)
-    {
-        field("customerId")->setText(customer);
-        QTest::keyClick(field("customerId"), Qt::Key_Return);
-    }
-
-    void logInWith(const QString& username, const QString& password)
-    {
-        field("username")->clear();
-        QTest::keyClicks(field("username"), username);
-        QTest::keyClicks(field("password"), password);
-        button("btnLogin")->click();
-    }
-
-    template <class Widget>
-    Widget* child(const char* name) const
-    {
-        return part<Widget>(m_window.get(), name);
-    }
-
-    QLineEdit* field(const char* name) const { return child<QLineEdit>(name); }
-    QPushButton* button(const char* name) const { return child<QPushButton>(name); }
-    QTimer* timer(const char* name) const { return child<QTimer>(name); }
-    int page() const { return child<QStackedWidget>("stackedWidget")->currentIndex(); }
-
-    QString prompt() const { return promptText(m_window.get()); }
-
-    std::unique_ptr<WindowScene> m_scene;
-    std::unique_ptr<DlgLogin> m_window;
+    std::unique_ptr<LoginScene> m_scene;
 };
 
 QTEST_MAIN(LoginWindowTest)

@@ -1,5 +1,11 @@
 #include "app/Deployment.h"
+#include "app/GreyMaskForUkui.h"
 #include "login/DialogPrivacy.h"
+#include "login/DlgBindResult.h"
+#include "maintenance/OrchUpgradeDialog.h"
+#include "upgrade/DlgForceUpgrade.h"
+#include "upgrade/DlgUpgrade.h"
+#include "widgets/AccountDialogs.h"
 #include "widgets/CommonTipsDialog.h"
 #include "widgets/DlgChangePassPrompt.h"
 #include "widgets/DlgQuit.h"
@@ -12,12 +18,13 @@
 #include <QSignalSpy>
 #include <QTest>
 #include <QTextBrowser>
+#include <QTimer>
 #include <QWindow>
 
 #include <functional>
 #include <memory>
 
-using MakeDialog = std::function<OtpBaseDlg*(QWidget*)>;
+using MakeDialog = std::function<QDialog*(QWidget*)>;
 Q_DECLARE_METATYPE(MakeDialog)
 
 namespace {
@@ -57,6 +64,30 @@ const QVector<QPair<const char*, MakeDialog>>& allDialogs()
                  QStringLiteral("A text that is longer than a line. ").repeated(6));
              return dialog;
          }},
+        {"maintenance",
+         [](QWidget* under) {
+             auto* dialog = new OrchUpgradeDialog(OrchUpgrading, under);
+             dialog->setStartEndTime(1772600000000, 1772610000000);
+             return dialog;
+         }},
+        {"forced upgrade",
+         [](QWidget* under) {
+             auto* dialog = new DlgForceUpgrade(static_cast<QDialog*>(under));
+             dialog->setNewVersion(QStringLiteral("6.2.0"));
+             dialog->setNoteText(QStringLiteral("Faster.\nSafer."));
+             dialog->setLogoutAfterClose(true);
+             return dialog;
+         }},
+        {"upgrade",
+         [](QWidget* under) {
+             auto* dialog = new DlgUpgrade(under, false);
+             dialog->setSettings(QStringLiteral("A long note. ").repeated(40),
+                                 QStringLiteral("6.2.0"), false);
+             GreyMaskForUkui::cover(under, dialog);
+             return dialog;
+         }},
+        {"device disabled",
+         [](QWidget* under) { return new DlgBindResult(under, DlgBindResult::DEVICE_DISABLED); }},
         {"privacy",
          [](QWidget* under) {
              auto* dialog = new DialogPrivacy(under);
@@ -90,6 +121,8 @@ private slots:
     void ends();
     void everyDialogLooksFinished_data();
     void everyDialogLooksFinished();
+    void accountDialogsLookFinished_data();
+    void accountDialogsLookFinished();
     void greysItsWindow_data() { everyDialogLooksFinished_data(); }
     void greysItsWindow();
     void desktopWithShadowsNeedsNoMask();
@@ -103,12 +136,12 @@ private slots:
 private:
     QWidget* mask() const { return m_window->findChild<QWidget*>(QStringLiteral("greyMask")); }
 
-    std::unique_ptr<QWidget> m_window;
+    std::unique_ptr<QDialog> m_window;
 };
 
 void DialogsTest::init()
 {
-    m_window = std::make_unique<QWidget>();
+    m_window = std::make_unique<QDialog>();
     m_window->setGeometry(40, 30, 600, 400);
     m_window->show();
 }
@@ -146,6 +179,16 @@ void DialogsTest::ends_data()
     click("tips", "btnConfirm", QDialog::Accepted);
     click("tips", "btnClose", QDialog::Rejected);
     type("tips", Qt::Key_Return, QDialog::Accepted);
+    click("maintenance", "btnConfirm", QDialog::Accepted);
+    click("maintenance", "btnClose", QDialog::Rejected);
+    click("forced upgrade", "btnUpgrade", kOpen);
+    click("forced upgrade", "btnClose", QDialog::Accepted);
+    type("upgrade", Qt::Key_Escape, kOpen);
+    click("upgrade", "btnLater", QDialog::Rejected);
+    click("upgrade", "btnClose", QDialog::Rejected);
+    click("upgrade", "btnSkip", DlgUpgrade::kSkipped);
+    click("upgrade", "btnUpgrade", QDialog::Accepted);
+    click("device disabled", "btnConfirm", QDialog::Accepted);
     click("privacy", "btnAgree", QDialog::Accepted);
     click("privacy", "btnRefuse", QDialog::Rejected);
     click("privacy", "btnclose", QDialog::Rejected);
@@ -159,7 +202,7 @@ void DialogsTest::ends()
     QFETCH(QString, button);
     QFETCH(int, key);
     QFETCH(int, result);
-    const std::unique_ptr<OtpBaseDlg> dialog(make(m_window.get()));
+    const std::unique_ptr<QDialog> dialog(make(m_window.get()));
     QSignalSpy finished(dialog.get(), &QDialog::finished);
     dialog->open();
     QVERIFY(dialog->isModal());
@@ -191,7 +234,7 @@ void DialogsTest::everyDialogLooksFinished()
     QFETCH(MakeDialog, make);
     QFETCH(bool, chinese);
     const looks::Language language(chinese);
-    const std::unique_ptr<OtpBaseDlg> dialog(make(m_window.get()));
+    const std::unique_ptr<QDialog> dialog(make(m_window.get()));
     dialog->open();
     QCOMPARE(looks::clipped(dialog.get()), QStringList());
     QCOMPARE(looks::unnamed(dialog.get()), QStringList());
@@ -200,10 +243,45 @@ void DialogsTest::everyDialogLooksFinished()
     QVERIFY(m_window->geometry().contains(dialog->geometry()));
 }
 
+void DialogsTest::accountDialogsLookFinished_data()
+{
+    QTest::addColumn<QString>("username");
+    QTest::addColumn<bool>("chinese");
+    for (bool chinese : {false, true}) {
+        QTest::addRow("account change, Chinese %d", chinese) << QString() << chinese;
+        QTest::addRow("kick-out, Chinese %d", chinese)
+            << QStringLiteral("alice@acme.example") << chinese;
+        QTest::addRow("kick-out, long name, Chinese %d", chinese)
+            << QStringLiteral("averylongname.").repeated(4) + QStringLiteral("@acme.example")
+            << chinese;
+    }
+}
+
+void DialogsTest::accountDialogsLookFinished()
+{
+    QFETCH(QString, username);
+    QFETCH(bool, chinese);
+    const looks::Language language(chinese);
+    QStringList clipped;
+    QSize size;
+    QString text;
+    QTimer::singleShot(0, this, [&] {
+        auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+        clipped = looks::clipped(dialog);
+        size = dialog->size();
+        text = dialog->accessibleName();
+        dialog->accept();
+    });
+    username.isEmpty() ? showLdapChange(m_window.get()) : showOrchKickOff(m_window.get(), username);
+    QCOMPARE(clipped, QStringList());
+    QCOMPARE(size.width(), 248);
+    QVERIFY(text.remove(QChar(0x200b)).contains(username));
+}
+
 void DialogsTest::greysItsWindow()
 {
     QFETCH(MakeDialog, make);
-    const std::unique_ptr<OtpBaseDlg> dialog(make(m_window.get()));
+    const std::unique_ptr<QDialog> dialog(make(m_window.get()));
     QVERIFY(mask() && !mask()->isVisible());
     dialog->open();
     QVERIFY(mask()->isVisible());
