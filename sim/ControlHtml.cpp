@@ -27,6 +27,9 @@ QByteArray controlHtml()
 <button id="rates">Set rates</button>
 <button data-switch='{"resetDatapath":true}'>All well</button></p>
 <p class="hint" id="datapath"></p>
+<h2>Situations</h2>
+<p><button data-switch='{"well":true}'>Everything well</button></p>
+<div id="situations"></div>
 <h2>Faults</h2>
 <p><label>On <select id="path">
 <option>/api/mobile/v1/orchinfo</option><option>primary:/api/mobile/v1/orchinfo</option>
@@ -37,6 +40,7 @@ QByteArray controlHtml()
 <option>/s/mobile/v1/upgrade</option><option>/api/mobile/v2/upgradeNotice</option></select></label>
 <button data-fault='{"status":502}'>502</button>
 <button data-fault='{"status":404}'>404</button>
+<button data-fault='{"trickleMs":1000,"body":"{\"code\": 0, \"slow\": true}"}'>A byte a second</button>
 <button data-fault='{"delayMs":10000}'>10 s late</button>
 <button data-fault='{"drop":true}'>Drop</button>
 <button data-fault='{"body":"&lt;html&gt;garbage&lt;/html&gt;"}'>Garbage</button>
@@ -68,6 +72,23 @@ async function send(command) {
   $('message').textContent = result.ok ? 'Done.' : 'Not possible: ' + result.refused.join(', ');
   show();
 }
+function showSituations(list) {
+  const box = $('situations');
+  if (box.childElementCount) return;
+  const groups = new Map();
+  for (const s of list) {
+    if (!groups.has(s.group)) {
+      const p = document.createElement('p');
+      p.textContent = s.group + ': ';
+      groups.set(s.group, p);
+      box.append(p);
+    }
+    const button = document.createElement('button');
+    button.textContent = s.name;
+    button.dataset.switch = JSON.stringify({situation: s.name});
+    groups.get(s.group).append(button);
+  }
+}
 async function show() {
   const s = await (await fetch('/sim/state?last=40')).json();
   fill('accounts', ['Customer ID', 'Username', 'Password', 'Remarks'], s.accounts.map(a => [a.customer,
@@ -77,6 +98,7 @@ async function show() {
   $('violations').replaceChildren(...s.violations.map(v => {
     const li = document.createElement('li'); li.textContent = v; return li; }));
   $('faults').textContent = Object.keys(s.faults).join(', ') || 'none';
+  showSituations(s.situations);
   $('datapath').textContent = JSON.stringify(s.datapath);
   fill('requests', ['Time', 'Server', 'Request', 'Body'], s.requests.reverse().map(r =>
     [r.time.slice(11), r.server, r.method + ' ' + r.path, r.body.slice(0, 300)]));

@@ -1,6 +1,7 @@
 #include "sim/ControlPage.h"
 
 #include "sim/Behaviour.h"
+#include "sim/Situations.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -51,6 +52,15 @@ QJsonArray sessionsJson(const Simulator& simulator)
             {QStringLiteral("heartbeats"), session.heartbeats},
             {QStringLiteral("lastSeen"), session.lastSeen.toString(Qt::ISODateWithMs)}});
     return sessions;
+}
+
+QJsonArray situationsJson()
+{
+    QJsonArray names;
+    for (const Situation& situation : situations())
+        names.append(QJsonObject{{QStringLiteral("group"), situation.group},
+                                 {QStringLiteral("name"), situation.name}});
+    return names;
 }
 
 QJsonObject requestJson(const RequestRecord& request)
@@ -137,6 +147,7 @@ QJsonObject ControlPage::state(int lastRequests) const
             {QStringLiteral("violations"), QJsonArray::fromStringList(m_simulator.violations())},
             {QStringLiteral("requests"), shown},
             {QStringLiteral("counts"), counts},
+            {QStringLiteral("situations"), situationsJson()},
             {QStringLiteral("faults"), faultsJson(scenario)},
             {QStringLiteral("scenario"), scenario.toJson()},
             {QStringLiteral("datapath"), behaviourJson(directory)},
@@ -162,6 +173,18 @@ bool ControlPage::carryOutOne(const QString& name, const QJsonValue& value)
         const QString path = object.value(QLatin1String("path")).toString();
         m_simulator.setFault(path, Fault::fromJson(object));
         return !path.isEmpty();
+    }
+    if (name == QLatin1String("faults")) {
+        bool done = value.isArray();
+        for (const QJsonValue fault : value.toArray())
+            done = carryOutOne(QStringLiteral("fault"), fault) && done;
+        return done;
+    }
+    if (name == QLatin1String("situation"))
+        return enter(value.toString());
+    if (name == QLatin1String("well")) {
+        beWell();
+        return true;
     }
     if (name == QLatin1String("clearFaults")) {
         m_simulator.clearFaults();
@@ -193,6 +216,32 @@ bool ControlPage::carryOutOne(const QString& name, const QJsonValue& value)
         return true;
     }
     return name == QLatin1String("start") && end && m_simulator.startEnd(*end);
+}
+
+// A situation replaces the one before; sessions stay.
+bool ControlPage::enter(const QString& name)
+{
+    const QJsonObject command = situationCommand(name);
+    if (command.isEmpty())
+        return false;
+    beWell();
+    return carryOut(command).isEmpty();
+}
+
+void ControlPage::beWell()
+{
+    m_simulator.clearFaults();
+    m_simulator.edit([](Scenario& scenario) {
+        const QVector<Account> accounts = scenario.accounts;
+        const QByteArray filter = scenario.filterDocument;
+        scenario = Scenario();
+        scenario.accounts = accounts;
+        scenario.filterDocument = filter;
+    });
+    for (End end : {End::LookupPrimary, End::LookupBackup, End::Orchestrator}) {
+        if (!m_simulator.isRunning(end))
+            m_simulator.startEnd(end);
+    }
 }
 
 bool ControlPage::changeDatapath(const QJsonObject& changes)

@@ -87,7 +87,12 @@ void setBody(httplib::Response& response, const HttpReply& reply)
     } else {
         response.set_content_provider(
             static_cast<size_t>(reply.body.size()), type,
-            [body = reply.body](size_t offset, size_t length, httplib::DataSink& sink) {
+            [body = reply.body, trickle = reply.trickleMs](size_t offset, size_t length,
+                                                           httplib::DataSink& sink) {
+                if (trickle > 0) {
+                    std::this_thread::sleep_for(std::chrono::milliseconds(trickle));
+                    return sink.write(body.constData() + offset, 1);
+                }
                 return sink.write(body.constData() + offset, std::min(length, kChunk));
             });
     }

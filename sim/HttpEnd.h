@@ -32,6 +32,7 @@ struct HttpReply
     QByteArray body;
     QByteArray contentType = "application/json";
     QList<QPair<QByteArray, QByteArray>> headers;
+    int trickleMs = 0;      ///< when above 0, the wait after each byte of the body
     qint64 fillerBytes = 0; ///< when above 0, this many bytes of filler replace the body
     bool drop = false;      ///< close the connection without a single byte
 };

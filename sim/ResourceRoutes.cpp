@@ -57,9 +57,17 @@ void checkNotice(const Call& call, const World&, Findings& findings)
 HttpReply notice(const Call&, World& world)
 {
     QJsonObject reply = world.scenario.noticeReply;
+    const double now = static_cast<double>(QDateTime::currentMSecsSinceEpoch());
     if (!reply.contains(QLatin1String("currentTime")))
-        reply.insert(QStringLiteral("currentTime"),
-                     static_cast<double>(QDateTime::currentMSecsSinceEpoch()));
+        reply.insert(QStringLiteral("currentTime"), now);
+    // A notice of the control page counts its times from now.
+    const auto fromNow = [&](const char* minutes, const char* time) {
+        const QJsonValue value = reply.take(QLatin1String(minutes));
+        if (value.isDouble())
+            reply.insert(QLatin1String(time), now + value.toDouble() * 60000);
+    };
+    fromNow("startsInMinutes", "startTime");
+    fromNow("endsInMinutes", "endTime");
     return jsonReply(reply);
 }
 

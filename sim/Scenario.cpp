@@ -94,6 +94,13 @@ Fault Fault::withDelay(int ms)
     return fault;
 }
 
+Fault Fault::trickled(int ms, const QByteArray& body)
+{
+    Fault fault = withBody(body);
+    fault.trickleMs = ms;
+    return fault;
+}
+
 Fault Fault::dropped()
 {
     Fault fault;
@@ -106,6 +113,7 @@ Fault Fault::fromJson(const QJsonObject& json)
     Fault fault;
     fault.status = json.value(QLatin1String("status")).toInt();
     fault.delayMs = json.value(QLatin1String("delayMs")).toInt();
+    fault.trickleMs = json.value(QLatin1String("trickleMs")).toInt();
     fault.drop = json.value(QLatin1String("drop")).toBool();
     fault.redirect = json.value(QLatin1String("redirect")).toString();
     fault.hugeBytes = static_cast<qint64>(json.value(QLatin1String("hugeBytes")).toDouble());
@@ -122,6 +130,7 @@ QJsonObject Fault::toJson() const
 {
     QJsonObject json{{QStringLiteral("status"), status},
                      {QStringLiteral("delayMs"), delayMs},
+                     {QStringLiteral("trickleMs"), trickleMs},
                      {QStringLiteral("drop"), drop},
                      {QStringLiteral("redirect"), redirect},
                      {QStringLiteral("hugeBytes"), static_cast<double>(hugeBytes)},

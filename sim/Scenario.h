@@ -26,6 +26,7 @@ struct Fault
 {
     int status = 0;    ///< HTTP status, 0 leaves it at 200
     int delayMs = 0;   ///< wait before anything is answered
+    int trickleMs = 0; ///< wait after every single byte of the body
     bool drop = false; ///< close the connection without a byte
     bool replaceBody = false;
     QByteArray body;      ///< sent when replaceBody is set
@@ -36,6 +37,8 @@ struct Fault
     static Fault withStatus(int status, const QByteArray& body = {});
     static Fault withBody(const QByteArray& body);
     static Fault withDelay(int ms);
+    /// The reply, byte by byte.
+    static Fault trickled(int ms, const QByteArray& body);
     static Fault dropped();
     static Fault fromJson(const QJsonObject& json);
     QJsonObject toJson() const;

@@ -26,6 +26,7 @@ HttpReply faultReply(const Fault& fault)
     reply.body = fault.body;
     reply.drop = fault.drop;
     reply.fillerBytes = fault.hugeBytes;
+    reply.trickleMs = fault.trickleMs;
     if (!fault.redirect.isEmpty()) {
         reply.status = fault.status == 0 ? 302 : fault.status;
         reply.headers.append({"Location", fault.redirect.toUtf8()});

@@ -2,6 +2,7 @@
 
 #include "sim/ControlPage.h"
 #include "sim/Simulator.h"
+#include "sim/Situations.h"
 
 #include <QJsonArray>
 #include <QtTest>
@@ -40,6 +41,8 @@ private slots:
     void serversStopAndComeBackOnTheirPorts();
     void stoppingEndsDelays();
     void controlPageSwitchesAndShows();
+    void everySituationIsEnteredAndLeft();
+    void aReplyTricklesUntilTheServerStops();
     void filterDocumentHasTheAskedSize();
 
 private:
@@ -220,6 +223,40 @@ void SimulatorTest::controlPageSwitchesAndShows()
     QCOMPARE(refused.json().value("refused").toArray(), (QJsonArray{"nonsense", "rsaTypes"}));
     question.url = QUrl(page.url());
     QVERIFY(send(question).body.contains("/sim/switch"));
+}
+
+void SimulatorTest::everySituationIsEnteredAndLeft()
+{
+    sim::ControlPage page(*m_simulator);
+    const QJsonObject well = m_simulator->scenario().toJson();
+    QVERIFY(sim::situations().size() > 20);
+    for (const sim::Situation& situation : sim::situations()) {
+        const QString name = situation.name;
+        QCOMPARE(page.carryOut({{"situation", name}}), QStringList());
+        const Scenario scenario = m_simulator->scenario();
+        const bool changed = scenario.toJson() != well || !scenario.faults.isEmpty() ||
+                             !m_simulator->isRunning(End::LookupPrimary) ||
+                             situation.command.contains("revoke");
+        QVERIFY2(changed, qPrintable(name));
+        QCOMPARE(page.carryOut({{"well", true}}), QStringList());
+        QCOMPARE(m_simulator->scenario().toJson(), well);
+        QVERIFY(m_simulator->scenario().faults.isEmpty());
+        QVERIFY(m_simulator->isRunning(End::LookupPrimary));
+    }
+    QCOMPARE(page.carryOut({{"situation", "no such thing"}}), QStringList{"situation"});
+
+    page.carryOut({{"situation", "Maintenance running"}});
+    Client client(*m_simulator);
+    const QJsonObject notice = client.exchange("notice").json();
+    const double now = notice.value("currentTime").toDouble();
+    QVERIFY(notice.value("startTime").toDouble() < now && now < notice.value("endTime").toDouble());
+}
+
+void SimulatorTest::aReplyTricklesUntilTheServerStops()
+{
+    Client client(*m_simulator);
+    m_simulator->setFault("/api/mobile/auth/config", Fault::trickled(5, R"({"code":0})"));
+    QCOMPARE(client.exchange("config").body, QByteArray(R"({"code":0})"));
 }
 
 void SimulatorTest::filterDocumentHasTheAskedSize()

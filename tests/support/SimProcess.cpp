@@ -86,6 +86,11 @@ bool SimProcess::reset()
                     {QStringLiteral("clear"), true}});
 }
 
+bool SimProcess::enter(const QString& situation)
+{
+    return command({{QStringLiteral("situation"), situation}});
+}
+
 SimAccount SimProcess::account()
 {
     const QJsonObject first = state().value(QLatin1String("accounts")).toArray().first().toObject();

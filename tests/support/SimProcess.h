@@ -43,6 +43,9 @@ public:
     /// Answers `path` with this body and status 200 from now on.
     bool replaceBody(const QString& path, const QByteArray& body);
 
+    /// Puts the service into one of the situations of its control page, by name.
+    bool enter(const QString& situation);
+
     /// Everything well again, and nothing remembered of what was asked so far.
     bool reset();
 

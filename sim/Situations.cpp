@@ -1,0 +1,178 @@
+#include "sim/Situations.h"
+
+#include <QDateTime>
+#include <QJsonArray>
+#include <QJsonDocument>
+
+namespace sim {
+
+namespace {
+
+constexpr char kAuth[] = "/api/mobile/v2/auth";
+constexpr char kConnect[] = "/api/mobile/v2/connect";
+constexpr char kHeartbeat[] = "/api/mobile/v2/heartbeat";
+constexpr char kNotice[] = "/api/mobile/v2/upgradeNotice";
+
+QJsonObject scenario(const char* member, const QJsonObject& values)
+{
+    return {{"scenario", QJsonObject{{QLatin1String(member), values}}}};
+}
+
+QJsonObject status(const char* path, int code)
+{
+    return {{"path", QLatin1String(path)}, {"status", code}};
+}
+
+/// Every request to `path` is answered with this document.
+QJsonObject answer(const char* path, const QJsonObject& document)
+{
+    const QByteArray body = QJsonDocument(document).toJson(QJsonDocument::Compact);
+    return {
+        {"fault", QJsonObject{{"path", QLatin1String(path)}, {"body", QString::fromUtf8(body)}}}};
+}
+
+QJsonObject refusal(int code, const char* message, const QJsonObject& parameters = {})
+{
+    QJsonObject document{{"code", code}, {"message", QLatin1String(message)}};
+    if (!parameters.isEmpty())
+        document.insert(QStringLiteral("parameters"), parameters);
+    return document;
+}
+
+QJsonObject notice(const char* state, int startsIn, int endsIn)
+{
+    return scenario("noticeReply", {{"type", "upgrade"},
+                                    {"id", "notice-%NOW%"},
+                                    {"template", "standard"},
+                                    {"state", QLatin1String(state)},
+                                    {"startsInMinutes", startsIn},
+                                    {"endsInMinutes", endsIn}});
+}
+
+QJsonObject newer(const char* minVersion, bool ignore)
+{
+    return scenario("upgradeReply",
+                    {{"version", "6.2.0"},
+                     {"minVersion", QLatin1String(minVersion)},
+                     {"ignore", ignore},
+                     {"url", "https://files.veltaro.example/veltaro-6.2.0.deb"},
+                     {"releaseNote", QStringLiteral("连接更快，诊断更准。")},
+                     {"releaseNoteEn", "Faster connections and clearer diagnoses."}});
+}
+
+/// The orchestrator's gateway answers 502, with or without a maintenance behind it.
+QJsonObject badGateway(bool running)
+{
+    QJsonObject command = running ? notice("run", -60, 60) : QJsonObject();
+    command.insert(QStringLiteral("faults"), QJsonArray{status(kAuth, 502), status(kConnect, 502)});
+    return command;
+}
+
+std::vector<Situation> refusals()
+{
+    struct Row
+    {
+        int code;
+        const char* name;
+        const char* message;
+        QJsonObject parameters;
+    };
+    const std::vector<Row> rows{
+        {1001, "Wrong password", "wrong password", {}},
+        {1019, "Account locked", "locked", {}},
+        {1025, "Saved credentials no longer valid", "password no longer valid", {}},
+        {401, "Token expired", "token expired", {}},
+        {401, "Password changed elsewhere", "token expired", {{"invalidReasonCode", 1}}},
+        {1090, "Client too old", "outdated", {}},
+        {1127, "Device association in process", "in process", {}},
+        {1128, "Device disabled", "device disabled", {}},
+        {1108, "Authenticator step expired", "authenticator step expired", {}},
+        {1112, "Authenticator step refused", "authenticator step refused", {}},
+        {422, "Message codes asked for too often", "too often", {}},
+        {423, "Phone number blocked", "blocked", {}},
+        {424, "Phone number invalid", "invalid", {}},
+        {425, "Message not sent", "not sent", {}},
+        {427, "Message still being sent", "sending", {}},
+    };
+    std::vector<Situation> made;
+    for (const Row& row : rows)
+        made.push_back({QStringLiteral("Login refused"), QLatin1String(row.name),
+                        answer(kAuth, refusal(row.code, row.message, row.parameters))});
+    QJsonObject binding = refusal(401, "mobileBindDevice");
+    binding.insert(QStringLiteral("parameters"),
+                   QJsonObject{{"accountName", "alice@acme.example"},
+                               {"deviceBindMiddleToken", "simBindToken"}});
+    made.push_back({QStringLiteral("Login refused"), QStringLiteral("Device must be associated"),
+                    answer(kAuth, binding)});
+    return made;
+}
+
+std::vector<Situation> build()
+{
+    const QString maintenance = QStringLiteral("Maintenance");
+    const QString upgrade = QStringLiteral("Client versions");
+    const QString lookup = QStringLiteral("Customer step");
+    const QString further = QStringLiteral("Login wants more");
+    const QString session = QStringLiteral("Session");
+    std::vector<Situation> all{
+        {maintenance, QStringLiteral("Maintenance announced"), notice("wait", 60, 120)},
+        {maintenance, QStringLiteral("Maintenance running"), notice("run", -60, 60)},
+        {maintenance, QStringLiteral("502 during a maintenance"), badGateway(true)},
+        {maintenance, QStringLiteral("502 without a maintenance"), badGateway(false)},
+        {maintenance, QStringLiteral("Notices unknown"), {{"fault", status(kNotice, 404)}}},
+        {upgrade, QStringLiteral("Newer client"), newer("6.0.0", false)},
+        {upgrade, QStringLiteral("Client must be upgraded"), newer("6.2.0", false)},
+        {upgrade, QStringLiteral("Newer client to be ignored"), newer("6.2.0", true)},
+        {upgrade,
+         QStringLiteral("Upgrade check fails"),
+         {{"fault", status("/s/mobile/v1/upgrade", 500)}}},
+        {lookup, QStringLiteral("Primary lookup down"), {{"stop", "primary"}}},
+        {lookup, QStringLiteral("Customer unknown"),
+         answer("/api/mobile/v1/orchinfo", refusal(1007, "unknown"))},
+        {lookup, QStringLiteral("No key"),
+         answer("/s/mobile/pubkey/obtain", {{"code", 0}, {"key", ""}})},
+        {lookup,
+         QStringLiteral("Newer privacy agreement"),
+         {{"scenario", QJsonObject{{"privacyVersion", "20991231"}}}}},
+        {further, QStringLiteral("Message code"),
+         answer(kAuth,
+                {{"code", 0}, {"middleToken", "simMiddle"}, {"phoneNumber", "139****0000"}})},
+        {further, QStringLiteral("Bind an authenticator"),
+         answer(kAuth, {{"code", 0},
+                        {"otpMiddleToken", "simOtpMiddle"},
+                        {"otpKey", "JBSWY3DPEHPK3PXP"},
+                        {"otpLogin", false}})},
+        {further, QStringLiteral("Authenticator code"),
+         answer(kAuth, {{"code", 0}, {"otpMiddleToken", "simOtpMiddle"}, {"otpLogin", true}})},
+        {session, QStringLiteral("Heartbeat fails"), {{"fault", status(kHeartbeat, 500)}}},
+        {session, QStringLiteral("Log out, forced"), {{"revoke", 3}}},
+        {session, QStringLiteral("Log out, account changed"), {{"revoke", 5}}},
+        {session, QStringLiteral("Log out, password changed"), {{"revoke", 1}}},
+        {session, QStringLiteral("Log out, no reason"), {{"revoke", -1}}},
+    };
+    const std::vector<Situation> refused = refusals();
+    all.insert(all.end(), refused.begin(), refused.end());
+    return all;
+}
+
+} // namespace
+
+const std::vector<Situation>& situations()
+{
+    static const std::vector<Situation> all = build();
+    return all;
+}
+
+QJsonObject situationCommand(const QString& name)
+{
+    for (const Situation& situation : situations()) {
+        if (situation.name != name)
+            continue;
+        QByteArray text = QJsonDocument(situation.command).toJson(QJsonDocument::Compact);
+        text.replace("%NOW%", QByteArray::number(QDateTime::currentMSecsSinceEpoch()));
+        return QJsonDocument::fromJson(text).object();
+    }
+    return {};
+}
+
+} // namespace sim

@@ -1,0 +1,245 @@
+#include "app/ConfigUtil.h"
+#include "app/Platform.h"
+#include "app/SingleApp.h"
+#include "main/DlgMain.h"
+#include "support/WindowParts.h"
+#include "support/WindowScene.h"
+#include "upgrade/DlgUpgrade.h"
+
+#include <QFocusEvent>
+#include <QLabel>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+
+#include <memory>
+
+using sim::Fault;
+
+namespace {
+
+constexpr char kNotice[] = "/api/mobile/v2/upgradeNotice";
+constexpr char kConnect[] = "/api/mobile/v2/connect";
+constexpr char kUpgrade[] = "/s/mobile/v1/upgrade";
+
+} // namespace
+
+/// What the main window tells beside the session: maintenance, new versions, and why a session
+/// has ended.
+class MainNoticesTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        m_scene = std::make_unique<WindowScene>();
+        m_scene->stageDatapath();
+        m_scene->logIn();
+        SingleApp::instance()->startInstance();
+    }
+
+    void cleanup()
+    {
+        m_window.reset();
+        const QStringList violations = m_scene->service.violations();
+        m_scene.reset();
+        qApp->setProperty("OrchUpgradeNoticeTime", QVariant());
+        QCOMPARE(violations.join(QLatin1Char('\n')), QString());
+    }
+
+    void maintenanceIsAskedForOnFocusReturn_data()
+    {
+        QTest::addColumn<int>("fromLogin"); // minutes that the login left behind
+        QTest::addColumn<int>("tooEarly");  // seconds
+        QTest::newRow("no value") << 0 << 3600;
+        QTest::newRow("five minutes") << 5 << 300;
+    }
+
+    void maintenanceIsAskedForOnFocusReturn()
+    {
+        QFETCH(int, fromLogin);
+        QFETCH(int, tooEarly);
+        if (fromLogin != 0)
+            qApp->setProperty("OrchUpgradeNoticeTime", fromLogin);
+        announce("wait");
+        const qint64 built = QDateTime::currentMSecsSinceEpoch();
+        platform().clock = [built] { return built; };
+        openIdle();
+        focus(built + tooEarly * 1000LL);
+        ModalGuard notice("OrchUpgradeDialog", [](QDialog* dialog) { dialog->accept(); });
+        QCOMPARE(m_scene->service.count(kNotice), 0);
+        focus(built + (tooEarly + 1) * 1000LL);
+        QTRY_VERIFY(notice.seen());
+        QTRY_VERIFY(!QApplication::activeModalWidget());
+        // Known now, and not asked for again at once.
+        focus(built + (tooEarly + 2) * 1000LL);
+        QCOMPARE(m_scene->service.count(kNotice), 1);
+        focus(built + (tooEarly + 2 + 3600) * 1000LL);
+        QTRY_COMPARE(m_scene->service.count(kNotice), 2);
+    }
+
+    void an502DuringAMaintenanceShowsIt()
+    {
+        announce("run");
+        m_scene->service.setFault(kConnect, Fault::withStatus(502));
+        ModalGuard notice("OrchUpgradeDialog", [](QDialog* dialog) { dialog->accept(); });
+        open();
+        QTRY_VERIFY(notice.seen());
+        QTRY_COMPARE(connectText(), QStringLiteral("Connect"));
+        QCOMPARE(promptText(m_window.get()), QString());
+    }
+
+    void aNewVersionIsOffered_data()
+    {
+        QTest::addColumn<QString>("button");
+        QTest::addColumn<bool>("marked");
+        QTest::newRow("later") << "btnLater" << true;
+        QTest::newRow("skip") << "btnSkip" << false;
+    }
+
+    void aNewVersionIsOffered()
+    {
+        QFETCH(QString, button);
+        upgrade("6.0.0");
+        ModalGuard offer("DlgUpgrade", [button](QDialog* dialog) {
+            QTest::mouseClick(dialog->findChild<QPushButton*>(button), Qt::LeftButton);
+        });
+        openIdle();
+        QTRY_VERIFY(offer.seen());
+        QTRY_VERIFY(!QApplication::activeModalWidget());
+        QTEST(child<QLabel>("labelYellowDot")->isVisible(), "marked");
+        QCOMPARE(child<QTimer>("m_checkUpgradeTimer")->interval(), 45 * 60000);
+        QVERIFY(child<QTimer>("m_checkUpgradeTimer")->isActive());
+
+        child<QPushButton>("btnAbout")->click();
+        auto* version = child<QPushButton>("btnNewVersion");
+        QTRY_COMPARE(version->text(), QStringLiteral("Discover A New Version 6.2.0"));
+        QTRY_COMPARE(m_scene->service.count(kUpgrade), 2);
+        QTRY_VERIFY(version->isVisible() && version->isEnabled());
+        // The user may still ask for it there.
+        ModalGuard again("DlgUpgrade", [](QDialog* dialog) { dialog->accept(); });
+        version->click();
+        QTRY_VERIFY(again.seen());
+    }
+
+    void aForcedUpgradeEndsTheSession()
+    {
+        upgrade("6.2.0");
+        ModalGuard forced("DlgForceUpgrade", [](QDialog* dialog) {
+            part<QPushButton>(dialog, "btnUpgrade")->click(); // leaves it open
+            QVERIFY(dialog->isVisible());
+            part<QPushButton>(dialog, "btnClose")->click();
+        });
+        open();
+        QTRY_COMPARE(m_scene->quits, 1);
+        QVERIFY(forced.seen());
+        QCOMPARE(m_scene->started, QStringList{QStringLiteral("-logout")});
+        QVERIFY(!WindowScene::setting(ConfigUtil::TOKEN).toString().isEmpty());
+    }
+
+    void aFailedCheckSaysSoAndIsRepeated()
+    {
+        m_scene->service.setFault(kUpgrade, Fault::withStatus(500));
+        openIdle();
+        QTRY_VERIFY(child<QTimer>("m_checkUpgradeTimer")->isActive());
+        QCOMPARE(child<QTimer>("m_checkUpgradeTimer")->interval(), 30 * 60000);
+        child<QPushButton>("btnAbout")->click();
+        auto* version = child<QPushButton>("btnNewVersion");
+        QTRY_COMPARE(version->text(), QStringLiteral("Check failed, please try again"));
+        QVERIFY(!version->isEnabled());
+        fireTimer(m_window.get(), "m_checkUpgradeTimer");
+        QTRY_COMPARE(m_scene->service.count(kUpgrade), 3);
+    }
+
+    void theEndOfASessionIsExplained_data()
+    {
+        QTest::addColumn<int>("reason");
+        QTest::addColumn<QByteArray>("dialog");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<bool>("tokenKept");
+        QTest::newRow("forced") << 3 << QByteArray("CommonTipsDialog")
+                                << "has been forcibly logged out" << false;
+        QTest::newRow("account changed")
+            << 5 << QByteArray("CommonTipsDialog") << "extension property of your account" << false;
+        QTest::newRow("password changed")
+            << 1 << QByteArray("DlgChangePassPrompt") << "Password has been changed" << true;
+    }
+
+    void theEndOfASessionIsExplained()
+    {
+        QFETCH(int, reason);
+        QFETCH(QByteArray, dialog);
+        QFETCH(QString, text);
+        m_scene->service.revokeSessions(reason);
+        QString shown;
+        ModalGuard explanation(dialog, [&shown](QDialog* open) {
+            for (const QLabel* label : open->findChildren<QLabel*>())
+                shown += label->text();
+            open->accept();
+        });
+        open();
+        QTRY_COMPARE(m_scene->quits, 1);
+        QVERIFY(explanation.seen());
+        QVERIFY2(shown.contains(text), qPrintable(shown));
+        QVERIFY(reason != 3 || shown.remove(QChar(0x200b)).contains(m_scene->username));
+        QCOMPARE(m_scene->started, QStringList{QStringLiteral("-logout")});
+        QTEST(!WindowScene::setting(ConfigUtil::TOKEN).toString().isEmpty(), "tokenKept");
+    }
+
+private:
+    void open()
+    {
+        m_window = std::make_unique<DlgMain>(nullptr);
+        m_window->show();
+    }
+
+    // Without a session: the connect request fails.
+    void openIdle()
+    {
+        m_scene->service.setFault(kConnect, Fault::withStatus(503));
+        open();
+        QTRY_COMPARE(connectText(), QStringLiteral("Connect"));
+    }
+
+    void focus(qint64 now)
+    {
+        platform().clock = [now] { return now; };
+        QFocusEvent event(QEvent::FocusIn);
+        QApplication::sendEvent(m_window.get(), &event);
+    }
+
+    void announce(const char* state)
+    {
+        m_scene->service.edit([state](sim::Scenario& scenario) {
+            scenario.noticeReply =
+                QJsonObject{{"code", 0},       {"type", "upgrade"},      {"id", "n1"},
+                            {"state", state},  {"startsInMinutes", -60}, {"endsInMinutes", 60},
+                            {"noticeTime", 60}};
+        });
+    }
+
+    void upgrade(const char* minVersion)
+    {
+        m_scene->service.edit([minVersion](sim::Scenario& scenario) {
+            scenario.upgradeReply = QJsonObject{{"code", 0},
+                                                {"version", "6.2.0"},
+                                                {"minVersion", minVersion},
+                                                {"checkingPeriod", 45},
+                                                {"releaseNoteEn", "Faster."}};
+        });
+    }
+
+    template <class Widget>
+    Widget* child(const char* name) const
+    {
+        return part<Widget>(m_window.get(), name);
+    }
+    QString connectText() const { return child<QPushButton>("btnConnect")->text(); }
+
+    std::unique_ptr<WindowScene> m_scene;
+    std::unique_ptr<DlgMain> m_window;
+};
+
+QTEST_MAIN(MainNoticesTest)
+#include "MainNoticesTest.moc"
