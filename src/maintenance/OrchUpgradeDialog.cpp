@@ -57,6 +57,7 @@ void OrchUpgradeDialog::setTitle(const QString& title)
 {
     m_titleLabel->setText(title);
     setAccessibleName(title);
+    m_contentEdit->setAccessibleName(title);
 }
 
 void OrchUpgradeDialog::setStartEndTime(long long start, long long end)

@@ -73,6 +73,7 @@ DlgUpgrade::DlgUpgrade(QWidget* parent, bool forwardReplies)
     badge->setPixmap(pictureIcon(QStringLiteral("new.png")).pixmap(32, 16));
     m_labelTitle->setObjectName(QStringLiteral("labelTitle"));
     m_labelTitle->setTextFormat(Qt::PlainText);
+    setRole(m_labelTitle, "heading");
     m_labelTitle->setGeometry(20, 112, 212, 20);
     buildNote();
 
@@ -82,7 +83,7 @@ DlgUpgrade::DlgUpgrade(QWidget* parent, bool forwardReplies)
                         &DlgUpgrade::on_btnLater_clicked);
     m_btnSkip = button("btnSkip", tr("Skip This Version"), "link", QRect(46, 254, 160, 24),
                        &DlgUpgrade::on_btnSkip_clicked);
-    auto* close = new IconButton("close", tr("Close"), this);
+    auto* close = new IconButton("close_white", tr("Close"), this);
     close->setObjectName(QStringLiteral("btnClose"));
     close->move(kSize.width() - close->width() - 8, 8);
     connect(close, &QPushButton::clicked, this, &DlgUpgrade::on_btnClose_clicked);
@@ -119,6 +120,8 @@ void DlgUpgrade::buildNote()
     scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     scroll->setWidgetResizable(true);
     scroll->setWidget(m_labelContent);
+    m_labelContent->setAutoFillBackground(false); // the card shows through
+    scroll->viewport()->setAutoFillBackground(false);
 }
 
 void DlgUpgrade::setSettings(const QString& note, const QString& version, bool force)

@@ -5,8 +5,6 @@
 
 #include <QTest>
 
-using support::Kind;
-
 namespace {
 
 const QString kCustomer = QStringLiteral("acme");
@@ -79,7 +77,10 @@ void LoginOutcomesTest::anAnnouncedMaintenanceStopsTheFirstStartOnly()
     QVERIFY(m_scene.program().start());
     QVERIFY(m_scene.driver().awaitText(QStringLiteral("Maintenance Notifications")));
     QVERIFY(m_scene.app().press(QStringLiteral("Confirm")));
-    QVERIFY(m_scene.app().await(Kind::Button, QStringLiteral("Continue")).isValid());
+    QVERIFY(support::waitFor([this] {
+        const QVariant handled = m_scene.program().setting(QStringLiteral("ORCH_UPGRADE_TASK_ID"));
+        return handled.toStringList().join(QString()).contains(QStringLiteral("notice-"));
+    }));
     m_scene.program().killEverything();
 
     QVERIFY(m_scene.program().start());
