@@ -22,6 +22,7 @@ class DlgQuit;
 class dlgStopPrompt;
 class LogModel;
 class OrchErrRes;
+struct HeartbeatOrder;
 struct OrchRequest;
 class QAction;
 class QMenu;
@@ -86,6 +87,11 @@ public slots:
     void on_btnQuitApp_clicked();
     void netReply(QNetworkReply* r);
 
+    // For the diagnosis worker: each ends the connection and shows why
+    void onShowKickedoutDialog();
+    void onShowLdapChangeDialog();
+    void onShowChangePassDialog();
+
     // Upgrade
     void upgradeNotify(QNetworkReply* reply);
     void onNextCheckUpgrade();
@@ -143,6 +149,7 @@ private:
     void _handle401(const QByteArray& document);
     void endSession(SessionEnd end);
     void explainAndLogout(SessionEnd end);
+    void explainEnd(SessionEnd end);
     void closeAllPopupDlg();
     void rerunFailedDiagnosis();
     void startDiagnosis(DiagnoseTriggerType type);
@@ -197,7 +204,10 @@ private:
 
     // Heartbeat (DlgMainHeartbeat.cpp)
     void heartBeat();
-    void heartBeatSucceeded(const QByteArray& body);
+    void heartBeatSucceeded(const QByteArray& body, bool diagnosisWanted);
+    void takeEncryptionFlags(bool quantum, bool pqc);
+    void carryOut(const HeartbeatOrder& order);
+    void tellOrder(const HeartbeatOrder& order, const QString& text);
     void heartBeatFailed(const QByteArray& body, QNetworkReply* reply);
     void onHeartBeatSendFailed();
 
@@ -239,8 +249,10 @@ private:
     dlgStopPrompt* m_PStopPrompt = nullptr;
     QString m_curClientIp; ///< the client's own address at the last attempt
     bool m_isReconnect = false;
-    bool m_showPromptTemp = false; ///< the next attempt leaves the prompt in place
-    bool m_sessionOver = false;    ///< a logout or quit is under way
+    bool m_showPromptTemp = false;     ///< the next attempt leaves the prompt in place
+    bool m_sessionOver = false;        ///< a logout or quit is under way
+    bool m_explainingEnd = false;      ///< the reason for the end of the session is being shown
+    bool m_isChPwPromptShowed = false; ///< that reason is a changed password
     ipc::DisconnectTypeReason m_connect2OrchReason = ipc::DisConnNormalReason;
     QDateTime m_lastReqOrchUpgradeTime;
     qlonglong m_reqOrchInterval = 60; ///< minutes between maintenance queries on focus return

@@ -3,18 +3,31 @@
 #include "app/LogMarker.h"
 #include "app/Platform.h"
 #include "main/DlgMain.h"
+#include "main/DlgMainUi.h"
+#include "main/HeartbeatReply.h"
 #include "main/SessionRules.h"
+#include "orch/HttpErrorText.h"
 #include "orch/JsonUtil.h"
 #include "orch/MaskSecrets.h"
+#include "orch/OrchErrCode.h"
 #include "orch/OrchIdentity.h"
 #include "orch/OrchRequests.h"
 #include "orch/ReplyFacts.h"
+#include "widgets/WidgetSetting.h"
+#include "widgets/WidgetTopPrompt.h"
 
 #include <QEventLoop>
+#include <QLocale>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QPointer>
 #include <QTimer>
+
+namespace {
+
+constexpr int kOrderPromptMs = 500;
+
+} // namespace
 
 // Waits for the answer, at most 40 s, in an event loop of its own: anything may happen meanwhile,
 // a further poll, the end of the session, the end of the window.
@@ -32,28 +45,35 @@ void DlgMain::heartBeat()
     connect(manager, &QObject::destroyed, &wait, &QEventLoop::quit);
     const QPointer<QNetworkReply> reply = sendOrchRequest(
         *manager, orchrequest::heartbeat(m_HeartbeatUrl, storedIdentity(), m_mobileDetect));
+    const long long session = m_ConnectSuccessStamp;
     wait.exec();
     if (manager)
         manager->deleteLater();
-    if (!alive || !reply)
+    if (!alive || !reply || m_sessionOver)
         return;
     const QByteArray body = replyBody(reply);
-    if (httpStatus(reply) == 200 && reply->error() == QNetworkReply::NoError)
-        heartBeatSucceeded(body);
-    else
+    const bool answered = httpStatus(reply) == 200 && reply->error() == QNetworkReply::NoError;
+    if (!answered)
         heartBeatFailed(body, reply);
+    else if (isConnected() && session == m_ConnectSuccessStamp) // not of a connection that is over
+        heartBeatSucceeded(body, !reply->rawHeader("orch-logfile").isEmpty());
 }
 
-void DlgMain::heartBeatSucceeded(const QByteArray& body)
+void DlgMain::heartBeatSucceeded(const QByteArray& body, bool diagnosisWanted)
 {
-    const QJsonObject json = JsonUtil::object(body);
-    if (JsonUtil::getBool(json, QStringLiteral("success"), false) && m_HeartBeatSendFailed &&
-        m_mobileDetect) {
+    const HeartbeatReply reply = HeartbeatReply::fromJson(body);
+    if (reply.success && m_HeartBeatSendFailed && m_mobileDetect) {
         m_HeartBeatSendFailedTimer->stop();
         m_HeartBeatSendFailed = false;
     }
-    const bool quantum = JsonUtil::getBool(json, QStringLiteral("enableQuantum"), false);
-    const bool pqc = JsonUtil::getBool(json, QStringLiteral("enablePQC"), false);
+    carryOut(heartbeatOrder(reply, QLocale().language() == QLocale::Chinese));
+    if (diagnosisWanted)
+        startDiagnosis(TriggerByOrch);
+    takeEncryptionFlags(reply.enableQuantum, reply.enablePQC);
+}
+
+void DlgMain::takeEncryptionFlags(bool quantum, bool pqc)
+{
     if (quantum == m_EnableQuantum && pqc == m_EnablePQC)
         return;
     const auto word = [](bool on) { return QLatin1String(on ? "true" : "false"); };
@@ -64,15 +84,65 @@ void DlgMain::heartBeatSucceeded(const QByteArray& body)
     updateQuantumUI();
 }
 
+void DlgMain::carryOut(const HeartbeatOrder& order)
+{
+    const bool reasons = order.hasReasons;
+    switch (order.kind) {
+    case HeartbeatOrder::Kind::None:
+        return;
+    case HeartbeatOrder::Kind::Disconnect:
+        disconnect(true, ipc::DisConnOrchNotifyReason);
+        return tellOrder(
+            order, reasons ? tr("The client has received the message from the server for "
+                                "disconnecting to the network.Please refer to the logs for more "
+                                "information.")
+                           : tr("The client has received the message from the server for "
+                                "disconnecting to the network."));
+    case HeartbeatOrder::Kind::Reconnect:
+        m_connect2OrchReason = ipc::DisConnOrchNotifyReason;
+        reConnect(ipc::DisConnOrchNotifyReason);
+        return tellOrder(
+            order, reasons ? tr("The client has received the message from the server for "
+                                "connecting to the network again. Please refer to the logs for "
+                                "more information.")
+                           : tr("The client has received the message from the server for "
+                                "connecting to the network again."));
+    }
+}
+
+// A moment later: what carrying out the order shows would otherwise replace the words.
+void DlgMain::tellOrder(const HeartbeatOrder& order, const QString& text)
+{
+    QTimer::singleShot(kOrderPromptMs, this, [this, order, text] {
+        const bool leave = order.kind == HeartbeatOrder::Kind::Disconnect;
+        promptWidge->hidePrompt();
+        promptWidge->showPrompt(leave ? WidgetTopPrompt::SHOW_ERROR : WidgetTopPrompt::SHOW_WARNING,
+                                text, false);
+        QString reason = order.reason;
+        if (reason.isEmpty()) {
+            reason = leave ? tr("Disconnecting due to receiving ORCH notification.")
+                           : tr("Reconnecting due to receiving ORCH notification.");
+        }
+        logDisplayCritical(reason);
+        if (!leave)
+            m_showPromptTemp = true;
+    });
+}
+
 void DlgMain::heartBeatFailed(const QByteArray& body, QNetworkReply* reply)
 {
-    if (m_mobileDetect && !m_HeartBeatSendFailed) {
+    if (m_mobileDetect && !m_HeartBeatSendFailed && isConnected()) {
         m_HeartBeatSendFailed = true;
         m_HeartBeatSendFailedTimer->start();
     }
     logDisplayDebug(QStringLiteral("Heart beat exception: ") + reply->errorString() +
                     QStringLiteral(" statuscode ") + QString::number(httpStatus(reply)) +
                     QStringLiteral(" orch return text ") + maskSecrets(body));
+    if (JsonUtil::getInt(body, QStringLiteral("code"), 0) != orchcode::kTokenInvalid)
+        return;
+    disconnect(false, ipc::DisConnNormalReason);
+    closeAllPopupDlg();
+    endSession(invalidSessionEnd(body, ui->m_SettingWidge->isDisable401()));
 }
 
 void DlgMain::onHeartBeatSendFailed()
@@ -84,4 +154,24 @@ void DlgMain::onHeartBeatSendFailed()
     setConnStatus(CONNECTING);
     m_connect2OrchReason = ipc::DisConnNormalReason;
     reConnect(ipc::DisConnAbnormalReason);
+}
+
+// Slots for the diagnosis worker, which asks for the logout itself once the dialog is closed.
+
+void DlgMain::onShowKickedoutDialog()
+{
+    disconnect(false, ipc::DisConnNormalReason);
+    explainEnd(SessionEnd::ForcedLogout);
+}
+
+void DlgMain::onShowLdapChangeDialog()
+{
+    disconnect(false, ipc::DisConnNormalReason);
+    explainEnd(SessionEnd::AccountChanged);
+}
+
+void DlgMain::onShowChangePassDialog()
+{
+    disconnect(false, ipc::DisConnNormalReason);
+    explainEnd(SessionEnd::PasswordChanged);
 }

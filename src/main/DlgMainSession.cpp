@@ -324,6 +324,7 @@ void DlgMain::netReply(QNetworkReply* r)
 // Whatever the orchestrator answered, the session is over here.
 void DlgMain::disconnectNoticeAnswered(QNetworkReply* reply)
 {
+    const QPointer<DlgMain> alive(this); // a dialog may outlive the window
     setConnStatus(DISCONNECTION);
     logDisplayInfo(tr("Disconnected"));
     const QByteArray body = replyBody(reply);
@@ -331,7 +332,7 @@ void DlgMain::disconnectNoticeAnswered(QNetworkReply* reply)
         startDiagnosis(TriggerByOrch);
     if (JsonUtil::getInt(body, QStringLiteral("code"), 0) == 401)
         _handle401(body);
-    if (property(kReconnect).toBool()) {
+    if (alive && property(kReconnect).toBool()) {
         setProperty(kReconnect, false);
         on_btnConnect_clicked();
     }
@@ -385,22 +386,34 @@ void DlgMain::endSession(SessionEnd end)
     }
 }
 
-// The user is told why before the program starts anew. Whatever ends the session while the
-// explanation is open, the logout comes once.
+// The user is told why before the program starts anew. Whatever else ends the session while the
+// explanation is open, it is explained once and the logout comes once.
 void DlgMain::explainAndLogout(SessionEnd end)
 {
-    if (m_sessionOver)
+    if (m_sessionOver || m_explainingEnd)
         return;
     showWindow();
     const QPointer<DlgMain> alive(this);
+    explainEnd(end);
+    if (alive)
+        logout(false, end != SessionEnd::PasswordChanged, false, false);
+}
+
+void DlgMain::explainEnd(SessionEnd end)
+{
+    const QPointer<DlgMain> alive(this);
+    m_explainingEnd = true;
+    m_isChPwPromptShowed = end == SessionEnd::PasswordChanged;
     if (end == SessionEnd::ForcedLogout)
         showOrchKickOff(this, ConfigUtil::getvalue(ConfigUtil::USERNAME, QString()).toString());
     else if (end == SessionEnd::AccountChanged)
         showLdapChange(this);
     else
         showPasswordChanged(this);
-    if (alive)
-        logout(false, end != SessionEnd::PasswordChanged, false, false);
+    if (!alive)
+        return;
+    m_explainingEnd = false;
+    m_isChPwPromptShowed = false;
 }
 
 void DlgMain::logout(bool notifyOrch, bool invalidToken, bool isByUser, bool showTipInLoginUI)

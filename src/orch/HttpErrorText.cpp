@@ -98,26 +98,6 @@ LoginFailure refusal(int code, const QString& text, const QJsonObject& body, con
     return result;
 }
 
-SessionEnd sessionEnd(const HttpFailure& failure, const QJsonObject& body,
-                      bool settingsChangePassword)
-{
-    switch (kickout(body)) {
-    case Kickout::ForcedLogout:
-        return SessionEnd::ForcedLogout;
-    case Kickout::AccountChanged:
-        return SessionEnd::AccountChanged;
-    case Kickout::PasswordChanged:
-        return SessionEnd::PasswordChanged;
-    case Kickout::Other:
-        return SessionEnd::InvalidToken;
-    case Kickout::NoReason:
-        break;
-    }
-    if (settingsChangePassword)
-        return SessionEnd::LeftToSettings;
-    return failure.body.contains("password") ? SessionEnd::KeepToken : SessionEnd::InvalidToken;
-}
-
 } // namespace
 
 HttpFailure HttpFailure::of(const QByteArray& body, const QNetworkReply* reply)
@@ -187,6 +167,25 @@ Kickout kickout(const QJsonObject& body)
     }
 }
 
+SessionEnd invalidSessionEnd(const QByteArray& body, bool settingsChangePassword)
+{
+    switch (kickout(JsonUtil::object(body))) {
+    case Kickout::ForcedLogout:
+        return SessionEnd::ForcedLogout;
+    case Kickout::AccountChanged:
+        return SessionEnd::AccountChanged;
+    case Kickout::PasswordChanged:
+        return SessionEnd::PasswordChanged;
+    case Kickout::Other:
+        return SessionEnd::InvalidToken;
+    case Kickout::NoReason:
+        break;
+    }
+    if (settingsChangePassword)
+        return SessionEnd::LeftToSettings;
+    return body.contains("password") ? SessionEnd::KeepToken : SessionEnd::InvalidToken;
+}
+
 MainFailure mainFailure(const HttpFailure& failure, bool settingsChangePassword,
                         const OrchTexts& texts)
 {
@@ -201,5 +200,5 @@ MainFailure mainFailure(const HttpFailure& failure, bool settingsChangePassword,
     const int code = JsonUtil::getInt(body, QStringLiteral("code"), 0);
     if (code != orchcode::kTokenInvalid && !text.contains(QLatin1String("401")))
         return {SessionEnd::None, text};
-    return {sessionEnd(failure, body, settingsChangePassword), QString()};
+    return {invalidSessionEnd(failure.body, settingsChangePassword), QString()};
 }

@@ -87,6 +87,10 @@ enum class SessionEnd {
     PasswordChanged, ///< dialog, then log out keeping the token
 };
 
+/// How a session ends whose token was refused with this body; never None.
+/// `settingsChangePassword`: the settings page itself is changing the password.
+SessionEnd invalidSessionEnd(const QByteArray& body, bool settingsChangePassword);
+
 /// What the main window does about a failure.
 struct MainFailure
 {

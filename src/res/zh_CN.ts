@@ -441,6 +441,30 @@ Intranet Mode</source>
         <source>A new version is available</source>
         <translation>有新版本可用</translation>
     </message>
+    <message>
+        <source>The client has received the message from the server for disconnecting to the network.Please refer to the logs for more information.</source>
+        <translation>客户端收到服务器断开网络的消息，详情请查看日志。</translation>
+    </message>
+    <message>
+        <source>The client has received the message from the server for disconnecting to the network.</source>
+        <translation>客户端收到服务器断开网络的消息。</translation>
+    </message>
+    <message>
+        <source>The client has received the message from the server for connecting to the network again. Please refer to the logs for more information.</source>
+        <translation>客户端收到服务器重新连接网络的消息，详情请查看日志。</translation>
+    </message>
+    <message>
+        <source>The client has received the message from the server for connecting to the network again.</source>
+        <translation>客户端收到服务器重新连接网络的消息。</translation>
+    </message>
+    <message>
+        <source>Disconnecting due to receiving ORCH notification.</source>
+        <translation>收到控制器通知，断开连接。</translation>
+    </message>
+    <message>
+        <source>Reconnecting due to receiving ORCH notification.</source>
+        <translation>收到控制器通知，重新连接。</translation>
+    </message>
 </context>
 <context>
     <name>DlgQuit</name>

@@ -77,6 +77,18 @@ private slots:
                  QStringLiteral("https://o.example/api/mobile/v2/auth"));
     }
 
+    void aFolderThatCannotBeUsedGivesDefaults()
+    {
+        // A file in the folder's place: nothing below it can be made or read.
+        QFile obstacle(m_folder);
+        QVERIFY(obstacle.open(QIODevice::WriteOnly));
+        ConfigUtil::createConfigPath();
+        ConfigUtil::writeValue(ConfigUtil::USERNAME, QStringLiteral("alice"));
+        QCOMPARE(ConfigUtil::getvalue(ConfigUtil::AUTO_LOGIN, -1).toInt(), -1);
+        QVERIFY(QFileInfo(m_folder).isFile());
+        QVERIFY(obstacle.remove());
+    }
+
     void theTableNamesEachKeyOnce()
     {
         QSet<QByteArray> stored;

@@ -1,18 +1,7 @@
-#include "app/ConfigUtil.h"
-#include "app/Platform.h"
-#include "app/SingleApp.h"
-#include "main/DlgMain.h"
-#include "support/WindowParts.h"
-#include "support/WindowScene.h"
 #include "upgrade/DlgUpgrade.h"
+#include "window/main/SessionScene.h"
 
 #include <QFocusEvent>
-#include <QLabel>
-#include <QPushButton>
-#include <QTest>
-#include <QTimer>
-
-#include <memory>
 
 using sim::Fault;
 
@@ -31,17 +20,11 @@ class MainNoticesTest : public QObject
     Q_OBJECT
 
 private slots:
-    void init()
-    {
-        m_scene = std::make_unique<WindowScene>();
-        m_scene->stageDatapath();
-        m_scene->logIn();
-        SingleApp::instance()->startInstance();
-    }
+    void init() { m_scene = std::make_unique<SessionScene>(); }
 
     void cleanup()
     {
-        m_window.reset();
+        m_scene->window.reset();
         const QStringList violations = m_scene->service.violations();
         m_scene.reset();
         qApp->setProperty("OrchUpgradeNoticeTime", QVariant());
@@ -84,10 +67,10 @@ private slots:
         announce("run");
         m_scene->service.setFault(kConnect, Fault::withStatus(502));
         ModalGuard notice("OrchUpgradeDialog", [](QDialog* dialog) { dialog->accept(); });
-        open();
+        m_scene->open();
         QTRY_VERIFY(notice.seen());
-        QTRY_COMPARE(connectText(), QStringLiteral("Connect"));
-        QCOMPARE(promptText(m_window.get()), QString());
+        QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Connect"));
+        QCOMPARE(promptText(m_scene->window.get()), QString());
     }
 
     void aNewVersionIsOffered_data()
@@ -108,12 +91,12 @@ private slots:
         openIdle();
         QTRY_VERIFY(offer.seen());
         QTRY_VERIFY(!QApplication::activeModalWidget());
-        QTEST(child<QLabel>("labelYellowDot")->isVisible(), "marked");
-        QCOMPARE(child<QTimer>("m_checkUpgradeTimer")->interval(), 45 * 60000);
-        QVERIFY(child<QTimer>("m_checkUpgradeTimer")->isActive());
+        QTEST(m_scene->child<QLabel>("labelYellowDot")->isVisible(), "marked");
+        QCOMPARE(m_scene->child<QTimer>("m_checkUpgradeTimer")->interval(), 45 * 60000);
+        QVERIFY(m_scene->child<QTimer>("m_checkUpgradeTimer")->isActive());
 
-        child<QPushButton>("btnAbout")->click();
-        auto* version = child<QPushButton>("btnNewVersion");
+        m_scene->child<QPushButton>("btnAbout")->click();
+        auto* version = m_scene->child<QPushButton>("btnNewVersion");
         QTRY_COMPARE(version->text(), QStringLiteral("Discover A New Version 6.2.0"));
         QTRY_COMPARE(m_scene->service.count(kUpgrade), 2);
         QTRY_VERIFY(version->isVisible() && version->isEnabled());
@@ -131,7 +114,7 @@ private slots:
             QVERIFY(dialog->isVisible());
             part<QPushButton>(dialog, "btnClose")->click();
         });
-        open();
+        m_scene->open();
         QTRY_COMPARE(m_scene->quits, 1);
         QVERIFY(forced.seen());
         QCOMPARE(m_scene->started, QStringList{QStringLiteral("-logout")});
@@ -142,13 +125,13 @@ private slots:
     {
         m_scene->service.setFault(kUpgrade, Fault::withStatus(500));
         openIdle();
-        QTRY_VERIFY(child<QTimer>("m_checkUpgradeTimer")->isActive());
-        QCOMPARE(child<QTimer>("m_checkUpgradeTimer")->interval(), 30 * 60000);
-        child<QPushButton>("btnAbout")->click();
-        auto* version = child<QPushButton>("btnNewVersion");
+        QTRY_VERIFY(m_scene->child<QTimer>("m_checkUpgradeTimer")->isActive());
+        QCOMPARE(m_scene->child<QTimer>("m_checkUpgradeTimer")->interval(), 30 * 60000);
+        m_scene->child<QPushButton>("btnAbout")->click();
+        auto* version = m_scene->child<QPushButton>("btnNewVersion");
         QTRY_COMPARE(version->text(), QStringLiteral("Check failed, please try again"));
         QVERIFY(!version->isEnabled());
-        fireTimer(m_window.get(), "m_checkUpgradeTimer");
+        fireTimer(m_scene->window.get(), "m_checkUpgradeTimer");
         QTRY_COMPARE(m_scene->service.count(kUpgrade), 3);
     }
 
@@ -178,7 +161,7 @@ private slots:
                 shown += label->text();
             open->accept();
         });
-        open();
+        m_scene->open();
         QTRY_COMPARE(m_scene->quits, 1);
         QVERIFY(explanation.seen());
         QVERIFY2(shown.contains(text), qPrintable(shown));
@@ -188,25 +171,19 @@ private slots:
     }
 
 private:
-    void open()
-    {
-        m_window = std::make_unique<DlgMain>(nullptr);
-        m_window->show();
-    }
-
     // Without a session: the connect request fails.
     void openIdle()
     {
         m_scene->service.setFault(kConnect, Fault::withStatus(503));
-        open();
-        QTRY_COMPARE(connectText(), QStringLiteral("Connect"));
+        m_scene->open();
+        QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Connect"));
     }
 
     void focus(qint64 now)
     {
         platform().clock = [now] { return now; };
         QFocusEvent event(QEvent::FocusIn);
-        QApplication::sendEvent(m_window.get(), &event);
+        QApplication::sendEvent(m_scene->window.get(), &event);
     }
 
     void announce(const char* state)
@@ -230,15 +207,7 @@ private:
         });
     }
 
-    template <class Widget>
-    Widget* child(const char* name) const
-    {
-        return part<Widget>(m_window.get(), name);
-    }
-    QString connectText() const { return child<QPushButton>("btnConnect")->text(); }
-
-    std::unique_ptr<WindowScene> m_scene;
-    std::unique_ptr<DlgMain> m_window;
+    std::unique_ptr<SessionScene> m_scene;
 };
 
 QTEST_MAIN(MainNoticesTest)

@@ -1,22 +1,8 @@
-#include "app/ConfigUtil.h"
-#include "app/Platform.h"
-#include "app/SingleApp.h"
-#include "main/DlgMain.h"
-#include "monitor/MonitorDatapath.h"
-#include "sim/Behaviour.h"
-#include "support/WindowParts.h"
-#include "support/WindowScene.h"
-#include "widgets/WidgetTopPrompt.h"
+#include "window/main/SessionScene.h"
 
 #include <QAction>
-#include <QLabel>
 #include <QLocalServer>
 #include <QLocalSocket>
-#include <QPushButton>
-#include <QTest>
-#include <QTimer>
-
-#include <memory>
 
 using sim::Fault;
 
@@ -26,17 +12,11 @@ class SessionTest : public QObject
     Q_OBJECT
 
 private slots:
-    void init()
-    {
-        m_scene = std::make_unique<WindowScene>();
-        m_scene->stageDatapath();
-        m_scene->logIn();
-        SingleApp::instance()->startInstance();
-    }
+    void init() { m_scene = std::make_unique<SessionScene>(); }
 
     void cleanup()
     {
-        m_window.reset();
+        m_scene->window.reset();
         const QStringList violations = m_scene->service.violations();
         m_scene.reset();
         QCOMPARE(violations.join(QLatin1Char('\n')), QString());
@@ -47,8 +27,8 @@ private slots:
         m_scene->service.edit([](sim::Scenario& scenario) {
             scenario.filterDocument = R"({"ipSetMode":-1,"blackIpSet":["1.1.1.1","1.1.1.1",7]})";
         });
-        open();
-        QTRY_COMPARE_WITH_TIMEOUT(connectText(), QStringLiteral("Stop"), 15000);
+        m_scene->open();
+        QTRY_COMPARE_WITH_TIMEOUT(m_scene->connectText(), QStringLiteral("Stop"), 15000);
         const QString log = m_scene->log();
         QVERIFY(log.contains(QStringLiteral("[INFO] Reconnecting")));
         QVERIFY(!log.contains(QStringLiteral("Manual connect triggered")));
@@ -59,33 +39,33 @@ private slots:
         QVERIFY2(filter.startsWith(R"({"blackIpSet":["1.1.1.1")") && filter.endsWith("}\n"),
                  filter);
         QVERIFY(m_scene->read(QStringLiteral("cpeagent.conf")).startsWith("orchid="));
-        QVERIFY(child<QWidget>("m_Chronometer")->isVisible());
+        QVERIFY(m_scene->child<QWidget>("m_Chronometer")->isVisible());
 
         // The first poll starts from zero, the second measures.
-        fire("m_StatCountTimer");
-        QCOMPARE(child<QLabel>("labelUpSpeed")->text(), QStringLiteral("0"));
+        m_scene->fire("m_StatCountTimer");
+        QCOMPARE(m_scene->child<QLabel>("labelUpSpeed")->text(), QStringLiteral("0"));
         const QDateTime later = QDateTime::currentDateTime().addSecs(3);
         QTest::qWait(50);
         platform().clock = [later] { return later.toMSecsSinceEpoch(); };
-        fire("m_StatCountTimer");
-        QVERIFY(child<QLabel>("labelDownSpeed")->text() != QStringLiteral("0"));
+        m_scene->fire("m_StatCountTimer");
+        QVERIFY(m_scene->child<QLabel>("labelDownSpeed")->text() != QStringLiteral("0"));
         QCOMPARE(m_scene->service.count("/api/mobile/v2/heartbeat"), 1);
 
-        stop();
-        QTRY_COMPARE(connectText(), QStringLiteral("Connect"));
+        m_scene->stop();
+        QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Connect"));
         const QJsonObject notice = m_scene->service.lastRequest("/api/mobile/v2/disconnect").json();
         QCOMPARE(notice.value("mobileActionLogType").toInt(), 1);
-        QCOMPARE(child<QLabel>("labelUpSpeed")->text(), QStringLiteral("--"));
+        QCOMPARE(m_scene->child<QLabel>("labelUpSpeed")->text(), QStringLiteral("--"));
         QVERIFY(sim::scriptCalls(m_scene->folder()).constLast().contains(QStringLiteral("stop")));
     }
 
     void aSecondConnectOfTheRunLoadsNoFilter()
     {
-        openConnected();
-        stop();
-        QTRY_COMPARE(connectText(), QStringLiteral("Connect"));
-        button("btnConnect")->click();
-        QTRY_COMPARE_WITH_TIMEOUT(connectText(), QStringLiteral("Stop"), 15000);
+        m_scene->openConnected();
+        m_scene->stop();
+        QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Connect"));
+        m_scene->button("btnConnect")->click();
+        QTRY_COMPARE_WITH_TIMEOUT(m_scene->connectText(), QStringLiteral("Stop"), 15000);
         QCOMPARE(m_scene->service.count("/files/ip-filter.json"), 1);
         QVERIFY(m_scene->log().contains(QStringLiteral("Manual connect triggered")));
         QVERIFY(m_scene->log().contains(QStringLiteral("no need for reload")));
@@ -117,11 +97,11 @@ private slots:
         Fault fault = Fault::withBody(body);
         fault.status = status;
         m_scene->service.setFault(path, fault);
-        open();
-        QTRY_COMPARE(connectText(), QStringLiteral("Connect"));
-        QTRY_VERIFY(!prompt().isEmpty());
-        QVERIFY2(prompt().startsWith(message), qPrintable(prompt()));
-        QVERIFY(!timer("m_ConnectSlowWarningTimer")->isActive());
+        m_scene->open();
+        QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Connect"));
+        QTRY_VERIFY(!m_scene->prompt().isEmpty());
+        QVERIFY2(m_scene->prompt().startsWith(message), qPrintable(m_scene->prompt()));
+        QVERIFY(!m_scene->timer("m_ConnectSlowWarningTimer")->isActive());
         QVERIFY(sim::scriptCalls(m_scene->folder()).isEmpty());
         QVERIFY(!WindowScene::setting(ConfigUtil::TOKEN).toString().isEmpty());
     }
@@ -138,11 +118,11 @@ private slots:
         QFETCH(QString, place);
         if (place == QLatin1String("connect")) {
             m_scene->service.revokeSessions(2);
-            open();
+            m_scene->open();
         } else {
-            openConnected();
+            m_scene->openConnected();
             m_scene->service.revokeSessions(2);
-            stop();
+            m_scene->stop();
         }
         QTRY_COMPARE(m_scene->quits, 1);
         QCOMPARE(m_scene->started, QStringList{QStringLiteral("-logout -invalidToken")});
@@ -154,9 +134,9 @@ private slots:
     void cancelDuringTheConnectRequest()
     {
         m_scene->service.setFault(QStringLiteral("/api/mobile/v2/connect"), Fault::withDelay(200));
-        open();
-        stop();
-        QTRY_COMPARE(connectText(), QStringLiteral("Connect"));
+        m_scene->open();
+        m_scene->stop();
+        QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Connect"));
         QVERIFY(m_scene->log().contains(
             QStringLiteral("Connection canceled during connection orchestrator")));
         QCOMPARE(m_scene->read(QStringLiteral("cpeagent.conf")), QByteArray());
@@ -165,10 +145,10 @@ private slots:
     void cancelDuringTheFilter()
     {
         m_scene->service.setFault(QStringLiteral("/files/ip-filter.json"), Fault::withDelay(200));
-        open();
+        m_scene->open();
         QTRY_COMPARE(m_scene->service.count("/files/ip-filter.json"), 1);
-        stop();
-        QTRY_COMPARE(connectText(), QStringLiteral("Connect"));
+        m_scene->stop();
+        QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Connect"));
         QVERIFY(
             m_scene->log().contains(QStringLiteral("Connection canceled during getting filter")));
         QVERIFY(sim::scriptCalls(m_scene->folder()).isEmpty());
@@ -176,11 +156,11 @@ private slots:
 
     void cancelDuringTheAgentWait()
     {
-        behave({{"agent", "silent"}});
-        open();
-        QTRY_VERIFY(timer("m_WaitAgentTimer")->isActive());
-        stop();
-        QCOMPARE(connectText(), QStringLiteral("Connect"));
+        m_scene->behave({{"agent", "silent"}});
+        m_scene->open();
+        QTRY_VERIFY(m_scene->timer("m_WaitAgentTimer")->isActive());
+        m_scene->stop();
+        QCOMPARE(m_scene->connectText(), QStringLiteral("Connect"));
         QCOMPARE(m_scene->log().count(QStringLiteral("Connection canceled during waiting agent")),
                  1);
         QCOMPARE(m_scene->service.count("/api/mobile/v2/disconnect"), 0);
@@ -188,84 +168,72 @@ private slots:
 
     void aSilentAgentIsGivenUp()
     {
-        behave({{"agent", "silent"}});
-        open();
-        QTRY_VERIFY(timer("m_WaitAgentTimer")->isActive());
-        fire("m_WaitAgentTimer");
-        QCOMPARE(connectText(), QStringLiteral("Connect"));
-        QVERIFY(prompt().startsWith(QStringLiteral("6010 ")));
+        m_scene->behave({{"agent", "silent"}});
+        m_scene->open();
+        QTRY_VERIFY(m_scene->timer("m_WaitAgentTimer")->isActive());
+        m_scene->fire("m_WaitAgentTimer");
+        QCOMPARE(m_scene->connectText(), QStringLiteral("Connect"));
+        QVERIFY(m_scene->prompt().startsWith(QStringLiteral("6010 ")));
         QVERIFY(sim::scriptCalls(m_scene->folder()).constLast().contains(QStringLiteral("stop")));
     }
 
     void aFailingScriptIsReportedWithItsWords()
     {
-        behave({{"script_exit", "1"}, {"script_stderr", "no tun device"}});
-        open();
-        QTRY_COMPARE(connectText(), QStringLiteral("Connect"));
-        QVERIFY(prompt().startsWith(QStringLiteral("6021 ")));
+        m_scene->behave({{"script_exit", "1"}, {"script_stderr", "no tun device"}});
+        m_scene->open();
+        QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Connect"));
+        QVERIFY(m_scene->prompt().startsWith(QStringLiteral("6021 ")));
         QVERIFY(m_scene->log().contains(QStringLiteral("[INFO] no tun device")));
     }
 
     void anAgentThatRefusesEndsTheSession()
     {
-        behave({{"agent", "disconnect"}});
-        open();
+        m_scene->behave({{"agent", "disconnect"}});
+        m_scene->open();
         QTRY_COMPARE_WITH_TIMEOUT(m_scene->quits, 1, 10000);
         QCOMPARE(m_scene->started, QStringList{QStringLiteral("-logout -invalidToken")});
     }
 
     void threeFailedPollsEndTheConnection()
     {
-        openConnected();
-        behave({{"dispatch", "close_midreply"}});
-        fire("m_StatCountTimer");
-        fire("m_StatCountTimer");
-        QCOMPARE(connectText(), QStringLiteral("Stop"));
-        fire("m_StatCountTimer");
-        QTRY_COMPARE(connectText(), QStringLiteral("Connect"));
+        m_scene->openConnected();
+        m_scene->behave({{"dispatch", "close_midreply"}});
+        m_scene->fire("m_StatCountTimer");
+        m_scene->fire("m_StatCountTimer");
+        QCOMPARE(m_scene->connectText(), QStringLiteral("Stop"));
+        m_scene->fire("m_StatCountTimer");
+        QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Connect"));
         QVERIFY(m_scene->log().contains(
             QStringLiteral("[ERROR] Check the DP status and find an exception(-5)")));
-        QCOMPARE(m_scene->service.lastRequest("/api/mobile/v2/disconnect")
-                     .json()
-                     .value("mobileActionLogType")
-                     .toInt(),
-                 3);
+        QCOMPARE(m_scene->reasonOf("/api/mobile/v2/disconnect"), 3);
     }
 
     void lostTunnelsAreShownOnceAndRestored()
     {
-        openConnected();
-        behave({{"tunnels", "down"}});
-        fire("m_StatCountTimer");
-        QVERIFY(!prompt().startsWith(QStringLiteral("6022 ")));
+        m_scene->openConnected();
+        m_scene->behave({{"tunnels", "down"}});
+        m_scene->fire("m_StatCountTimer");
+        QVERIFY(!m_scene->prompt().startsWith(QStringLiteral("6022 ")));
         const QDateTime later = QDateTime::currentDateTime().addSecs(31);
         platform().clock = [later] { return later.toMSecsSinceEpoch(); };
-        fire("m_StatCountTimer");
-        QVERIFY(prompt().startsWith(QStringLiteral("6022 ")));
-        fire("m_StatCountTimer");
+        m_scene->fire("m_StatCountTimer");
+        QVERIFY(m_scene->prompt().startsWith(QStringLiteral("6022 ")));
+        m_scene->fire("m_StatCountTimer");
         QCOMPARE(m_scene->log().count(QStringLiteral("6022 ")), 1);
-        behave({{"tunnels", "up"}});
-        fire("m_StatCountTimer");
-        QCOMPARE(prompt(), QString());
+        m_scene->behave({{"tunnels", "up"}});
+        m_scene->fire("m_StatCountTimer");
+        QCOMPARE(m_scene->prompt(), QString());
         QVERIFY(m_scene->log().contains(QStringLiteral("[NOTICE]  Network restored")));
     }
 
     void aVanishedDatapathIsStartedAgain()
     {
-        openConnected();
+        m_scene->openConnected();
         emit monitor::MonitorDatapath::instance()->datapathVanished();
-        QCOMPARE(m_scene->service.lastRequest("/api/mobile/v2/connect")
-                     .json()
-                     .value("mobileActionLogType")
-                     .toInt(),
-                 1);
+        QCOMPARE(m_scene->reasonOf("/api/mobile/v2/connect"), 1);
         QTRY_COMPARE_WITH_TIMEOUT(m_scene->service.count("/api/mobile/v2/connect"), 2, 10000);
-        QTRY_COMPARE_WITH_TIMEOUT(connectText(), QStringLiteral("Stop"), 15000);
-        QCOMPARE(m_scene->service.lastRequest("/api/mobile/v2/disconnect")
-                     .json()
-                     .value("mobileActionLogType")
-                     .toInt(),
-                 3);
+        QTRY_COMPARE_WITH_TIMEOUT(m_scene->connectText(), QStringLiteral("Stop"), 15000);
+        QCOMPARE(m_scene->reasonOf("/api/mobile/v2/disconnect"), 3);
     }
 
     void intranetModeStartsNoDatapath()
@@ -274,25 +242,25 @@ private slots:
             scenario.connectReply.insert(QStringLiteral("mobileDetect"), true);
             scenario.connectReply.insert(QStringLiteral("enableQuantum"), true);
         });
-        open();
-        QTRY_COMPARE(connectText(), QStringLiteral("Stop"));
-        QVERIFY(child<QLabel>("m_mobileDetectLabel")->isVisible());
-        QVERIFY(!child<QLabel>("labelUpSpeed")->isVisible());
-        QVERIFY(timer("m_CheckIpTimer")->isActive());
+        m_scene->open();
+        QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Stop"));
+        QVERIFY(m_scene->child<QLabel>("m_mobileDetectLabel")->isVisible());
+        QVERIFY(!m_scene->child<QLabel>("labelUpSpeed")->isVisible());
+        QVERIFY(m_scene->timer("m_CheckIpTimer")->isActive());
         QVERIFY(sim::scriptCalls(m_scene->folder()).isEmpty());
-        child<QAbstractButton>("toolBtnSetting")->click();
-        QVERIFY(!child<QLabel>("m_mobileDetectLabel")->isVisible());
-        child<QAbstractButton>("toolBtnHome")->click();
-        QVERIFY(child<QLabel>("m_mobileDetectLabel")->isVisible());
-        QVERIFY(child<QWidget>("m_Chronometer")->isVisible());
-        stop();
-        QTRY_COMPARE(connectText(), QStringLiteral("Connect"));
-        QVERIFY(child<QLabel>("labelUpSpeed")->isVisible());
+        m_scene->child<QAbstractButton>("toolBtnSetting")->click();
+        QVERIFY(!m_scene->child<QLabel>("m_mobileDetectLabel")->isVisible());
+        m_scene->child<QAbstractButton>("toolBtnHome")->click();
+        QVERIFY(m_scene->child<QLabel>("m_mobileDetectLabel")->isVisible());
+        QVERIFY(m_scene->child<QWidget>("m_Chronometer")->isVisible());
+        m_scene->stop();
+        QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Connect"));
+        QVERIFY(m_scene->child<QLabel>("labelUpSpeed")->isVisible());
     }
 
     void aSilentProbeOrGarbageOnTheSocketChangesNothing()
     {
-        openConnected();
+        m_scene->openConnected();
         for (const QByteArray& sent :
              {QByteArray(), QByteArray(3 << 20, '{'), QByteArray("\xff\0\xfe", 3)}) {
             QLocalSocket peer;
@@ -305,9 +273,10 @@ private slots:
         QLocalSocket firewall;
         firewall.connectToServer(m_scene->file(QStringLiteral("UI_SOCKET")));
         firewall.write(R"({"type": 6, "msg": "firewall enabled"})");
-        QTRY_COMPARE(prompt(), QStringLiteral("Firewall is enabled, Veltaro inbound traffic will "
-                                              "not pass through the firewall."));
-        QCOMPARE(connectText(), QStringLiteral("Stop"));
+        QTRY_COMPARE(m_scene->prompt(),
+                     QStringLiteral("Firewall is enabled, Veltaro inbound traffic will "
+                                    "not pass through the firewall."));
+        QCOMPARE(m_scene->connectText(), QStringLiteral("Stop"));
     }
 
     void probesOfSecondCopiesDoNotHideTheAgent()
@@ -318,15 +287,15 @@ private slots:
             QVERIFY(probe.waitForConnected(1000));
         }
         QTRY_VERIFY(SingleApp::instance()->getLocalServer()->hasPendingConnections());
-        openConnected();
+        m_scene->openConnected();
     }
 
     void aTokenThatTheScriptRepeatsIsMasked()
     {
         const QString token = WindowScene::setting(ConfigUtil::TOKEN).toString();
-        behave({{"script_exit", "1"}, {"script_stderr", "usage: -T " + token}});
-        open();
-        QTRY_COMPARE(connectText(), QStringLiteral("Connect"));
+        m_scene->behave({{"script_exit", "1"}, {"script_stderr", "usage: -T " + token}});
+        m_scene->open();
+        QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Connect"));
         QVERIFY(m_scene->log().contains(QStringLiteral("usage: -T ***")));
         QVERIFY(!m_scene->log().contains(token));
     }
@@ -338,20 +307,20 @@ private slots:
             QVERIFY(database.open(QIODevice::WriteOnly));
         };
         leaveDatabase();
-        open();
+        m_scene->open();
         QVERIFY(!QFile::exists(m_scene->file(QStringLiteral("PersistentConf.db"))));
         QCOMPARE(WindowScene::setting(ConfigUtil::OLD_USERNAME).toString(), m_scene->username);
         leaveDatabase();
-        m_window.reset();
-        open();
+        m_scene->window.reset();
+        m_scene->open();
         QVERIFY(QFile::exists(m_scene->file(QStringLiteral("PersistentConf.db"))));
     }
 
     void quittingFromTheTrayTellsTheService()
     {
-        openConnected();
-        child<QAction>("m_ActExit")->trigger();
-        child<QAction>("m_ActExit")->trigger(); // twice is once
+        m_scene->openConnected();
+        m_scene->child<QAction>("m_ActExit")->trigger();
+        m_scene->child<QAction>("m_ActExit")->trigger(); // twice is once
         QTRY_COMPARE(m_scene->quits, 1);
         QCOMPARE(m_scene->service.count("/api/mobile/v2/disconnect"), 1);
         QVERIFY(m_scene->started.isEmpty());
@@ -360,10 +329,10 @@ private slots:
 
     void switchingTheAccountKeepsTheTokenForTheSignout()
     {
-        openConnected();
-        child<QAbstractButton>("toolBtnQuit")->click();
+        m_scene->openConnected();
+        m_scene->child<QAbstractButton>("toolBtnQuit")->click();
         ModalGuard question("DlgSwitchAcc", [](QDialog* dialog) { dialog->accept(); });
-        button("btnSwitchAccount")->click();
+        m_scene->button("btnSwitchAccount")->click();
         QTRY_COMPARE(m_scene->quits, 1);
         QCOMPARE(m_scene->started, QStringList{QStringLiteral("-logout -byuser")});
         QCOMPARE(WindowScene::setting(ConfigUtil::PASSWORD).toString(), QString());
@@ -372,60 +341,18 @@ private slots:
 
     void aWindowDestroyedDuringAHeartbeat()
     {
-        openConnected();
+        m_scene->openConnected();
         m_scene->service.setFault(QStringLiteral("/api/mobile/v2/heartbeat"),
                                   Fault::withDelay(5000));
         const QDateTime later = QDateTime::currentDateTime().addSecs(60);
         platform().clock = [later] { return later.toMSecsSinceEpoch(); };
-        QTimer::singleShot(100, this, [this] { m_window.reset(); });
-        fire("m_StatCountTimer");
-        QVERIFY(!m_window);
+        QTimer::singleShot(100, this, [this] { m_scene->window.reset(); });
+        m_scene->fire("m_StatCountTimer");
+        QVERIFY(!m_scene->window);
     }
 
 private:
-    void open()
-    {
-        m_window = std::make_unique<DlgMain>(nullptr);
-        m_window->show();
-    }
-
-    void openConnected()
-    {
-        open();
-        QTRY_COMPARE_WITH_TIMEOUT(connectText(), QStringLiteral("Stop"), 15000);
-        timer("m_StatCountTimer")->stop();
-        monitor::MonitorDatapath::instance()->stop();
-    }
-
-    // Presses the connect button and answers the question.
-    void stop()
-    {
-        ModalGuard question("dlgStopPrompt", [](QDialog* dialog) { dialog->accept(); });
-        button("btnConnect")->click();
-        QVERIFY(question.seen());
-    }
-
-    void behave(const sim::Behaviour& behaviour)
-    {
-        QVERIFY(sim::writeBehaviour(m_scene->folder(), behaviour));
-    }
-
-    void fire(const char* name) { fireTimer(m_window.get(), name); }
-
-    template <class Widget>
-    Widget* child(const char* name) const
-    {
-        return part<Widget>(m_window.get(), name);
-    }
-
-    QPushButton* button(const char* name) const { return child<QPushButton>(name); }
-    QTimer* timer(const char* name) const { return child<QTimer>(name); }
-    QString connectText() const { return button("btnConnect")->text(); }
-
-    QString prompt() const { return promptText(m_window.get()); }
-
-    std::unique_ptr<WindowScene> m_scene;
-    std::unique_ptr<DlgMain> m_window;
+    std::unique_ptr<SessionScene> m_scene;
 };
 
 QTEST_MAIN(SessionTest)

@@ -1,0 +1,215 @@
+#include "window/main/SessionScene.h"
+
+#include <QAction>
+#include <QJsonArray>
+
+using sim::Fault;
+
+namespace {
+
+constexpr char kHeartbeat[] = "/api/mobile/v2/heartbeat";
+constexpr char kConnect[] = "/api/mobile/v2/connect";
+constexpr char kDisconnect[] = "/api/mobile/v2/disconnect";
+
+} // namespace
+
+/// The heartbeat of a connected main window: the orchestrator's orders, the end of a session, and
+/// what may happen while an answer is waited for.
+class HeartbeatTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { m_scene = std::make_unique<SessionScene>(); }
+
+    void cleanup()
+    {
+        m_scene->window.reset();
+        const QStringList violations = m_scene->service.violations();
+        m_scene.reset();
+        QCOMPARE(violations.join(QLatin1Char('\n')), QString());
+    }
+
+    void anOrderedDisconnect()
+    {
+        m_scene->openConnected();
+        order(1, "Licence expired");
+        beat();
+        QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Connect"));
+        QCOMPARE(m_scene->reasonOf(kDisconnect), 2);
+        QTRY_VERIFY(m_scene->prompt().startsWith(
+            QStringLiteral("The client has received the message from the server for "
+                           "disconnecting to the network.Please refer")));
+        QVERIFY(m_scene->log().contains(QStringLiteral("[ERROR] Licence expired")));
+        QCOMPARE(m_scene->service.count(kConnect), 1);
+        QCOMPARE(m_scene->quits, 0);
+    }
+
+    void anOrderedReconnect()
+    {
+        m_scene->openConnected();
+        order(4, "");
+        beat();
+        m_scene->service.edit([](sim::Scenario& scenario) { scenario = sim::Scenario(); });
+        QTRY_COMPARE(m_scene->service.count(kConnect), 2);
+        QCOMPARE(m_scene->reasonOf(kDisconnect), 2);
+        QCOMPARE(m_scene->reasonOf(kConnect), 2);
+        QTRY_COMPARE_WITH_TIMEOUT(m_scene->connectText(), QStringLiteral("Stop"), 15000);
+        QTRY_VERIFY(m_scene->log().contains(
+            QStringLiteral("[ERROR] Reconnecting due to receiving ORCH notification.")));
+    }
+
+    void anInvalidSession_data()
+    {
+        QTest::addColumn<int>("reason");
+        QTest::addColumn<QByteArray>("dialog");
+        QTest::addColumn<QString>("arguments");
+        QTest::addColumn<bool>("tokenKept");
+        QTest::newRow("forced logout") << 3 << QByteArray("CommonTipsDialog") << "-logout" << false;
+        QTest::newRow("account changed")
+            << 5 << QByteArray("CommonTipsDialog") << "-logout" << false;
+        QTest::newRow("password changed")
+            << 1 << QByteArray("DlgChangePassPrompt") << "-logout" << true;
+        QTest::newRow("another reason") << 2 << QByteArray() << "-logout -invalidToken" << false;
+        QTest::newRow("no reason") << -1 << QByteArray() << "-logout -invalidToken" << false;
+    }
+
+    void anInvalidSession()
+    {
+        QFETCH(int, reason);
+        QFETCH(QByteArray, dialog);
+        m_scene->openConnected();
+        m_scene->service.revokeSessions(reason);
+        std::unique_ptr<ModalGuard> explanation;
+        if (!dialog.isEmpty())
+            explanation =
+                std::make_unique<ModalGuard>(dialog, [](QDialog* open) { open->accept(); });
+        beat();
+        QTRY_COMPARE(m_scene->quits, 1);
+        QVERIFY(!explanation || explanation->seen());
+        QCOMPARE(m_scene->started.size(), 1);
+        QTEST(m_scene->started.constFirst(), "arguments");
+        QTEST(!WindowScene::setting(ConfigUtil::TOKEN).toString().isEmpty(), "tokenKept");
+        QCOMPARE(m_scene->service.count(kDisconnect), 0);
+        QCOMPARE(WindowScene::setting(ConfigUtil::PASSWORD).toString(), QString());
+    }
+
+    void failuresLeaveTheConnection_data()
+    {
+        QTest::addColumn<int>("status");
+        QTest::addColumn<QByteArray>("body");
+        QTest::newRow("server error") << 500 << QByteArray();
+        QTest::newRow("garbage") << 200 << QByteArray("<html>");
+        QTest::newRow("another code") << 400 << QByteArray(R"({"code":77,"message":"x"})");
+        QTest::newRow("mistyped") << 200 << QByteArray(R"({"actionDataList":"4","code":"401"})");
+        QTest::newRow("huge") << 200
+                              << QByteArray("{\"pad\":\"" + QByteArray(50 << 20, 'x') + "\"}");
+    }
+
+    void failuresLeaveTheConnection()
+    {
+        QFETCH(int, status);
+        QFETCH(QByteArray, body);
+        m_scene->openConnected();
+        m_scene->service.setFault(kHeartbeat, Fault::withStatus(status, body));
+        beat();
+        QCOMPARE(m_scene->connectText(), QStringLiteral("Stop"));
+        QCOMPARE(m_scene->quits, 0);
+    }
+
+    void encryptionFlagsAreShown()
+    {
+        m_scene->openConnected();
+        m_scene->service.edit([](sim::Scenario& scenario) {
+            scenario.heartbeatReply.insert(QStringLiteral("enableQuantum"), true);
+        });
+        beat();
+        beat();
+        QVERIFY(m_scene->child<QLabel>("labelQuantumText")->isVisible());
+        QCOMPARE(m_scene->log().count(QStringLiteral("Quantum configuation changed, enableQuantum "
+                                                     "true enablePQC false")),
+                 1);
+    }
+
+    void lossInIntranetModeReconnects()
+    {
+        m_scene->service.edit([](sim::Scenario& scenario) {
+            scenario.connectReply.insert(QStringLiteral("mobileDetect"), true);
+        });
+        m_scene->openConnected();
+        m_scene->service.setFault(kHeartbeat, Fault::withStatus(500));
+        beat();
+        QVERIFY(m_scene->timer("m_HeartBeatSendFailedTimer")->isActive());
+        m_scene->service.clearFaults();
+        beat();
+        QVERIFY(!m_scene->timer("m_HeartBeatSendFailedTimer")->isActive());
+        QVERIFY(m_scene->service.lastRequest(kHeartbeat).json().value("intranetMode").toBool());
+
+        m_scene->service.setFault(kHeartbeat, Fault::withStatus(500));
+        beat();
+        m_scene->fire("m_HeartBeatSendFailedTimer");
+        QTRY_COMPARE(m_scene->service.count(kConnect), 2);
+        QCOMPARE(m_scene->reasonOf(kDisconnect), 3);
+        QCOMPARE(m_scene->reasonOf(kConnect), 1);
+        QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Stop"));
+    }
+
+    void whileAnAnswerIsWaitedFor_data()
+    {
+        QTest::addColumn<QString>("event");
+        for (const char* event : {"stop", "quit", "logout", "second poll"})
+            QTest::newRow(event) << QString(event);
+    }
+
+    void whileAnAnswerIsWaitedFor()
+    {
+        QFETCH(QString, event);
+        m_scene->openConnected();
+        order(4, "late"); // comes when nobody is connected any more
+        m_scene->service.setFault(kHeartbeat, Fault::withDelay(300));
+        QTimer::singleShot(20, m_scene->window.get(), [this, event] {
+            if (event == QLatin1String("stop"))
+                m_scene->stop();
+            else if (event == QLatin1String("quit"))
+                m_scene->child<QAction>("m_ActExit")->trigger();
+            else if (event == QLatin1String("logout"))
+                m_scene->window->logout(true, false, true, true);
+            else
+                m_scene->fire("m_StatCountTimer");
+        });
+        beat();
+        if (event == QLatin1String("second poll")) {
+            QTRY_COMPARE(m_scene->service.count(kConnect), 2); // the order itself, once
+            return;
+        }
+        QTRY_COMPARE(m_scene->service.count(kDisconnect), 1);
+        QTRY_COMPARE(m_scene->quits, event == QLatin1String("stop") ? 0 : 1);
+        QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Connect"));
+        QCOMPARE(m_scene->service.count(kConnect), 1);
+        QVERIFY(!m_scene->log().contains(QStringLiteral("ORCH notification")));
+    }
+
+private:
+    // A poll when the next heartbeat is due; returns with its answer.
+    void beat()
+    {
+        const int before = m_scene->service.count(kHeartbeat);
+        SessionScene::advance(60);
+        m_scene->fire("m_StatCountTimer");
+        QCOMPARE(m_scene->service.count(kHeartbeat), before + 1);
+    }
+
+    void order(int action, const char* reason)
+    {
+        m_scene->service.edit([&](sim::Scenario& scenario) {
+            const QJsonObject entry{
+                {"action", action}, {"reason_en", reason}, {"reason_zh", reason}};
+            scenario.heartbeatReply.insert(QStringLiteral("actionDataList"), QJsonArray{entry});
+        });
+    }
+
+    std::unique_ptr<SessionScene> m_scene;
+};
+
+QTEST_MAIN(HeartbeatTest)
+#include "HeartbeatTest.moc"
