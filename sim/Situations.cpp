@@ -95,6 +95,7 @@ std::vector<Situation> refusals()
         {427, "Message still being sent", "sending", {}},
     };
     std::vector<Situation> made;
+    made.reserve(rows.size() + 1);
     for (const Row& row : rows)
         made.push_back({QStringLiteral("Login refused"), QLatin1String(row.name),
                         answer(kAuth, refusal(row.code, row.message, row.parameters))});

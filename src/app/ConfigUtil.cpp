@@ -31,6 +31,41 @@ const QVector<SettingKey>& ConfigUtil::keys()
 
 namespace {
 
+QByteArray typeOf(const QString& key)
+{
+    for (const SettingKey& known : ConfigUtil::keys()) {
+        if (key == QLatin1String(known.stored))
+            return known.type;
+    }
+    return {};
+}
+
+// A value that somebody spoilt counts as absent, so that its reader takes the default.
+bool isReadable(const QVariant& stored, const QByteArray& type)
+{
+    if (!stored.isValid())
+        return false;
+    if (type == "integer") {
+        bool number = false;
+        stored.toInt(&number);
+        return number;
+    }
+    if (type == "boolean") {
+        static const QStringList words{QStringLiteral("true"), QStringLiteral("false"),
+                                       QStringLiteral("1"), QStringLiteral("0")};
+        return words.contains(stored.toString());
+    }
+    return true;
+}
+
+// A text that was edited by hand may hold bare commas, which read as a list.
+QVariant inType(const QVariant& stored, const QByteArray& type)
+{
+    if (type == "text" && stored.type() == QVariant::StringList)
+        return stored.toStringList().join(QStringLiteral(", "));
+    return stored;
+}
+
 QSettings* openSettings()
 {
     return new QSettings(QLatin1String(product::kName) + QLatin1String("/setting"));
@@ -78,5 +113,6 @@ void ConfigUtil::writeValue(const QString& key, const QVariant& value)
 QVariant ConfigUtil::getvalue(const QString& key, const QVariant& defaultValue)
 {
     const QScopedPointer<QSettings> settings(openSettings());
-    return settings->value(key, defaultValue);
+    const QVariant stored = settings->value(key);
+    return isReadable(stored, typeOf(key)) ? inType(stored, typeOf(key)) : defaultValue;
 }

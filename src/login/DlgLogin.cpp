@@ -157,6 +157,7 @@ void DlgLogin::parseAppArguments()
 
 void DlgLogin::startByItself()
 {
+    m_passwordAtStart = ui->password->text();
     if (ConfigUtil::getvalue(ConfigUtil::AGREE_PRIVACY, 0).toInt() != 1) {
         showPrivacyLater();
     } else if (!ui->customerId->text().isEmpty() && !ui->username->text().isEmpty()) {

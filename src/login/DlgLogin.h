@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/Guarded.h"
 #include "login/LoginReply.h"
 #include "orch/OrchTypes.h"
 
@@ -89,6 +90,8 @@ public slots:
     void on_autoLoginCheckBox_stateChanged(int state);
     void _authUserLogin();
     void authUser();
+    /// Submits a six-digit authenticator code (RFC 6238) for the login under way.
+    void onVerifyBtnClicked(const QString& verifyNum);
 
     void showConnectionSlowWarning();
 
@@ -99,6 +102,18 @@ protected:
     void mouseMoveEvent(QMouseEvent* event) override;
 
 private:
+    /// Wraps a callback of the login under way: it does nothing once the window is gone or the
+    /// user has begun anew.
+    template <class Function>
+    auto step(Function function)
+    {
+        return guarded(
+            this, [this, attempt = m_attempt, call = std::move(function)](auto&&... arguments) {
+                if (attempt == m_attempt)
+                    call(std::forward<decltype(arguments)>(arguments)...);
+            });
+    }
+
     // Construction, in order (DlgLogin.cpp)
     void buildWindow();
     void restoreCheckBoxes();
@@ -117,6 +132,7 @@ private:
     void forgetCredentials();
     void _resetAllBtnStyle();
     void restoreContinue();
+    void beginAttempt();
     void offerForgetPassword(bool supported);
     void showError(const QString& text);
 
@@ -140,7 +156,7 @@ private:
     // Upgrade check and maintenance notices (DlgLoginNotices.cpp)
     void _handleUpgrade(const QByteArray& body);
     bool offerUpgrade(const UpgradeReply& reply);
-    void forceUpgrade(const QString& url);
+    void forceUpgrade();
     void openNoticeLater(const LoginFailure& outcome);
     void _showUpgradeDialog(const QString& text);
     void _queryOrchUpgrade(const std::function<void()>& next);
@@ -168,6 +184,9 @@ private:
     void restoreLoginPage();
     void startLoginAgain();
 
+    /// The window's property that is true while the next login request follows an approval.
+    static constexpr char kAsynAuth[] = "DlgAsynAuth";
+
     std::unique_ptr<DlgLoginUi> ui;
     WidgetTopPrompt* promptWidge = nullptr;
     QStack<LOGIN_PAGE> m_pageStack; ///< pages to return to
@@ -184,11 +203,15 @@ private:
     bool m_showUpgradeDialog = false; ///< the upgrade step decided to prompt
     bool m_verifyingCustomer = false; ///< until the public key has been obtained
     bool m_loginInFlight = false;     ///< a login request waits for its answer
+    int m_attempt = 0;                ///< counts logins; answers to an earlier one are dropped
+    QString m_passwordAtStart;        ///< secret: what the chain that starts by itself may send
+    bool m_byHand = false;            ///< the user has pressed Login
     LOGIN_STEP m_Step = PROCESS_AUTH;
     DlgUpgrade* m_DlgUpgrade = nullptr;
     QString m_lastCheckVersion; ///< the version that the first counting check offered
     QString m_releaseNote;      ///< of the version offered last
     QString m_newVersion;
+    QString m_upgradeUrl; ///< where its installer lies
 
     // Login request state
     QString m_encryptedUserName;

@@ -1,7 +1,6 @@
 // The login request and its outcome: from the public key to the saved token.
 
 #include "app/ConfigUtil.h"
-#include "app/Guarded.h"
 #include "app/LogMarker.h"
 #include "login/DlgLogin.h"
 #include "login/DlgLoginUi.h"
@@ -24,9 +23,6 @@
 #include <QTimer>
 
 namespace {
-
-// True while the next login request is the one that follows an approval.
-constexpr char kAsynAuth[] = "DlgAsynAuth";
 
 ipc::OrchIpc* orch()
 {
@@ -59,9 +55,9 @@ void DlgLogin::_authUserLogin()
             reportHttpErr(body, reply);
             restoreLoginPage();
         };
-        orch()->upgradeCheck(
-            m_CustomerID, guarded(this, [this](const QByteArray& body) { _handleUpgrade(body); }),
-            guarded(this, failed));
+        orch()->upgradeCheck(m_CustomerID,
+                             step([this](const QByteArray& body) { _handleUpgrade(body); }),
+                             step(failed));
         return;
     }
     m_ConnectSlowWarningTimer->start();
@@ -77,7 +73,10 @@ void DlgLogin::obtainPubKey()
         m_supportAEPSha = false;
         handleEncryptPassword(body);
         m_Step = PROCESS_AUTH;
-        verifyUser();
+        if (m_verifyNum.isEmpty())
+            verifyUser();
+        else
+            onVerifyBtnClicked(m_verifyNum);
     };
     const auto failed = [this](const QByteArray& body, QNetworkReply* reply) {
         logDisplayInfo(
@@ -88,7 +87,7 @@ void DlgLogin::obtainPubKey()
         reportHttpErr(body, reply);
         restoreLoginPage();
     };
-    orch()->obtainPubKey(m_CustomerID, guarded(this, received), guarded(this, failed));
+    orch()->obtainPubKey(m_CustomerID, step(received), step(failed));
 }
 
 void DlgLogin::handleEncryptPassword(const QByteArray& body)
@@ -134,12 +133,26 @@ void DlgLogin::verifyUser()
 {
     if (m_loginInFlight)
         return;
-    if (ui->password->text().trimmed().isEmpty()) {
+    // A chain that started by itself sends what was saved, not what the user is just typing.
+    const bool typing = !m_byHand && ui->password->text() != m_passwordAtStart;
+    if (typing || ui->password->text().trimmed().isEmpty()) {
         m_ConnectSlowWarningTimer->stop();
         return restoreLoginPage();
     }
     ipc::LoginParams params = loginParams();
     params.autoLogin = ConfigUtil::getvalue(ConfigUtil::AUTO_LOGIN, -1).toInt() == Qt::Checked;
+    sendLogin(params);
+}
+
+void DlgLogin::onVerifyBtnClicked(const QString& verifyNum)
+{
+    if (m_loginInFlight)
+        return;
+    m_verifyNum = verifyNum;
+    ipc::LoginParams params = loginParams();
+    params.otpMiddleToken = m_otpMiddleToken;
+    params.verifyNum = m_verifyNum;
+    promptWidge->hidePrompt();
     sendLogin(params);
 }
 
@@ -151,8 +164,8 @@ void DlgLogin::sendLogin(const ipc::LoginParams& params)
         _requestLoginFailedHandler(body, reply);
     };
     orch()->sendLoginRequest(
-        params, guarded(this, [this](const QByteArray& body) { _requestLoginSuccHandler(body); }),
-        guarded(this, failed));
+        params, step([this](const QByteArray& body) { _requestLoginSuccHandler(body); }),
+        step(failed));
     m_RequestIdForPoll.clear();
 }
 
@@ -174,6 +187,9 @@ void DlgLogin::_requestLoginSuccHandler(const QByteArray& body)
     case LoginFollowUp::ApprovalOver:
         return endLoginAttempt(errorText(ErrorText::ApprovalTimeout));
     case LoginFollowUp::ForcedPassword:
+        keepRecoverCodes(reply); // they come once
+        ui->password->clear();
+        return endLoginAttempt(errorText(ErrorText::LoginReplyUnusable));
     case LoginFollowUp::Sms:
     case LoginFollowUp::Authenticator:
     case LoginFollowUp::Unusable:
@@ -231,12 +247,12 @@ void DlgLogin::_requestLoginFailedHandler(const QByteArray& body, QNetworkReply*
     logDisplayInfo(QStringLiteral("Verification failed"));
     if (httpStatus(reply) == 502)
         return _queryOrchUpgradeWhen502();
-    if (BindingDemand::fromJson(body).demanded)
-        return endLoginAttempt(errorText(ErrorText::LoginReplyUnusable));
-    reportHttpErr(body, reply);
     const LoginRefusal refusal = LoginRefusal::fromJson(body);
     if (!refusal.otpRecoverCode.isEmpty())
         ConfigUtil::writeValue(ConfigUtil::OTP_RECOVER_CODE, refusal.otpRecoverCode);
+    if (BindingDemand::fromJson(body).demanded)
+        return endLoginAttempt(errorText(ErrorText::LoginReplyUnusable));
+    reportHttpErr(body, reply);
     if (refusal.startAgain)
         startLoginAgain();
     restoreLoginPage();
@@ -254,9 +270,8 @@ void DlgLogin::pollApproval()
         _requestAuthPollFailedHandler(body, reply);
     };
     orch()->asynAuthPoll(
-        params,
-        guarded(this, [this](const QByteArray& body) { _requestAuthPollSuccHandler(body); }),
-        guarded(this, failed));
+        params, step([this](const QByteArray& body) { _requestAuthPollSuccHandler(body); }),
+        step(failed));
 }
 
 void DlgLogin::_requestAuthPollSuccHandler(const QByteArray& body)

@@ -1,7 +1,6 @@
 // The customer step: from the customer ID to the login page, one request after the other.
 
 #include "app/ConfigUtil.h"
-#include "app/Guarded.h"
 #include "app/LogMarker.h"
 #include "login/DialogPrivacy.h"
 #include "login/DlgLogin.h"
@@ -49,6 +48,7 @@ void DlgLogin::on_btnContinue_clicked()
     if (!ui->btnContinue->isEnabled())
         return; // Return was pressed while the step is running
     m_loginBreak = true;
+    beginAttempt();
     promptWidge->hidePrompt();
     ui->customerId->setText(Util::removeUnvisibleUnicode(ui->customerId->text()));
     ui->username->clear();
@@ -79,8 +79,7 @@ void DlgLogin::getPrivacyVerFromMain()
         getPrivacyVerFromBackup();
     };
     orch()->getPrivacyVerFromMain(
-        guarded(this, [this](const QByteArray& body) { onPrimaryPrivacyVersion(body); }),
-        guarded(this, failed));
+        step([this](const QByteArray& body) { onPrimaryPrivacyVersion(body); }), step(failed));
 }
 
 void DlgLogin::onPrimaryPrivacyVersion(const QByteArray& body)
@@ -107,7 +106,7 @@ void DlgLogin::getPrivacyVerFromBackup()
                            << failureLogText(HttpFailure::of(body, reply), QStringLiteral(" "));
     };
     orch()->getPrivacyVerFromBackup(
-        guarded(this, [this](const QByteArray& body) { onBackupPrivacyVersion(body); }), failed);
+        step([this](const QByteArray& body) { onBackupPrivacyVersion(body); }), failed);
     verifyCustomerId();
 }
 
@@ -177,17 +176,16 @@ void DlgLogin::verifyCustomerId()
 {
     m_verifyingCustomer = true;
     const auto failed = [this](const QByteArray& body, QNetworkReply* reply) {
-        logDisplayInfo(
-            QStringLiteral("Failed to get authentication URL: %1 statuscode %2 orch "
-                           "return text %3")
-                .arg(reply->errorString(), QString::number(httpStatus(reply)), maskSecrets(body)));
+        logDisplayInfo(QStringLiteral("Failed to get authentication URL: %1 statuscode %2 orch "
+                                      "return text %3")
+                           .arg(HttpFailure::of(body, reply).errorString,
+                                QString::number(httpStatus(reply)), maskSecrets(body)));
         logDisplayInfo(QStringLiteral("Try to get authentication URL again"));
         verifyCustomerIdUsingBackUrl();
     };
-    orch()->verifyCustomerId(
-        ui->customerId->text(),
-        guarded(this, [this](const QByteArray& body) { onCustomerVerified(body); }),
-        guarded(this, failed));
+    orch()->verifyCustomerId(ui->customerId->text(),
+                             step([this](const QByteArray& body) { onCustomerVerified(body); }),
+                             step(failed));
 }
 
 void DlgLogin::verifyCustomerIdUsingBackUrl()
@@ -198,9 +196,8 @@ void DlgLogin::verifyCustomerIdUsingBackUrl()
         reportHttpErr(body, reply);
     };
     orch()->verifyCustomerIdUsingBackUrl(
-        ui->customerId->text(),
-        guarded(this, [this](const QByteArray& body) { onCustomerVerified(body); }),
-        guarded(this, failed));
+        ui->customerId->text(), step([this](const QByteArray& body) { onCustomerVerified(body); }),
+        step(failed));
 }
 
 void DlgLogin::onCustomerVerified(const QByteArray& body)
@@ -260,13 +257,17 @@ void DlgLogin::_authConfig(const QString& next)
             return _queryOrchUpgradeWhen502();
         invokeNext(next);
     };
-    orch()->authConfig(m_CustomerID, guarded(this, received), guarded(this, failed));
+    orch()->authConfig(m_CustomerID, step(received), step(failed));
 }
 
 void DlgLogin::invokeNext(const QString& next)
 {
-    if (!next.isEmpty())
-        QMetaObject::invokeMethod(this, next.toLatin1().constData(), Qt::QueuedConnection);
+    if (next.isEmpty())
+        return;
+    QTimer::singleShot(0, this, step([this, next] {
+                           QMetaObject::invokeMethod(this, next.toLatin1().constData(),
+                                                     Qt::DirectConnection);
+                       }));
 }
 
 // End of an earlier session

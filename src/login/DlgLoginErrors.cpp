@@ -34,13 +34,14 @@ void DlgLogin::reportHttpErr(const QByteArray& body, QNetworkReply* reply)
 // A dialog is not opened from within the callback of a request.
 void DlgLogin::openNoticeLater(const LoginFailure& outcome)
 {
-    using Notice = LoginFailure::Notice;
-    if (outcome.notice != Notice::None) {
-        const auto type = outcome.notice == Notice::BindingInProgress
-                              ? DlgBindResult::APPLY_PROCESS
-                              : DlgBindResult::DEVICE_DISABLED;
-        QTimer::singleShot(0, this, [this, type] { showBindResult(this, type); });
-    }
-    if (outcome.action == LoginFailure::Action::OpenUpgrade)
-        QTimer::singleShot(0, this, [this, text = outcome.text] { _showUpgradeDialog(text); });
+    QTimer::singleShot(0, this, [this, outcome] {
+        using Notice = LoginFailure::Notice;
+        const QPointer<DlgLogin> alive(this);
+        if (outcome.notice == Notice::BindingInProgress)
+            showBindResult(this, DlgBindResult::APPLY_PROCESS);
+        else if (outcome.notice == Notice::DeviceDisabled)
+            showBindResult(this, DlgBindResult::DEVICE_DISABLED);
+        if (alive && outcome.action == LoginFailure::Action::OpenUpgrade)
+            _showUpgradeDialog(outcome.text);
+    });
 }

@@ -2,7 +2,6 @@
 
 #include "app/ConfigUtil.h"
 #include "app/GreyMaskForUkui.h"
-#include "app/Guarded.h"
 #include "app/LogMarker.h"
 #include "app/Platform.h"
 #include "app/Product.h"
@@ -28,6 +27,8 @@
 
 namespace {
 
+constexpr int kLongestTip = 400; // keeps the dialog within the screen
+
 ipc::OrchIpc* orch()
 {
     return ipc::OrchIpc::instance();
@@ -42,9 +43,8 @@ void DlgLogin::checkUpgrade()
         reportHttpErr(info.isEmpty() ? QByteArray() : QJsonDocument(info).toJson(), reply);
         restoreContinue();
     };
-    orch()->upgradeCheck(m_CustomerID,
-                         guarded(this, [this](const QByteArray& body) { _handleUpgrade(body); }),
-                         guarded(this, failed));
+    orch()->upgradeCheck(
+        m_CustomerID, step([this](const QByteArray& body) { _handleUpgrade(body); }), step(failed));
 }
 
 void DlgLogin::_handleUpgrade(const QByteArray& body)
@@ -66,6 +66,7 @@ bool DlgLogin::offerUpgrade(const UpgradeReply& reply)
 {
     m_releaseNote = reply.note;
     m_newVersion = reply.version;
+    m_upgradeUrl = reply.url;
     const UpgradeDecision decision =
         decideUpgrade(reply, UpgradeChoices::load(), upgradeToday(), m_lastCheckVersion.isEmpty());
     for (const QString& line : decision.displayLog)
@@ -82,7 +83,7 @@ bool DlgLogin::offerUpgrade(const UpgradeReply& reply)
     m_ConnectSlowWarningTimer->stop();
     const QPointer<DlgLogin> alive(this);
     if (reply.isForced()) {
-        forceUpgrade(reply.url);
+        forceUpgrade();
         if (alive) {
             m_showUpgradeDialog = false;
             restoreLoginPage();
@@ -96,13 +97,13 @@ bool DlgLogin::offerUpgrade(const UpgradeReply& reply)
     return alive && isVisible(); // the window can be closed under the offer
 }
 
-void DlgLogin::forceUpgrade(const QString& url)
+void DlgLogin::forceUpgrade()
 {
     const QPointer<DlgForceUpgrade> dialog(new DlgForceUpgrade(this));
     dialog->setNoteText(m_releaseNote);
     dialog->setNewVersion(m_newVersion);
     dialog->setLogoutAfterClose(false);
-    dialog->setUrl(url);
+    dialog->setUrl(m_upgradeUrl);
     dialog->exec();
     delete dialog;
 }
@@ -112,13 +113,13 @@ void DlgLogin::_showUpgradeDialog(const QString& text)
 {
     const QPointer<DlgLogin> alive(this);
     const QPointer<CommonTipsDialog> tip(new CommonTipsDialog(this));
-    tip->setContentText(text);
+    tip->setContentText(text.left(kLongestTip));
     tip->exec();
     delete tip;
     if (!alive)
         return;
     if (m_showUpgradeDialog)
-        forceUpgrade(QString());
+        forceUpgrade();
     else
         showError(tr("Your client is outdated, please update it to the latest version."));
 }
@@ -131,7 +132,7 @@ void DlgLogin::_queryOrchUpgrade(const std::function<void()>& next)
     const auto failed = [this, next](const QByteArray& body, QNetworkReply* reply) {
         onMaintenanceQueryFailed(body, reply, next);
     };
-    orch()->queryOrchUpgrade(m_CustomerID, guarded(this, received), guarded(this, failed));
+    orch()->queryOrchUpgrade(m_CustomerID, step(received), step(failed));
 }
 
 // A notice stops a login once; when the user starts it again it has been recorded.

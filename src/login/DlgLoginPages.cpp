@@ -18,8 +18,9 @@
 
 void DlgLogin::changeCurPage(const LOGIN_PAGE& page)
 {
-    const bool stays = page == m_curPage && !m_pageStack.isEmpty(); // nothing to come back to
-    if (!stays && (m_pageStack.isEmpty() || m_pageStack.top() != m_curPage))
+    if (page == m_curPage && !m_pageStack.isEmpty())
+        return; // nothing to come back to, and the user may be typing
+    if (m_pageStack.isEmpty() || m_pageStack.top() != m_curPage)
         m_pageStack.push(m_curPage);
     showPage(page);
 }
@@ -38,7 +39,7 @@ void DlgLogin::on_backBtn_clicked()
 {
     if (m_pageStack.isEmpty())
         return;
-    m_approvalTimer->stop();
+    beginAttempt();
     LOGIN_PAGE previous = DLG_LOGIN_PAGE;
     if (m_curPage == DLG_FORCERESETPASSWORD_PAGE) {
         m_pageStack.clear();
@@ -55,6 +56,17 @@ void DlgLogin::on_backBtn_clicked()
     showPage(previous);
     ui->btnForgetPasswd->setEnabled(true);
     _resetAllBtnStyle();
+}
+
+// What an earlier attempt still waits for no longer counts.
+void DlgLogin::beginAttempt()
+{
+    ++m_attempt;
+    m_loginInFlight = false;
+    m_approvalTimer->stop();
+    m_ConnectSlowWarningTimer->stop();
+    m_RequestIdForPoll.clear();
+    setProperty(kAsynAuth, false);
 }
 
 void DlgLogin::on_close_clicked()
@@ -113,6 +125,7 @@ void DlgLogin::showConnectionSlowWarning()
 
 void DlgLogin::on_customerId_textEdited(const QString&)
 {
+    m_showUpgradeDialog = false; // another customer is looked up anew
     clearTokenAndPass();
 }
 
@@ -160,7 +173,8 @@ void DlgLogin::on_autoLoginCheckBox_stateChanged(int state)
 void DlgLogin::on_btnLogin_clicked()
 {
     m_loginBreak = false;
-    m_approvalTimer->stop();
+    m_byHand = true;
+    beginAttempt();
     promptWidge->hidePrompt();
     ui->username->setText(Util::removeUnvisibleUnicode(ui->username->text()));
     ui->password->setText(ui->password->text().trimmed());

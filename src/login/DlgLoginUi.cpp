@@ -47,7 +47,7 @@ QPushButton* button(QWidget* parent, const char* name, const QString& text, cons
 {
     auto* push = named(new QPushButton(text, parent), name);
     push->setProperty("role", role);
-    push->setAutoDefault(false);
+    push->setAutoDefault(true); // Return presses the button that has the focus
     return push;
 }
 
@@ -79,6 +79,7 @@ DlgLoginUi::DlgLoginUi(QDialog* window)
     auto* right = new QVBoxLayout;
     right->setContentsMargins(0, 0, 0, 0);
     btnClose = named(new IconButton("close", DlgLogin::tr("Close"), window), "btnClose");
+    btnClose->setAutoDefault(true);
     auto* top = new QHBoxLayout;
     top->setContentsMargins(0, 14, 14, 0);
     top->addStretch();
@@ -110,6 +111,7 @@ QWidget* DlgLoginUi::customerPage(QDialog* window)
     customerId = field(page, "customerId", DlgLogin::tr("Customer ID"), "customer");
     btnContinue = button(page, "btnContinue", DlgLogin::tr("Continue"), "primary");
     btnContinue->setFixedHeight(36);
+    btnContinue->setAutoDefault(false); // the field's own Return presses it
     auto* hint = new QLabel(
         DlgLogin::tr("Enter the customer ID that you received from your administrator."), page);
     hint->setProperty("role", "secondary");
@@ -138,7 +140,7 @@ QWidget* DlgLoginUi::loginPage(QDialog* window)
 {
     auto* page = named(new QWidget(window), "loginPage");
     backBtn_2 = named(new BackButton(DlgLogin::tr("Back"), page), "backBtn_2");
-    backBtn_2->setAutoDefault(false);
+    backBtn_2->setAutoDefault(true);
 
     auto* caption = new QLabel(DlgLogin::tr("Customer ID"), page);
     caption->setProperty("role", "secondary");

@@ -16,8 +16,9 @@ QString customerIdOf(const LookupReply& reply, const QString& typed, const QStri
     if (reply.customerId != 0)
         return QString::number(reply.customerId);
     const QString text = typed.trimmed();
-    const bool digitsAlone =
-        std::all_of(text.cbegin(), text.cend(), [](QChar c) { return c.isDigit(); });
+    const bool digitsAlone = std::all_of(text.cbegin(), text.cend(), [](QChar c) {
+        return c >= QLatin1Char('0') && c <= QLatin1Char('9');
+    });
     return digitsAlone ? text : current;
 }
 

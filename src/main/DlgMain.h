@@ -267,6 +267,8 @@ private:
     int m_CheckInterval = 30; ///< minutes
     QString lastCheckVersion; ///< the version that the first counting check offered
     bool m_upgradeDialogOpen = false;
+    bool m_popUpgradeAgain = false;    ///< a further answer came while it was open
+    bool m_noticeQueryRunning = false; ///< a maintenance notice is asked for or shown
 
     // Values of the connect reply, kept until the next one
     QString m_HeartbeatUrl;

@@ -26,6 +26,8 @@
 #include <QPushButton>
 #include <QTimer>
 
+#include <utility>
+
 namespace {
 
 constexpr int kMinuteMs = 60000;
@@ -47,13 +49,13 @@ void DlgMain::onNextCheckUpgrade()
 void DlgMain::upgradeNotify(QNetworkReply* reply)
 {
     reply->deleteLater();
-    if (!reply->url().toString().contains(QLatin1String("/mobile/v1/upgrade")))
-        return;
-    const bool byUser = reply->request().attribute(QNetworkRequest::User).toBool();
+    const QVariant mark = reply->request().attribute(QNetworkRequest::User);
+    if (!mark.isValid())
+        return; // not a version check
+    const bool byUser = mark.toBool();
     const QByteArray body = replyBody(reply);
     const bool answered = httpStatus(reply) == 200 && reply->error() == QNetworkReply::NoError;
     const QPointer<DlgMain> alive(this);
-    const QPointer<QNetworkReply> kept(reply);
     if (answered)
         upgradeAnswered(body);
     else
@@ -104,16 +106,23 @@ void DlgMain::upgradeFailed(const QByteArray& body, QNetworkReply* reply)
 
 void DlgMain::popUpgradeDlg()
 {
-    if (m_upgradeDialogOpen || m_sessionOver)
+    if (m_sessionOver)
         return;
+    if (m_upgradeDialogOpen) {
+        m_popUpgradeAgain = true;
+        return;
+    }
     m_upgradeDialogOpen = true;
     const QPointer<DlgMain> alive(this);
     if (m_ForceUpgrade)
         forceUpgrade();
     else
         offerUpgrade();
-    if (alive)
-        m_upgradeDialogOpen = false;
+    if (!alive)
+        return;
+    m_upgradeDialogOpen = false;
+    if (std::exchange(m_popUpgradeAgain, false))
+        QTimer::singleShot(0, this, &DlgMain::popUpgradeDlg);
 }
 
 void DlgMain::offerUpgrade()
@@ -122,8 +131,9 @@ void DlgMain::offerUpgrade()
     m_DlgUpgrade->setSettings(m_Des, m_NewVersion, false);
     GreyMaskForUkui::cover(this, m_DlgUpgrade);
     const QPointer<DlgMain> alive(this);
+    const QString offered = m_NewVersion;
     const int result = m_DlgUpgrade->exec();
-    if (!alive || result != DlgUpgrade::kSkipped)
+    if (!alive || result != DlgUpgrade::kSkipped || offered != m_NewVersion)
         return;
     ui->m_AboutWidge->showVersion(m_NewVersion, true, false);
     showHideYellowDot(false);
@@ -131,6 +141,9 @@ void DlgMain::offerUpgrade()
 
 void DlgMain::forceUpgrade()
 {
+    setProperty("reconnect", false);
+    m_ClickCancelConnecting = true; // nothing connects an outdated client any more
+    m_WaitAgentTimer->stop();
     if (m_curStatus == CONNECTION || m_curStatus == CONNECTING)
         disconnect(true, ipc::DisConnAbnormalReason);
     const QPointer<DlgMain> alive(this);
@@ -176,7 +189,7 @@ void DlgMain::onFocusReturn()
                     now.toString(format) + QStringLiteral(", last request orch time: ") +
                     m_lastReqOrchUpgradeTime.toString(format) + QStringLiteral(", devition: ") +
                     QString::number(elapsed));
-    if (session::noticeQueryDue(elapsed, m_reqOrchInterval)) {
+    if (!m_noticeQueryRunning && session::noticeQueryDue(elapsed, m_reqOrchInterval)) {
         m_lastReqOrchUpgradeTime = now;
         _queryOrchUpgrade();
     }
@@ -184,7 +197,9 @@ void DlgMain::onFocusReturn()
 
 void DlgMain::_queryOrchUpgrade()
 {
+    m_noticeQueryRunning = true;
     const auto failed = [this](const QByteArray& body, QNetworkReply* reply) {
+        m_noticeQueryRunning = false;
         qDebug("Failed to query ORCH upgrade status");
         if (httpStatus(reply) != 404)
             reportHttpErr(body, reply);
@@ -197,11 +212,14 @@ void DlgMain::_queryOrchUpgrade()
 
 void DlgMain::onMaintenanceNotice(const QByteArray& body)
 {
+    const QPointer<DlgMain> alive(this);
     const OrchUpgradeReply notice = parseOrchUpgradeReply(body);
     m_reqOrchInterval = notice.noticeTime;
     if (maintenance::announcedOnFocus(notice, maintenance::isHandled(notice.id)))
         onShowOrchUpgradeDialog(this, notice, OrchPreparing);
     maintenance::recordNotice(notice.id);
+    if (alive)
+        m_noticeQueryRunning = false;
 }
 
 void DlgMain::_queryOrchUpgradeWhen502()

@@ -8,6 +8,7 @@
 #include "orch/OrchErrRes.h"
 #include "orch/OrchTypes.h"
 #include "orch/ReplyFacts.h"
+#include "orch/Util.h"
 
 #include <QMetaEnum>
 
@@ -51,7 +52,8 @@ QString messageInLanguage(const QJsonObject& body, int code, bool chinese)
         JsonUtil::getQString(parametersOf(body), QStringLiteral("message_cn"), QString());
     if (message.isEmpty() || messageCn.isEmpty())
         return QString();
-    return QString::number(code) + QLatin1Char(' ') + (chinese ? messageCn : message);
+    return Util::oneLine(QString::number(code) + QLatin1Char(' ') +
+                         (chinese ? messageCn : message));
 }
 
 /// The login window's text for an orchestrator code other than 0.
@@ -104,7 +106,11 @@ HttpFailure HttpFailure::of(const QByteArray& body, const QNetworkReply* reply)
 {
     if (!reply)
         return {body, QNetworkReply::NoError, QString(), 0};
-    return {body, reply->error(), reply->errorString(), httpStatus(reply)};
+    // The error string names the address, and a query may carry an identifier.
+    QString text = reply->errorString();
+    if (reply->url().hasQuery())
+        text.replace(reply->url().toString(), reply->url().toString(QUrl::RemoveQuery));
+    return {body, reply->error(), Util::oneLine(text), httpStatus(reply)};
 }
 
 QString failureCauseText(const HttpFailure& failure, const QString& separator)

@@ -96,6 +96,7 @@ const QList<QByteArray>& secretNames()
         "deviceBindMiddleToken",
         "forgetPasswordMiddleToken",
         "requestIdForPoll",
+        "authResultCheckUrl",
         "password",
         "oldPassword",
         "newPassword",

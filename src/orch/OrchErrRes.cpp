@@ -17,6 +17,9 @@
 
 namespace {
 
+// Larger ones are no error texts, and would burden every change of the settings.
+constexpr int kLargestDocument = 1 << 20;
+
 constexpr int kTransferTimeoutMs = 40000;
 constexpr char kVersionProperty[] = "resourceVersion";
 
@@ -220,10 +223,11 @@ void OrchErrRes::addressReply(const QByteArray& body, int status, bool ok)
 
 void OrchErrRes::documentReply(QNetworkReply* reply, const QByteArray& body, int status, bool ok)
 {
-    if (reply == m_download)
-        m_download.clear();
+    if (m_download && reply != m_download)
+        return; // a newer download is under way
+    m_download.clear();
     // A login page of the network in between answers 200 as well.
-    if (!ok || !QJsonDocument::fromJson(body).isObject()) {
+    if (!ok || body.size() > kLargestDocument || !QJsonDocument::fromJson(body).isObject()) {
         qDebug().noquote().nospace()
             << "Failed to download orch resource: "
             << " statuscode " << status << " orch return text " << maskSecrets(body);
@@ -248,5 +252,5 @@ QString renderOrchError(const QJsonObject& body, const QString& resourceText, bo
     }
     if (text.isEmpty())
         text = JsonUtil::getQString(body, QStringLiteral("message"), QString());
-    return versionLow ? text : QString::number(code) + QLatin1Char(' ') + text;
+    return Util::oneLine(versionLow ? text : QString::number(code) + QLatin1Char(' ') + text);
 }

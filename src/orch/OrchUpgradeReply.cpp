@@ -5,6 +5,13 @@
 
 #include <QJsonObject>
 
+namespace {
+
+constexpr int kIdLimit = 256;
+constexpr int kTitleLimit = 200;
+
+} // namespace
+
 OrchUpgradeReply parseOrchUpgradeReply(const QByteArray& body)
 {
     const QJsonObject json = JsonUtil::object(body);
@@ -20,13 +27,13 @@ OrchUpgradeReply parseOrchUpgradeReply(const QByteArray& body)
     OrchUpgradeReply reply;
     reply.type = text("type");
     reply.templates = text("template");
-    reply.id = text("id");
+    reply.id = text("id").left(kIdLimit); // kept in the settings for good
     reply.startTime = number("startTime", 0);
     reply.endTime = number("endTime", 0);
     reply.currentTime = number("currentTime", 0);
     reply.noticeTime = number("noticeTime", 60);
     reply.message = text(chinese ? "message_zh" : "message_en");
-    reply.title = text(chinese ? "title_zh" : "title_en");
+    reply.title = text(chinese ? "title_zh" : "title_en").left(kTitleLimit);
     reply.state = text("state");
     return reply;
 }

@@ -1,5 +1,7 @@
 #include "orch/Util.h"
 
+#include <algorithm>
+
 #include <QRegularExpression>
 #include <QStringList>
 #include <QVector>
@@ -94,6 +96,16 @@ QString Util::removeUnvisibleUnicode(const QString& text)
             visible += c;
     }
     return visible.trimmed();
+}
+
+QString Util::oneLine(QString text)
+{
+    constexpr int kLongest = 2000;
+    text.truncate(kLongest);
+    std::replace_if(
+        text.begin(), text.end(), [](QChar c) { return c.category() == QChar::Other_Control; },
+        QChar(QLatin1Char(' ')));
+    return text;
 }
 
 QString Util::transToReadableBps(long long bps, QString& unit)

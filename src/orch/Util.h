@@ -80,6 +80,10 @@ public:
     /// counts 1, any other character 9.
     static QString GetUrlEncodeStringOfLength(const QString& text, int length);
 
+    /// The text in one line of at most 2000 characters: control characters become spaces. For
+    /// words of a service that are shown or logged.
+    static QString oneLine(QString text);
+
     /// The text without control characters (0 to 31, 127 to 159), trimmed.
     static QString removeUnvisibleUnicode(const QString& text);
 

@@ -12,6 +12,7 @@
 #include "widgets/Style.h"
 
 #include <QApplication>
+#include <QCloseEvent>
 #include <QFontMetrics>
 #include <QKeyEvent>
 #include <QLabel>
@@ -119,6 +120,7 @@ void DlgUpgrade::buildNote()
     scroll->setFrameShape(QFrame::NoFrame);
     scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     scroll->setWidgetResizable(true);
+    scroll->setFocusPolicy(Qt::NoFocus); // it shows no focus
     scroll->setWidget(m_labelContent);
     m_labelContent->setAutoFillBackground(false); // the card shows through
     scroll->viewport()->setAutoFillBackground(false);
@@ -176,15 +178,27 @@ void DlgUpgrade::on_btnClose_clicked()
     on_btnLater_clicked();
 }
 
-// Escape would answer the offer by accident.
+// Escape would answer the offer by accident; Return presses the button that has the focus.
 void DlgUpgrade::keyPressEvent(QKeyEvent* event)
 {
+    const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (auto* focused = qobject_cast<QPushButton*>(focusWidget()); enter && focused)
+        return focused->click();
     if (event->key() != Qt::Key_Escape)
         QDialog::keyPressEvent(event);
 }
 
+// Closed by the window manager's means: as by the close button.
+void DlgUpgrade::closeEvent(QCloseEvent* event)
+{
+    if (event->spontaneous())
+        UpgradeChoices::putOff(m_NewVersion);
+    QDialog::closeEvent(event);
+}
+
 void DlgUpgrade::showEvent(QShowEvent* event)
 {
+    m_btnUpgrade->setFocus();
     QDialog::showEvent(event);
     centerOver(this, m_Parent);
 }

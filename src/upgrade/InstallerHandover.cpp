@@ -26,7 +26,9 @@ bool isWebAddress(const QUrl& url)
 
 void handOverToInstaller(const QString& url)
 {
-    const QUrl address(url);
+    QUrl address(url.trimmed());
+    if (!url.isEmpty() && address.scheme().isEmpty())
+        address = QUrl(QStringLiteral("https://") + url.trimmed());
     if (isWebAddress(address) && Util::getDistributionId() == QLatin1String("ubuntu"))
         platform().openUrl(address);
     else

@@ -11,6 +11,8 @@ namespace {
 constexpr int kShortestPeriod = 30;   // minutes
 constexpr int kLongestPeriod = 30000; // keeps the timer's milliseconds within an int
 constexpr int kNoteLimit = 8000;
+constexpr int kVersionLimit = 64;
+constexpr int kUrlLimit = 4096;
 
 bool isOlder(const QString& version)
 {
@@ -26,13 +28,15 @@ UpgradeReply UpgradeReply::fromJson(const QByteArray& body, bool chinese)
         return json.value(QLatin1String(key)).toString();
     };
     UpgradeReply reply;
-    reply.version = text("version");
-    reply.minVersion = text("minVersion");
+    reply.version = text("version").left(kVersionLimit);
+    reply.minVersion = text("minVersion").left(kVersionLimit);
     reply.checkingPeriod =
         qBound(kShortestPeriod, JsonUtil::getInt(json, QStringLiteral("checkingPeriod"), 600),
                kLongestPeriod);
     reply.ignore = json.value(QLatin1String("ignore")).toBool(false);
     reply.url = text("url");
+    if (reply.url.size() > kUrlLimit)
+        reply.url.clear();
     reply.note = text(chinese ? "releaseNote" : "releaseNoteEn").left(kNoteLimit);
     return reply;
 }

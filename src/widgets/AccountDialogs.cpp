@@ -6,6 +6,7 @@
 
 #include <QCoreApplication>
 #include <QPointer>
+#include <QTextBoundaryFinder>
 
 namespace {
 
@@ -21,11 +22,9 @@ struct Texts
 QString breakable(const QString& name)
 {
     QString text;
-    for (const QChar c : name) {
-        text += c;
-        if (!c.isHighSurrogate())
-            text += QChar(0x200b); // zero width space
-    }
+    QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, name);
+    for (int from = 0, to = 0; (to = characters.toNextBoundary()) > 0; from = to)
+        text += name.mid(from, to - from) + QChar(0x200b); // zero width space
     return text;
 }
 

@@ -65,11 +65,16 @@ private slots:
         QFile damaged(file());
         QVERIFY(damaged.open(QIODevice::WriteOnly));
         damaged.write("[General]\nUSERNAME=alice\n\xff\xfe garbage without sign\nAUTO_LOGIN=many\n"
+                      "OTP_LOGIN=maybe\nOLD_USERNAME=Doe, John\n"
                       "FUTURE_KEY=kept\nAUTHURL=https://o.example/api/mobile/v2/auth\n");
         damaged.close();
         QCOMPARE(ConfigUtil::getvalue(ConfigUtil::USERNAME, {}).toString(),
                  QStringLiteral("alice"));
-        QCOMPARE(ConfigUtil::getvalue(ConfigUtil::AUTO_LOGIN, -1).toInt(), 0);
+        // Of a wrong type: as if it were not there.
+        QCOMPARE(ConfigUtil::getvalue(ConfigUtil::AUTO_LOGIN, -1).toInt(), -1);
+        QCOMPARE(ConfigUtil::getvalue(ConfigUtil::OTPLOGIN, false).toBool(), false);
+        QCOMPARE(ConfigUtil::getvalue(ConfigUtil::OLD_USERNAME, {}).toString(),
+                 QStringLiteral("Doe, John"));
         ConfigUtil::writeValue(ConfigUtil::SERIAL, QStringLiteral("s"));
         QVERIFY(content().contains("FUTURE_KEY=kept"));
         QVERIFY(content().contains("USERNAME=alice"));

@@ -51,6 +51,8 @@ private slots:
                                              << "77";
         QTest::newRow("digits typed") << QByteArray("{}") << " 123 "
                                       << "123";
+        QTest::newRow("full-width digits")
+            << QByteArray("{}") << QStringLiteral("１００１") << "77";
         QTest::newRow("number as text is none") << QByteArray(R"({"customerId":"10086"})") << "acme"
                                                 << "77";
         QTest::newRow("no JSON") << QByteArray("<html>") << "5"

@@ -63,6 +63,10 @@ private slots:
             row("nested", nested());
             row("huge", huge());
         }
+        QTest::newRow("login refused with 50 MB of words")
+            << "/api/mobile/v2/auth"
+            << QByteArray("{\"code\":77,\"message\":\"\\n\\nno" + QByteArray(50 << 20, 'x') + "\"}")
+            << "77   nox";
     }
 
     void spoiltReplies()
@@ -88,6 +92,17 @@ private slots:
         QCOMPARE(WindowScene::setting(ConfigUtil::CUSTOMERIDSTR).toString(), m_scene->customer);
         QVERIFY(!m_scene->log().contains(m_scene->password));
         QVERIFY(QFileInfo(m_scene->file(QStringLiteral("ui.log"))).size() < (1 << 20));
+    }
+
+    void aHugeErrorResourceIsLeftAlone()
+    {
+        m_scene->service.setFault(QStringLiteral("/files/error-texts.json"),
+                                  Fault::withBody(huge()));
+        m_scene->toLoginPage();
+        QTRY_COMPARE(m_scene->service.count("/files/error-texts.json"), 1);
+        m_scene->logInByHand();
+        QTRY_VERIFY_WITH_TIMEOUT(m_scene->accepted(), 20000);
+        QCOMPARE(WindowScene::setting(ConfigUtil::ORCH_ERROR_RES).toString(), QString());
     }
 
     // While an answer comes byte by byte the window takes input.

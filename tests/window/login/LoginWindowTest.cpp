@@ -132,6 +132,39 @@ private slots:
         QVERIFY(!body.contains("password") && !body.contains("encryptPassword"));
     }
 
+    void anAnswerToAnAbandonedLoginIsDropped()
+    {
+        m_scene->toLoginPage();
+        m_scene->service.setFault(QStringLiteral("/s/mobile/pubkey/obtain"), Fault::withDelay(200));
+        m_scene->logInByHand();
+        QTRY_COMPARE(m_scene->service.count("/s/mobile/pubkey/obtain"), 1);
+        m_scene->button("backBtn_2")->click();
+        QCOMPARE(m_scene->page(), int(DlgLogin::DLG_CUSTOMER_PAGE));
+        m_scene->service.clearFaults();
+        QTest::qWait(400); // the key arrives and leads nowhere
+        QCOMPARE(m_scene->service.count("/api/mobile/v2/auth"), 0);
+        QCOMPARE(m_scene->page(), int(DlgLogin::DLG_CUSTOMER_PAGE));
+        QVERIFY(!m_scene->timer("m_ConnectSlowWarningTimer")->isActive());
+    }
+
+    void afterALogoutTheChainSendsNothingHalfTyped()
+    {
+        m_scene->logIn();
+        ConfigUtil::writeValue(ConfigUtil::PASSWORD, QString());
+        platform().arguments = [] { return QStringList{"veltaro", "-logout", "-byuser"}; };
+        m_scene->service.setFault(QStringLiteral("/s/mobile/pubkey/obtain"), Fault::withDelay(200));
+        m_scene->open();
+        QTRY_COMPARE(m_scene->service.count("/s/mobile/pubkey/obtain"), 1);
+        QTest::keyClicks(m_scene->field("password"), QStringLiteral("Won"));
+        QTest::qWait(400);
+        QCOMPARE(m_scene->service.count("/api/mobile/v2/auth"), 0);
+        m_scene->service.clearFaults();
+        QTest::keyClicks(m_scene->field("password"), m_scene->password.mid(3));
+        m_scene->button("btnLogin")->click();
+        QTRY_VERIFY(m_scene->accepted());
+        QCOMPARE(m_scene->service.count("/api/mobile/v2/auth"), 1);
+    }
+
     void withoutAutoLoginTheChainStopsAtTheLoginPage()
     {
         m_scene->logIn();

@@ -184,6 +184,7 @@ void DialogsTest::ends_data()
     click("forced upgrade", "btnUpgrade", kOpen);
     click("forced upgrade", "btnClose", QDialog::Accepted);
     type("upgrade", Qt::Key_Escape, kOpen);
+    type("upgrade", Qt::Key_Return, QDialog::Accepted);
     click("upgrade", "btnLater", QDialog::Rejected);
     click("upgrade", "btnClose", QDialog::Rejected);
     click("upgrade", "btnSkip", DlgUpgrade::kSkipped);
