@@ -188,7 +188,6 @@ void DlgLogin::_requestLoginSuccHandler(const QByteArray& body)
         return endLoginAttempt(errorText(ErrorText::ApprovalTimeout));
     case LoginFollowUp::ForcedPassword:
         keepRecoverCodes(reply); // they come once
-        ui->password->clear();
         return endLoginAttempt(errorText(ErrorText::LoginReplyUnusable));
     case LoginFollowUp::Sms:
     case LoginFollowUp::Authenticator:
