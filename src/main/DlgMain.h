@@ -135,9 +135,10 @@ private:
     void setConnStatus(CONN_STATUS s);
     void changeStartBtnStatus(CONN_STATUS s);
     void onStartBtnAnimTick();
-    void beginAttempt();
+    struct FailedDiagnosis;
+    void beginAttempt(const FailedDiagnosis& diagnosis);
     bool confirmStop();
-    void stopConnection();
+    void stopConnection(const FailedDiagnosis& diagnosis);
     void cancelAttempt();
     void abandonAttempt();
     bool finishCancelConnect();
@@ -151,7 +152,7 @@ private:
     void explainAndLogout(SessionEnd end);
     void explainEnd(SessionEnd end);
     void closeAllPopupDlg();
-    void rerunFailedDiagnosis();
+    void rerun(const FailedDiagnosis& diagnosis);
     void startDiagnosis(DiagnoseTriggerType type);
 
     // Pages and window (DlgMainPages.cpp)
@@ -208,7 +209,7 @@ private:
     void takeEncryptionFlags(bool quantum, bool pqc);
     void carryOut(const HeartbeatOrder& order);
     void tellOrder(const HeartbeatOrder& order, const QString& text);
-    void heartBeatFailed(const QByteArray& body, QNetworkReply* reply);
+    void heartBeatFailed(const QByteArray& body, QNetworkReply* reply, bool current);
     void onHeartBeatSendFailed();
 
     // Status display (DlgMainStatus.cpp)
@@ -242,12 +243,14 @@ private:
     QTimer* m_CheckIpTimer = nullptr;
     QTimer* m_HeartBeatSendFailedTimer = nullptr;
     QNetworkAccessManager* m_NetMgr = nullptr; ///< disconnect notice and filter download only
+    QNetworkReply* m_stepReply = nullptr;      ///< what m_curStep waits for; only ever compared
     OrchErrRes* m_OrchErrRes;
     volatile bool m_ClickCancelConnecting = false; ///< the running attempt is to be abandoned
     bool m_MouseOverConnect = false;
     DlgQuit* m_PQuitDlg = nullptr;
     dlgStopPrompt* m_PStopPrompt = nullptr;
     QString m_curClientIp; ///< the client's own address at the last attempt
+    int m_attempt = 0;     ///< counts the attempts; answers that name another one come too late
     bool m_isReconnect = false;
     bool m_showPromptTemp = false;     ///< the next attempt leaves the prompt in place
     bool m_sessionOver = false;        ///< a logout or quit is under way

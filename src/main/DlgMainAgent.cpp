@@ -13,7 +13,23 @@
 
 #include <QLocalServer>
 #include <QLocalSocket>
+#include <QTextStream>
 #include <QTimer>
+
+namespace {
+
+// More than any notification has; a peer that sends without end is read piece by piece.
+constexpr qint64 kReadBuffer = 65536;
+
+// What has arrived, as one text: UTF-8, or what a byte order mark says.
+QString readText(QLocalSocket& socket)
+{
+    QTextStream stream(socket.readAll());
+    stream.setCodec("UTF-8");
+    return stream.readAll();
+}
+
+} // namespace
 
 void DlgMain::onSingleSocketConnect()
 {
@@ -24,10 +40,11 @@ void DlgMain::onSingleSocketConnect()
     // A copy that was started while the login window was up has left its probe in the queue:
     // everything that waits is taken.
     while (QLocalSocket* const socket = server->nextPendingConnection()) {
+        socket->setReadBufferSize(kReadBuffer);
         connect(socket, &QLocalSocket::readyRead, this, &DlgMain::onSingleSocketRead);
         connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
         if (socket->bytesAvailable() > 0)
-            handleAgentText(QString::fromUtf8(socket->readAll()));
+            handleAgentText(readText(*socket));
         if (socket->state() == QLocalSocket::UnconnectedState)
             socket->deleteLater();
     }
@@ -38,7 +55,7 @@ void DlgMain::onSingleSocketRead()
     auto* socket = qobject_cast<QLocalSocket*>(sender());
     if (!socket)
         return;
-    handleAgentText(QString::fromUtf8(socket->readAll()));
+    handleAgentText(readText(*socket));
 }
 
 void DlgMain::handleAgentText(const QString& text)

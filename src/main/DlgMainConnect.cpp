@@ -30,12 +30,16 @@ void DlgMain::validateAndConnect(ipc::DisconnectTypeReason reason)
     ipc::Connect2OrchParams params;
     params.customerId = savedText(ConfigUtil::CUSTOMERID);
     params.reason = reason;
-    const auto failed = [this](const QByteArray& body, QNetworkReply* reply) {
-        onConnectFailed(body, reply);
+    const int attempt = m_attempt;
+    const auto succeeded = [this, attempt](const QByteArray& body) {
+        if (attempt == m_attempt)
+            onConnectReply(body);
     };
-    ipc::OrchIpc::instance()->connect2Orch(
-        params, guarded(this, [this](const QByteArray& body) { onConnectReply(body); }),
-        guarded(this, failed));
+    const auto failed = [this, attempt](const QByteArray& body, QNetworkReply* reply) {
+        if (attempt == m_attempt)
+            onConnectFailed(body, reply);
+    };
+    ipc::OrchIpc::instance()->connect2Orch(params, guarded(this, succeeded), guarded(this, failed));
 }
 
 void DlgMain::onConnectReply(const QByteArray& body)

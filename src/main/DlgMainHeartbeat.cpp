@@ -45,7 +45,7 @@ void DlgMain::heartBeat()
     connect(manager, &QObject::destroyed, &wait, &QEventLoop::quit);
     const QPointer<QNetworkReply> reply = sendOrchRequest(
         *manager, orchrequest::heartbeat(m_HeartbeatUrl, storedIdentity(), m_mobileDetect));
-    const long long session = m_ConnectSuccessStamp;
+    const int attempt = m_attempt;
     wait.exec();
     if (manager)
         manager->deleteLater();
@@ -53,9 +53,10 @@ void DlgMain::heartBeat()
         return;
     const QByteArray body = replyBody(reply);
     const bool answered = httpStatus(reply) == 200 && reply->error() == QNetworkReply::NoError;
+    const bool current = isConnected() && attempt == m_attempt; // not of a connection that is over
     if (!answered)
-        heartBeatFailed(body, reply);
-    else if (isConnected() && session == m_ConnectSuccessStamp) // not of a connection that is over
+        heartBeatFailed(body, reply, current);
+    else if (current)
         heartBeatSucceeded(body, !reply->rawHeader("orch-logfile").isEmpty());
 }
 
@@ -129,9 +130,9 @@ void DlgMain::tellOrder(const HeartbeatOrder& order, const QString& text)
     });
 }
 
-void DlgMain::heartBeatFailed(const QByteArray& body, QNetworkReply* reply)
+void DlgMain::heartBeatFailed(const QByteArray& body, QNetworkReply* reply, bool current)
 {
-    if (m_mobileDetect && !m_HeartBeatSendFailed && isConnected()) {
+    if (current && m_mobileDetect && !m_HeartBeatSendFailed) {
         m_HeartBeatSendFailed = true;
         m_HeartBeatSendFailedTimer->start();
     }

@@ -38,9 +38,6 @@ namespace {
 // The window's property that is true while a reconnect waits for the disconnect notice's answer.
 constexpr char kReconnect[] = "reconnect";
 
-// A reply's property that names the step it was sent in.
-constexpr char kStep[] = "step";
-
 // Time for the last requests to be sent before the program ends.
 constexpr int kEndDelayMs = 100;
 
@@ -57,17 +54,37 @@ bool runOnce(QDialog* dialog)
 
 } // namespace
 
+/// What the settings remember of the last run of the diagnosis.
+struct DlgMain::FailedDiagnosis
+{
+    bool again = false; ///< it failed and is to be run again
+    DiagnoseTriggerType type = TriggerByClient;
+
+    static FailedDiagnosis stored()
+    {
+        const int failed = ConfigUtil::getvalue(ConfigUtil::DIAGNOSIS_FAIL, 0).toInt();
+        int type = ConfigUtil::getvalue(ConfigUtil::DIAGNOSIS_TRIGGER_TYPE, -1).toInt();
+        if (failed != 0 && type == -1) {
+            logDisplayDebug(QStringLiteral(
+                "Get last diagnostic type failed. using default value: 0(triggered by client)"));
+            type = TriggerByClient;
+        }
+        return {failed == 1, DiagnoseTriggerType(type)};
+    }
+};
+
 // Connect button
 
 void DlgMain::on_btnConnect_clicked()
 {
     if (m_sessionOver)
         return;
+    const FailedDiagnosis diagnosis = FailedDiagnosis::stored();
     switch (m_curStatus) {
     case DISCONNECTION:
-        return beginAttempt();
+        return beginAttempt(diagnosis);
     case CONNECTION:
-        return stopConnection();
+        return stopConnection(diagnosis);
     case CONNECTING:
         return cancelAttempt();
     case DISCONNECTING:
@@ -75,9 +92,13 @@ void DlgMain::on_btnConnect_clicked()
     }
 }
 
-void DlgMain::beginAttempt()
+void DlgMain::beginAttempt(const FailedDiagnosis& diagnosis)
 {
+    ++m_attempt;
+    m_stepReply = nullptr;
     m_ClickCancelConnecting = false;
+    m_HeartBeatSendFailedTimer->stop(); // a loss of the last connection is not one of this one
+    m_HeartBeatSendFailed = false;
     setProperty(kReconnect, false);
     ui->m_SettingWidge->clearDisable401();
     logDisplayInfo(m_FirstAutoConnect || m_isReconnect ? tr("Reconnecting")
@@ -88,7 +109,7 @@ void DlgMain::beginAttempt()
         promptWidge->hidePrompt();
     m_showPromptTemp = false;
     setConnStatus(CONNECTING);
-    rerunFailedDiagnosis();
+    rerun(diagnosis);
     m_ConnectSlowWarningTimer->start();
     validateAndConnect(m_connect2OrchReason);
 }
@@ -106,7 +127,7 @@ bool DlgMain::confirmStop()
     return accepted;
 }
 
-void DlgMain::stopConnection()
+void DlgMain::stopConnection(const FailedDiagnosis& diagnosis)
 {
     const QPointer<DlgMain> alive(this);
     const bool stop = confirmStop();
@@ -121,7 +142,7 @@ void DlgMain::stopConnection()
         else
             abandonAttempt();
     }
-    rerunFailedDiagnosis();
+    rerun(diagnosis);
 }
 
 void DlgMain::cancelAttempt()
@@ -165,17 +186,10 @@ void DlgMain::startDiagnosis(DiagnoseTriggerType type)
     qInfo("Diagnosis requested, trigger type %d, connected %d", int(type), int(isConnected()));
 }
 
-void DlgMain::rerunFailedDiagnosis()
+void DlgMain::rerun(const FailedDiagnosis& diagnosis)
 {
-    if (ConfigUtil::getvalue(ConfigUtil::DIAGNOSIS_FAIL, 0).toInt() != 1)
-        return;
-    int type = ConfigUtil::getvalue(ConfigUtil::DIAGNOSIS_TRIGGER_TYPE, -1).toInt();
-    if (type == -1) {
-        logDisplayDebug(QStringLiteral(
-            "Get last diagnostic type failed. using default value: 0(triggered by client)"));
-        type = TriggerByClient;
-    }
-    startDiagnosis(DiagnoseTriggerType(type));
+    if (diagnosis.again)
+        startDiagnosis(diagnosis.type);
 }
 
 // States
@@ -306,15 +320,16 @@ void DlgMain::reConnect(ipc::DisconnectTypeReason reason)
 
 void DlgMain::sendForStep(const OrchRequest& request)
 {
-    sendOrchRequest(*m_NetMgr, request)->setProperty(kStep, m_curStep);
+    m_stepReply = sendOrchRequest(*m_NetMgr, request);
 }
 
 void DlgMain::netReply(QNetworkReply* r)
 {
     r->deleteLater();
     // An answer that comes after its step is over is nobody's any more.
-    if (r->property(kStep).toInt() != m_curStep)
+    if (r != m_stepReply)
         return;
+    m_stepReply = nullptr;
     if (m_curStep == DISCONNECT_NOTIFY_ORCH)
         disconnectNoticeAnswered(r);
     else if (m_curStep == GET_FILTER)

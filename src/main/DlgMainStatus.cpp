@@ -110,7 +110,7 @@ void DlgMain::setupMobileConnected()
     logConnectLine(tr(" Connect Mode:Intranet"));
     ui->placeChronometer(true);
     ui->m_Chronometer->start();
-    if (m_curMenuItem == MENU_HOME)
+    if (m_curMenuItem == MENU_HOME || m_curMenuItem == MENU_INTRANET)
         setMobileDetectWidgetVisible(true);
     else
         ui->m_Chronometer->hide();
