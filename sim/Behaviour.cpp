@@ -1,6 +1,7 @@
 #include "sim/Behaviour.h"
 
 #include <QFile>
+#include <QProcess>
 #include <QSaveFile>
 
 namespace sim {
@@ -50,6 +51,13 @@ void clearDatapathViolations(const QString& directory)
 {
     if (!directory.isEmpty())
         QFile::remove(directory + QLatin1String(kViolations));
+}
+
+bool crashDatapath(const QString& directory)
+{
+    return !directory.isEmpty() &&
+           QProcess::execute(directory + QStringLiteral("/tarvelin"),
+                             {QStringLiteral("-D"), QStringLiteral("crash")}) == 0;
 }
 
 QStringList scriptCalls(const QString& directory)

@@ -37,6 +37,9 @@ bool writeBehaviour(const QString& directory, const Behaviour& behaviour);
 QStringList datapathViolations(const QString& directory);
 void clearDatapathViolations(const QString& directory);
 
+/// Kills the datapath's running processes, as a crash would; false when that cannot be done.
+bool crashDatapath(const QString& directory);
+
 /// Calls of the control script, oldest first, one line each with the token masked.
 QStringList scriptCalls(const QString& directory);
 

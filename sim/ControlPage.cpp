@@ -206,6 +206,12 @@ bool ControlPage::carryOutOne(const QString& name, const QJsonValue& value)
         m_simulator.revokeSessions(value.toInt(-1));
         return value.isDouble();
     }
+    if (name == QLatin1String("order")) {
+        m_simulator.order(object);
+        return value.isObject();
+    }
+    if (name == QLatin1String("crashDatapath"))
+        return crashDatapath(m_simulator.datapathDirectory());
     if (name == QLatin1String("clear")) {
         m_simulator.clear();
         return true;
@@ -238,6 +244,8 @@ void ControlPage::beWell()
         scenario.accounts = accounts;
         scenario.filterDocument = filter;
     });
+    if (!m_simulator.datapathDirectory().isEmpty())
+        writeBehaviour(m_simulator.datapathDirectory(), {});
     for (End end : {End::LookupPrimary, End::LookupBackup, End::Orchestrator}) {
         if (!m_simulator.isRunning(end))
             m_simulator.startEnd(end);

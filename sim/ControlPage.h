@@ -16,13 +16,19 @@ namespace sim {
 ///
 /// | member | effect |
 /// |---|---|
-/// | fault: {path, status, delayMs, drop, body, bodyBase64, redirect, hugeBytes, times} | put a
-/// fault on a path | | clearFaults: true | all faults away | | datapath: {key: value, ...} | change
-/// keys of the behaviour file; null removes one | | resetDatapath: true | everything about the
-/// datapath well again | | scenario: {...} | change the scenario, see Scenario::apply | |
-/// filterSize: {inclusive, exclusive, duplicates} | generate a filter document | | revoke: reason |
-/// end all sessions; -1 for no reason code | | stop, start: "primary", "backup" or "orchestrator" |
-/// one server away or back | | clear: true | forget requests and violations |
+/// | situation: name | everything well, then what the situation of that name says |
+/// | well: true | everything well again; sessions stay |
+/// | scenario: {...} | change the scenario, see Scenario::apply |
+/// | fault: {path, ...} or faults: [...] | put faults on paths, see Fault |
+/// | clearFaults: true | all faults away |
+/// | filterSize: {inclusive, exclusive, duplicates} | generate a filter document |
+/// | order: {...} | an order with the next heartbeat, see Simulator::order |
+/// | revoke: reason | end all sessions; -1 for no reason code |
+/// | datapath: {key: value, ...} | change keys of the behaviour file; null removes one |
+/// | resetDatapath: true | everything about the datapath well again |
+/// | crashDatapath: true | kill the datapath's running processes |
+/// | stop, start: "primary", "backup" or "orchestrator" | one server away or back |
+/// | clear: true | forget requests and violations |
 class ControlPage
 {
 public:

@@ -71,10 +71,25 @@ void checkDisconnect(const Call& call, const World&, Findings& findings)
     body.finish();
 }
 
+/// The answer, with the order that waits merged into it.
+HttpReply withOrder(World& world, QJsonObject reply)
+{
+    if (world.orders.isEmpty())
+        return jsonReply(reply);
+    QJsonObject order = world.orders.takeFirst();
+    const QString logfile = order.take(QStringLiteral("logfile")).toString();
+    for (auto it = order.begin(); it != order.end(); ++it)
+        reply.insert(it.key(), it.value());
+    HttpReply answer = jsonReply(reply);
+    if (!logfile.isEmpty())
+        answer.headers.append({"orch-logfile", logfile.toUtf8()});
+    return answer;
+}
+
 HttpReply disconnectSession(const Call& call, World& world)
 {
     world.sessionOf(call)->connected = false;
-    return jsonReply({{QStringLiteral("code"), 0}});
+    return withOrder(world, {{QStringLiteral("code"), 0}});
 }
 
 void checkSignout(const Call& call, const World&, Findings& findings)
@@ -120,7 +135,7 @@ void checkHeartbeat(const Call& call, const World& world, Findings& findings)
 HttpReply heartbeat(const Call& call, World& world)
 {
     ++world.sessionOf(call)->heartbeats;
-    return jsonReply(world.scenario.heartbeatReply);
+    return withOrder(world, world.scenario.heartbeatReply);
 }
 
 void checkFilter(const Call& call, const World& world, Findings& findings)

@@ -314,6 +314,12 @@ void Simulator::revokeSessions(int reason)
     }
 }
 
+void Simulator::order(const QJsonObject& members)
+{
+    const std::lock_guard lock(d->mutex);
+    d->world.orders.append(members);
+}
+
 QString Simulator::issueToken(const QString& username, const QString& serial)
 {
     const std::lock_guard lock(d->mutex);

@@ -76,6 +76,10 @@ public:
     /// "invalidReasonCode", or without one for -1.
     void revokeSessions(int reason);
 
+    /// An order to the client whose heartbeat or disconnect notice comes next: its members are
+    /// merged into that one answer. The member "logfile" asks for a diagnosis bundle by the header "orch-logfile".
+    void order(const QJsonObject& members);
+
     QList<Session> sessions() const;
 
     /// Opens a session as a login would and returns its token; empty for an unknown username.

@@ -10,6 +10,7 @@ namespace {
 
 constexpr char kAuth[] = "/api/mobile/v2/auth";
 constexpr char kConnect[] = "/api/mobile/v2/connect";
+constexpr char kFilter[] = "/files/ip-filter.json";
 constexpr char kHeartbeat[] = "/api/mobile/v2/heartbeat";
 constexpr char kNotice[] = "/api/mobile/v2/upgradeNotice";
 
@@ -29,6 +30,39 @@ QJsonObject answer(const char* path, const QJsonObject& document)
     const QByteArray body = QJsonDocument(document).toJson(QJsonDocument::Compact);
     return {
         {"fault", QJsonObject{{"path", QLatin1String(path)}, {"body", QString::fromUtf8(body)}}}};
+}
+
+/// The next heartbeat's answer carries one action, or ten of them.
+QJsonObject order(int action, const char* reasonEn, const char* reasonZh, int times = 1)
+{
+    QJsonArray actions;
+    for (int i = 0; i < times; ++i)
+        actions.append(QJsonObject{{"action", action},
+                                   {"reason_en", QLatin1String(reasonEn)},
+                                   {"reason_zh", QString::fromUtf8(reasonZh)}});
+    return {{"order", QJsonObject{{"actionDataList", actions}}}};
+}
+
+QJsonObject orderOnNewSubnet()
+{
+    QJsonObject members = order(1, "", "").value(QStringLiteral("order")).toObject();
+    members.insert(QStringLiteral("subnetIpChange"), true);
+    members.insert(QStringLiteral("mobileDetectFailed"), QStringLiteral("客户端网段已改变。"));
+    members.insert(QStringLiteral("mobileDetectFailedEn"),
+                   QStringLiteral("The client's subnet has changed."));
+    return {{"order", members}};
+}
+
+/// The link is encrypted from the next heartbeat or connect reply on.
+QJsonObject encryption(const char* flag)
+{
+    const QJsonObject on{{QLatin1String(flag), true}};
+    return {{"scenario", QJsonObject{{"connectReply", on}, {"heartbeatReply", on}}}};
+}
+
+QJsonObject datapath(const char* key, const char* value)
+{
+    return {{"datapath", QJsonObject{{QLatin1String(key), QLatin1String(value)}}}};
 }
 
 QJsonObject refusal(int code, const char* message, const QJsonObject& parameters = {})
@@ -108,6 +142,41 @@ std::vector<Situation> refusals()
     return made;
 }
 
+std::vector<Situation> serverOrders()
+{
+    const QString group = QStringLiteral("Server orders");
+    return {
+        {group, QStringLiteral("Disconnect, with a reason"),
+         order(1, "Your licence has expired.", "您的许可证已过期。")},
+        {group, QStringLiteral("Disconnect, no reason"), order(1, "", "")},
+        {group, QStringLiteral("Reconnect, with a reason"),
+         order(4, "The gateway is being moved.", "网关正在迁移。")},
+        {group, QStringLiteral("Reconnect, no reason"), order(4, "", "")},
+        {group, QStringLiteral("Reconnect, ten times in one answer"), order(4, "", "", 10)},
+        {group, QStringLiteral("Disconnect on a new subnet"), orderOnNewSubnet()},
+        {group,
+         QStringLiteral("Send a diagnosis bundle"),
+         {{"order", QJsonObject{{"logfile", "bundle-1"}}}}},
+    };
+}
+
+std::vector<Situation> datapaths()
+{
+    const QString group = QStringLiteral("Datapath");
+    return {
+        {group, QStringLiteral("Datapath dies"), {{"crashDatapath", true}}},
+        {group, QStringLiteral("Tunnels lost"), datapath("tunnels", "down")},
+        {group, QStringLiteral("Dispatch service silent"), datapath("dispatch", "silent")},
+        {group, QStringLiteral("Agent silent"), datapath("agent", "silent")},
+        {group, QStringLiteral("Agent refuses"), datapath("agent", "disconnect")},
+        {group, QStringLiteral("Agent talks without end"), datapath("agent", "flood")},
+        {group,
+         QStringLiteral("Start script fails"),
+         {{"datapath", QJsonObject{{"script_exit", "1"}, {"script_stderr", "no tun device"}}}}},
+        {group, QStringLiteral("Stop script fails"), datapath("stop_exit", "2")},
+    };
+}
+
 std::vector<Situation> build()
 {
     const QString maintenance = QStringLiteral("Maintenance");
@@ -146,13 +215,25 @@ std::vector<Situation> build()
         {further, QStringLiteral("Authenticator code"),
          answer(kAuth, {{"code", 0}, {"otpMiddleToken", "simOtpMiddle"}, {"otpLogin", true}})},
         {session, QStringLiteral("Heartbeat fails"), {{"fault", status(kHeartbeat, 500)}}},
+        {session, QStringLiteral("Intranet mode"),
+         scenario("connectReply", {{"mobileDetect", true}})},
+        {session,
+         QStringLiteral("Filter of a million entries"),
+         {{"filterSize", QJsonObject{{"inclusive", 400000}, {"exclusive", 600000}}}}},
+        {session,
+         QStringLiteral("Filter of five entries"),
+         {{"filterSize", QJsonObject{{"inclusive", 2}, {"exclusive", 3}}}}},
+        {session, QStringLiteral("Quantum encryption"), encryption("enableQuantum")},
+        {session, QStringLiteral("PQC encryption"), encryption("enablePQC")},
         {session, QStringLiteral("Log out, forced"), {{"revoke", 3}}},
+        {session, QStringLiteral("Log out, forced, by the filter document"),
+         answer(kFilter, refusal(401, "invalid", {{"invalidReasonCode", 3}}))},
         {session, QStringLiteral("Log out, account changed"), {{"revoke", 5}}},
         {session, QStringLiteral("Log out, password changed"), {{"revoke", 1}}},
         {session, QStringLiteral("Log out, no reason"), {{"revoke", -1}}},
     };
-    const std::vector<Situation> refused = refusals();
-    all.insert(all.end(), refused.begin(), refused.end());
+    for (const std::vector<Situation>& more : {serverOrders(), datapaths(), refusals()})
+        all.insert(all.end(), more.begin(), more.end());
     return all;
 }
 

@@ -9,6 +9,7 @@
 #include <QMap>
 #include <QSet>
 #include <QStringList>
+#include <QVector>
 
 namespace sim {
 
@@ -57,6 +58,7 @@ struct World
     QMap<QString, Session> sessions;   ///< by token
     QMap<QString, Approval> approvals; ///< by request ID
     QSet<int> keyGivenTo;              ///< customers whose last key request was answered with a key
+    QVector<QJsonObject> orders;       ///< see Simulator::order
     QStringList violations;
 
     QString orchestratorRoot() const { return roots.value(End::Orchestrator); }

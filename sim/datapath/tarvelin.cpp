@@ -1,5 +1,6 @@
 // The datapath's control script, as the client sees it: "tarvelin -S serial -T token -R domains
-// -D start" and "tarvelin -D stop".
+// -D start" and "tarvelin -D stop". "tarvelin -D crash", for tests and the simulator's control page
+// alone, kills the daemons as a crash would.
 #include "StandIn.h"
 
 #include <dirent.h>
@@ -72,6 +73,15 @@ void stopDaemons(const std::string& directory)
         standin::sleepMs(2);
         if (standin::monotonicMs() - start > kPatienceMs)
             signalToSend = SIGKILL;
+    }
+}
+
+/// The supervisor stays, to collect them.
+void crashDaemons(const std::string& directory)
+{
+    for (pid_t pid : daemonsOf(directory)) {
+        if (!isSupervisor("/proc/" + std::to_string(pid)))
+            kill(pid, SIGKILL);
     }
 }
 
@@ -196,6 +206,10 @@ int main(int argc, char** argv)
     const std::vector<std::string> arguments(argv + 1, argv + argc);
     if (arguments.size() == 2 && arguments[0] == kSupervise)
         return supervise(directory, std::atoi(arguments[1].c_str()));
+    if (arguments == std::vector<std::string>{"-D", "crash"}) {
+        crashDaemons(directory);
+        return 0;
+    }
 
     logCall(directory, arguments);
     const std::string fault = findFault(arguments);

@@ -50,6 +50,10 @@ struct Platform
     /// `path` below fileRoot.
     QString hostFile(const QString& path) const { return fileRoot + path; }
 
+    /// This machine's own IPv4 address in dotted form, in place of what the network interfaces say.
+    /// Not set for the real one.
+    std::function<QString()> ownAddress;
+
     /// `name` in the program's folder.
     QString programFile(const QString& name) const;
 

@@ -1,5 +1,6 @@
 #include "orch/Gateway.h"
 
+#include "app/Platform.h"
 #include "orch/Util.h"
 
 #include <QHostAddress>
@@ -227,5 +228,7 @@ quint32 Util::getGateway(bool* ok)
 
 QString Util::getNICIp()
 {
+    if (platform().ownAddress)
+        return platform().ownAddress();
     return addressFacing(hostInterfaces(), qFromBigEndian(getGateway(nullptr)));
 }

@@ -50,48 +50,12 @@ private slots:
         m_scene->openConnected();
         order(4, "");
         beat();
-        m_scene->service.edit([](sim::Scenario& scenario) { scenario = sim::Scenario(); });
         QTRY_COMPARE(m_scene->service.count(kConnect), 2);
         QCOMPARE(m_scene->reasonOf(kDisconnect), 2);
         QCOMPARE(m_scene->reasonOf(kConnect), 2);
         QTRY_COMPARE_WITH_TIMEOUT(m_scene->connectText(), QStringLiteral("Stop"), 15000);
         QTRY_VERIFY(m_scene->log().contains(
             QStringLiteral("[ERROR] Reconnecting due to receiving ORCH notification.")));
-    }
-
-    void anInvalidSession_data()
-    {
-        QTest::addColumn<int>("reason");
-        QTest::addColumn<QByteArray>("dialog");
-        QTest::addColumn<QString>("arguments");
-        QTest::addColumn<bool>("tokenKept");
-        QTest::newRow("forced logout") << 3 << QByteArray("CommonTipsDialog") << "-logout" << false;
-        QTest::newRow("account changed")
-            << 5 << QByteArray("CommonTipsDialog") << "-logout" << false;
-        QTest::newRow("password changed")
-            << 1 << QByteArray("DlgChangePassPrompt") << "-logout" << true;
-        QTest::newRow("another reason") << 2 << QByteArray() << "-logout -invalidToken" << false;
-        QTest::newRow("no reason") << -1 << QByteArray() << "-logout -invalidToken" << false;
-    }
-
-    void anInvalidSession()
-    {
-        QFETCH(int, reason);
-        QFETCH(QByteArray, dialog);
-        m_scene->openConnected();
-        m_scene->service.revokeSessions(reason);
-        std::unique_ptr<ModalGuard> explanation;
-        if (!dialog.isEmpty())
-            explanation =
-                std::make_unique<ModalGuard>(dialog, [](QDialog* open) { open->accept(); });
-        beat();
-        QTRY_COMPARE(m_scene->quits, 1);
-        QVERIFY(!explanation || explanation->seen());
-        QCOMPARE(m_scene->started.size(), 1);
-        QTEST(m_scene->started.constFirst(), "arguments");
-        QTEST(!WindowScene::setting(ConfigUtil::TOKEN).toString().isEmpty(), "tokenKept");
-        QCOMPARE(m_scene->service.count(kDisconnect), 0);
-        QCOMPARE(WindowScene::setting(ConfigUtil::PASSWORD).toString(), QString());
     }
 
     void failuresLeaveTheConnection_data()
@@ -201,11 +165,8 @@ private:
 
     void order(int action, const char* reason)
     {
-        m_scene->service.edit([&](sim::Scenario& scenario) {
-            const QJsonObject entry{
-                {"action", action}, {"reason_en", reason}, {"reason_zh", reason}};
-            scenario.heartbeatReply.insert(QStringLiteral("actionDataList"), QJsonArray{entry});
-        });
+        const QJsonObject entry{{"action", action}, {"reason_en", reason}, {"reason_zh", reason}};
+        m_scene->service.order({{"actionDataList", QJsonArray{entry}}});
     }
 
     std::unique_ptr<SessionScene> m_scene;

@@ -39,6 +39,12 @@ public:
     void openConnected()
     {
         open();
+        awaitConnected();
+    }
+
+    /// Waits for the connection and takes over its timers.
+    void awaitConnected()
+    {
         QTRY_COMPARE_WITH_TIMEOUT(connectText(), QStringLiteral("Stop"), 15000);
         timer("m_StatCountTimer")->stop();
         monitor::MonitorDatapath::instance()->stop();

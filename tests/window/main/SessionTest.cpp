@@ -1,6 +1,6 @@
 #include "window/main/SessionScene.h"
 
-#include <QAction>
+#include <QDir>
 #include <QLocalServer>
 #include <QLocalSocket>
 
@@ -106,31 +106,6 @@ private slots:
         QVERIFY(!WindowScene::setting(ConfigUtil::TOKEN).toString().isEmpty());
     }
 
-    void anInvalidSessionRestartsIntoTheLogin_data()
-    {
-        QTest::addColumn<QString>("place");
-        QTest::newRow("connect") << "connect";
-        QTest::newRow("disconnect answer") << "disconnect";
-    }
-
-    void anInvalidSessionRestartsIntoTheLogin()
-    {
-        QFETCH(QString, place);
-        if (place == QLatin1String("connect")) {
-            m_scene->service.revokeSessions(2);
-            m_scene->open();
-        } else {
-            m_scene->openConnected();
-            m_scene->service.revokeSessions(2);
-            m_scene->stop();
-        }
-        QTRY_COMPARE(m_scene->quits, 1);
-        QCOMPARE(m_scene->started, QStringList{QStringLiteral("-logout -invalidToken")});
-        QCOMPARE(WindowScene::setting(ConfigUtil::TOKEN).toString(), QString());
-        QTest::qWait(200);
-        QCOMPARE(m_scene->started.size(), 1);
-    }
-
     void cancelDuringTheConnectRequest()
     {
         m_scene->service.setFault(QStringLiteral("/api/mobile/v2/connect"), Fault::withDelay(200));
@@ -166,6 +141,20 @@ private slots:
         QCOMPARE(m_scene->service.count("/api/mobile/v2/disconnect"), 0);
     }
 
+    void connectedWhileTheQuestionIsOpen()
+    {
+        m_scene->open();
+        ModalGuard question("dlgStopPrompt", [this](QDialog* dialog) {
+            QTRY_COMPARE_WITH_TIMEOUT(m_scene->connectText(), QStringLiteral("Stop"), 15000);
+            dialog->accept();
+        });
+        m_scene->button("btnConnect")->click();
+        QVERIFY(question.seen());
+        QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Connect"));
+        QVERIFY(m_scene->log().contains(QStringLiteral("Manual cancel triggered")));
+        QCOMPARE(m_scene->reasonOf("/api/mobile/v2/disconnect"), 1);
+    }
+
     void aSilentAgentIsGivenUp()
     {
         m_scene->behave({{"agent", "silent"}});
@@ -184,14 +173,6 @@ private slots:
         QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Connect"));
         QVERIFY(m_scene->prompt().startsWith(QStringLiteral("6021 ")));
         QVERIFY(m_scene->log().contains(QStringLiteral("[INFO] no tun device")));
-    }
-
-    void anAgentThatRefusesEndsTheSession()
-    {
-        m_scene->behave({{"agent", "disconnect"}});
-        m_scene->open();
-        QTRY_COMPARE_WITH_TIMEOUT(m_scene->quits, 1, 10000);
-        QCOMPARE(m_scene->started, QStringList{QStringLiteral("-logout -invalidToken")});
     }
 
     void threeFailedPollsEndTheConnection()
@@ -226,14 +207,39 @@ private slots:
         QVERIFY(m_scene->log().contains(QStringLiteral("[NOTICE]  Network restored")));
     }
 
-    void aVanishedDatapathIsStartedAgain()
+    void aDatapathThatDiesIsStartedAgainTwice()
+    {
+        platform().fileRoot = m_scene->file(QStringLiteral("host"));
+        QVERIFY(QDir().mkpath(platform().hostFile(QStringLiteral("/proc"))));
+        m_scene->openConnected();
+        for (int connects = 2; connects <= 3; ++connects) {
+            killDatapath();
+            QTRY_COMPARE_WITH_TIMEOUT(m_scene->service.count("/api/mobile/v2/connect"), connects,
+                                      10000);
+            m_scene->awaitConnected();
+            QCOMPARE(m_scene->reasonOf("/api/mobile/v2/disconnect"), 3);
+            QCOMPARE(m_scene->reasonOf("/api/mobile/v2/connect"), 1);
+        }
+        killDatapath();
+        QCOMPARE(m_scene->connectText(), QStringLiteral("Stop"));
+        const QString log = m_scene->log();
+        QCOMPARE(log.count(QStringLiteral("The datapath process has exited, try to restart.")), 2);
+        QCOMPARE(log.count(QStringLiteral("exceeded, and it cannot be restarted.")), 1);
+        // Nobody answers the traffic poll now.
+        for (int poll = 0; poll < 3; ++poll)
+            m_scene->fire("m_StatCountTimer");
+        QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Connect"));
+        QCOMPARE(m_scene->service.count("/api/mobile/v2/connect"), 3);
+    }
+
+    void aStopScriptThatFailsIsReported()
     {
         m_scene->openConnected();
-        emit monitor::MonitorDatapath::instance()->datapathVanished();
-        QCOMPARE(m_scene->reasonOf("/api/mobile/v2/connect"), 1);
-        QTRY_COMPARE_WITH_TIMEOUT(m_scene->service.count("/api/mobile/v2/connect"), 2, 10000);
-        QTRY_COMPARE_WITH_TIMEOUT(m_scene->connectText(), QStringLiteral("Stop"), 15000);
-        QCOMPARE(m_scene->reasonOf("/api/mobile/v2/disconnect"), 3);
+        m_scene->behave({{"stop_exit", "2"}, {"script_stdout", "still busy"}});
+        m_scene->stop();
+        QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Connect"));
+        QCOMPARE(m_scene->prompt(), QStringLiteral("6019 Failed to stop DP(2)"));
+        QVERIFY(m_scene->log().contains(QStringLiteral("[INFO] still busy")));
     }
 
     void intranetModeStartsNoDatapath()
@@ -256,6 +262,84 @@ private slots:
         m_scene->stop();
         QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Connect"));
         QVERIFY(m_scene->child<QLabel>("labelUpSpeed")->isVisible());
+    }
+
+    void anotherAddressInIntranetModeReconnects()
+    {
+        m_scene->service.edit([](sim::Scenario& scenario) {
+            scenario.connectReply.insert(QStringLiteral("mobileDetect"), true);
+        });
+        QString address = QStringLiteral("10.1.1.1");
+        platform().ownAddress = [&address] { return address; };
+        m_scene->openConnected();
+        m_scene->fire("m_CheckIpTimer");
+        address.clear(); // a network that is down for a moment is no change
+        m_scene->fire("m_CheckIpTimer");
+        QCOMPARE(m_scene->connectText(), QStringLiteral("Stop"));
+        address = QStringLiteral("10.1.1.2");
+        m_scene->fire("m_CheckIpTimer");
+        QTRY_COMPARE(m_scene->service.count("/api/mobile/v2/connect"), 2);
+        m_scene->awaitConnected();
+        QCOMPARE(m_scene->reasonOf("/api/mobile/v2/disconnect"), 3);
+        QCOMPARE(m_scene->reasonOf("/api/mobile/v2/connect"), 1);
+        m_scene->fire("m_CheckIpTimer");
+        QCOMPARE(m_scene->connectText(), QStringLiteral("Stop"));
+    }
+
+    void anUnchangedFilterThatCannotBeWrittenEndsTheAttempt()
+    {
+        m_scene->openConnected();
+        m_scene->stop();
+        QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Connect"));
+        const QString path = m_scene->file(QStringLiteral("filterConfig.conf"));
+        QVERIFY(QFile::remove(path));
+        QVERIFY(QDir().mkdir(path));
+        m_scene->button("btnConnect")->click();
+        QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Connect"));
+        QCOMPARE(m_scene->prompt(), QStringLiteral("6018 Failed to save Datapath configuration "
+                                                   "file, please try again."));
+        QVERIFY(m_scene->log().contains(QStringLiteral("Can not remove ") + path));
+        QCOMPARE(m_scene->service.count("/files/ip-filter.json"), 1);
+    }
+
+    void aFailedDiagnosisIsRunAgainAtEachPress()
+    {
+        ConfigUtil::writeValue(ConfigUtil::DIAGNOSIS_FAIL, 1);
+        m_scene->openConnected();
+        const QString fallback = QStringLiteral("Get last diagnostic type failed. using default "
+                                                "value: 0(triggered by client)");
+        QCOMPARE(m_scene->log().count(fallback), 1);
+        QVERIFY(m_scene->log().contains(
+            QStringLiteral("Diagnosis requested, trigger type 0, connected 0")));
+        ConfigUtil::writeValue(ConfigUtil::DIAGNOSIS_TRIGGER_TYPE, 1);
+        ModalGuard question("dlgStopPrompt", [](QDialog* dialog) { dialog->reject(); });
+        m_scene->button("btnConnect")->click();
+        QVERIFY(m_scene->log().contains(
+            QStringLiteral("Diagnosis requested, trigger type 1, connected 1")));
+        QCOMPARE(m_scene->log().count(fallback), 1);
+        QCOMPARE(m_scene->connectText(), QStringLiteral("Stop"));
+    }
+
+    void agentsSayItInAnyShape()
+    {
+        m_scene->behave({{"agent", "silent"}});
+        m_scene->open();
+        QTRY_VERIFY(m_scene->timer("m_WaitAgentTimer")->isActive());
+        const QByteArray port = m_scene->read(QStringLiteral("dispatch.port")).trimmed();
+        QLocalSocket first;
+        QLocalSocket second;
+        for (QLocalSocket* agent : {&first, &second}) {
+            agent->connectToServer(m_scene->file(QStringLiteral("UI_SOCKET")));
+            QVERIFY(agent->waitForConnected(1000));
+        }
+        say(first, R"({"type")");
+        say(first, R"(: 0})"); // two texts, neither of them a notice
+        say(second, R"({"type": 0, "dispatchConfPort": )" + port + '}'); // only the port counts
+        QCOMPARE(m_scene->connectText().left(10), QStringLiteral("Connecting"));
+        QCOMPARE(DlgMain::dispatchPort, port.toInt());
+        const QString ready = QChar(QChar::ByteOrderMark) + QStringLiteral(R"({"type": 0})");
+        say(first, QByteArray(reinterpret_cast<const char*>(ready.utf16()), ready.size() * 2));
+        QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Stop"));
     }
 
     void aSilentProbeOrGarbageOnTheSocketChangesNothing()
@@ -316,29 +400,6 @@ private slots:
         QVERIFY(QFile::exists(m_scene->file(QStringLiteral("PersistentConf.db"))));
     }
 
-    void quittingFromTheTrayTellsTheService()
-    {
-        m_scene->openConnected();
-        m_scene->child<QAction>("m_ActExit")->trigger();
-        m_scene->child<QAction>("m_ActExit")->trigger(); // twice is once
-        QTRY_COMPARE(m_scene->quits, 1);
-        QCOMPARE(m_scene->service.count("/api/mobile/v2/disconnect"), 1);
-        QVERIFY(m_scene->started.isEmpty());
-        QVERIFY(!WindowScene::setting(ConfigUtil::TOKEN).toString().isEmpty());
-    }
-
-    void switchingTheAccountKeepsTheTokenForTheSignout()
-    {
-        m_scene->openConnected();
-        m_scene->child<QAbstractButton>("toolBtnQuit")->click();
-        ModalGuard question("DlgSwitchAcc", [](QDialog* dialog) { dialog->accept(); });
-        m_scene->button("btnSwitchAccount")->click();
-        QTRY_COMPARE(m_scene->quits, 1);
-        QCOMPARE(m_scene->started, QStringList{QStringLiteral("-logout -byuser")});
-        QCOMPARE(WindowScene::setting(ConfigUtil::PASSWORD).toString(), QString());
-        QVERIFY(!WindowScene::setting(ConfigUtil::TOKEN).toString().isEmpty());
-    }
-
     void aWindowDestroyedDuringAHeartbeat()
     {
         m_scene->openConnected();
@@ -352,6 +413,22 @@ private slots:
     }
 
 private:
+    // One text, read by the window before this returns.
+    void say(QLocalSocket& agent, const QByteArray& text)
+    {
+        const int before = m_scene->log().count(QStringLiteral("Received DP data"));
+        agent.write(text);
+        QTRY_COMPARE(m_scene->log().count(QStringLiteral("Received DP data")), before + 1);
+    }
+
+    // Kills the datapath's processes and lets the watch look for them, where it finds none of
+    // another test's.
+    void killDatapath()
+    {
+        QVERIFY(sim::crashDatapath(m_scene->folder()));
+        QVERIFY(QMetaObject::invokeMethod(monitor::MonitorDatapath::instance(), "onTimerOut"));
+    }
+
     std::unique_ptr<SessionScene> m_scene;
 };
 
