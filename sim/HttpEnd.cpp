@@ -72,6 +72,18 @@ HttpCall toCall(const httplib::Request& request)
 
 /// Sent through a provider: the library would compress a plain body, and the time and the bytes of
 /// a reply should be those that the scenario asked for.
+/// Waits, no longer than the client stays; false when it has gone.
+bool awaitTurn(httplib::DataSink& sink, int milliseconds)
+{
+    constexpr int kLook = 10;
+    for (int waited = 0; waited < milliseconds; waited += kLook) {
+        if (!sink.is_writable())
+            return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(kLook));
+    }
+    return sink.is_writable();
+}
+
 void setBody(httplib::Response& response, const HttpReply& reply)
 {
     const std::string type = reply.contentType.toStdString();
@@ -89,10 +101,8 @@ void setBody(httplib::Response& response, const HttpReply& reply)
             static_cast<size_t>(reply.body.size()), type,
             [body = reply.body, trickle = reply.trickleMs](size_t offset, size_t length,
                                                            httplib::DataSink& sink) {
-                if (trickle > 0) {
-                    std::this_thread::sleep_for(std::chrono::milliseconds(trickle));
-                    return sink.write(body.constData() + offset, 1);
-                }
+                if (trickle > 0)
+                    return awaitTurn(sink, trickle) && sink.write(body.constData() + offset, 1);
                 return sink.write(body.constData() + offset, std::min(length, kChunk));
             });
     }

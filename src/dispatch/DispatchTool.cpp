@@ -1,9 +1,9 @@
 #include "dispatch/DispatchTool.h"
 
 #include "app/Platform.h"
+#include "app/ProcessRun.h"
 
 #include <QFile>
-#include <QProcess>
 #include <QRegularExpression>
 
 #include <cstdlib>
@@ -29,13 +29,7 @@ QString escaped(QString text)
 
 QByteArray ask(const QStringList& arguments)
 {
-    QProcess process;
-    process.setProcessEnvironment(QProcessEnvironment::systemEnvironment());
-    process.start(tool(), arguments);
-    process.waitForFinished(kAnswerMs);
-    const QByteArray output = process.readAllStandardOutput();
-    process.close();
-    return output;
+    return runProcess(tool(), arguments, kAnswerMs).output;
 }
 
 } // namespace

@@ -51,6 +51,7 @@ DlgMain::DlgMain(QWidget* parent)
     ui->btnConnect->setFocus();
     checkAndClearDB();
     on_btnConnect_clicked();
+    aboutBtnCSS = ui->btnAbout->styleSheet();
     setMobileDetectWidgetVisible(false);
     createUpgrade();
     connect(monitor::MonitorDatapath::instance(), &monitor::MonitorDatapath::datapathVanished, this,

@@ -140,6 +140,7 @@ private:
     bool confirmStop();
     void stopConnection(const FailedDiagnosis& diagnosis);
     void cancelAttempt();
+    void stopForUser();
     void abandonAttempt();
     bool finishCancelConnect();
     void enterConnection();
@@ -205,11 +206,12 @@ private:
 
     // Heartbeat (DlgMainHeartbeat.cpp)
     void heartBeat();
+    void heartBeatAnswered(QNetworkReply* reply, int attempt);
     void heartBeatSucceeded(const QByteArray& body, bool diagnosisWanted);
     void takeEncryptionFlags(bool quantum, bool pqc);
     void carryOut(const HeartbeatOrder& order);
     void tellOrder(const HeartbeatOrder& order, const QString& text);
-    void heartBeatFailed(const QByteArray& body, QNetworkReply* reply, bool current);
+    void heartBeatFailed(const HttpFailure& failure, bool current);
     void onHeartBeatSendFailed();
 
     // Status display (DlgMainStatus.cpp)
@@ -243,7 +245,7 @@ private:
     QTimer* m_CheckIpTimer = nullptr;
     QTimer* m_HeartBeatSendFailedTimer = nullptr;
     QNetworkAccessManager* m_NetMgr = nullptr; ///< disconnect notice and filter download only
-    QNetworkReply* m_stepReply = nullptr;      ///< what m_curStep waits for; only ever compared
+    QNetworkReply* m_stepReply = nullptr;      ///< what m_curStep waits for
     OrchErrRes* m_OrchErrRes;
     volatile bool m_ClickCancelConnecting = false; ///< the running attempt is to be abandoned
     bool m_MouseOverConnect = false;
@@ -257,6 +259,7 @@ private:
     bool m_explainingEnd = false;      ///< the reason for the end of the session is being shown
     bool m_isChPwPromptShowed = false; ///< that reason is a changed password
     ipc::DisconnectTypeReason m_connect2OrchReason = ipc::DisConnNormalReason;
+    QString aboutBtnCSS; ///< the about button's style sheet while no new version is offered
     QDateTime m_lastReqOrchUpgradeTime;
     qlonglong m_reqOrchInterval = 60; ///< minutes between maintenance queries on focus return
 

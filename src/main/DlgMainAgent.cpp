@@ -10,6 +10,7 @@
 #include "main/DlgMain.h"
 #include "monitor/MonitorDatapath.h"
 #include "orch/MaskSecrets.h"
+#include "orch/Util.h"
 
 #include <QLocalServer>
 #include <QLocalSocket>
@@ -62,7 +63,6 @@ void DlgMain::handleAgentText(const QString& text)
 {
     if (m_curStatus != DISCONNECTION && finishCancelConnect()) {
         logDisplayInfo(tr("Connection canceled during waiting agent"));
-        m_WaitAgentTimer->stop();
         disconnect(true, ipc::DisConnAbnormalReason);
     }
 
@@ -97,9 +97,11 @@ void DlgMain::handleAgentText(const QString& text)
         dispatchPort = said.port;
         return;
     case AgentText::Ready:
-        return agentReady();
+        // One that this attempt has not started yet speaks of an earlier one.
+        if (m_WaitAgentTimer->isActive())
+            agentReady();
+        return;
     case AgentText::Disconnect:
-        m_WaitAgentTimer->stop();
         logDisplayInfo(tr("Receive disconnect event"));
         return logout(true, true, false, true);
     }
@@ -107,7 +109,6 @@ void DlgMain::handleAgentText(const QString& text)
 
 void DlgMain::agentReady()
 {
-    m_WaitAgentTimer->stop();
     if (!dispatchInit())
         return;
     m_NetworkFailure = false;
@@ -115,7 +116,7 @@ void DlgMain::agentReady()
     setConnStatus(CONNECTION);
     m_curStep = HEART_BEAT;
     if (!m_AssignIP.isEmpty())
-        logDisplayInfo(tr("The assigned virtual IP is ") + m_AssignIP);
+        logDisplayInfo(tr("The assigned virtual IP is ") + Util::oneLine(m_AssignIP));
     m_ConnectSuccessStamp = platform().now().toMSecsSinceEpoch();
     m_StatCountTimer->start();
     monitor::MonitorDatapath::instance()->start();

@@ -62,7 +62,8 @@ void DlgMain::onConnectReply(const QByteArray& body)
     m_EnableQuantum = reply.enableQuantum;
     m_EnablePQC = reply.enablePQC;
     ConfigUtil::writeValue(ConfigUtil::CPE_ID, reply.cpeId);
-    logDisplayInfo(platform().isChinese() ? reply.mobileDetectFailed : reply.mobileDetectFailedEn);
+    logDisplayInfo(Util::oneLine(platform().isChinese() ? reply.mobileDetectFailed
+                                                        : reply.mobileDetectFailedEn));
     if (!saveConfig(reply)) {
         setConnStatus(DISCONNECTION);
         return showError(errorText(ErrorText::ConfigNotSaved));
@@ -73,6 +74,10 @@ void DlgMain::onConnectReply(const QByteArray& body)
 
 void DlgMain::onConnectFailed(const QByteArray& body, QNetworkReply* reply)
 {
+    if (finishCancelConnect()) {
+        logDisplayInfo(tr("Connection canceled during connection orchestrator"));
+        return;
+    }
     setConnStatus(DISCONNECTION);
     if (httpStatus(reply) == 502)
         _queryOrchUpgradeWhen502();

@@ -3,13 +3,13 @@
 #include "app/ConfigUtil.h"
 #include "app/LogMarker.h"
 #include "app/Platform.h"
+#include "app/ProcessRun.h"
 #include "main/DlgMain.h"
 #include "main/SessionRules.h"
 #include "monitor/MonitorDatapath.h"
 #include "orch/ErrorCatalogue.h"
 #include "orch/Util.h"
 
-#include <QProcess>
 #include <QTimer>
 
 namespace {
@@ -21,52 +21,30 @@ QString savedText(const QString& key)
     return ConfigUtil::getvalue(key, QString()).toString();
 }
 
-// What the script wrote to one of its channels, as far as it is kept: enough for an explanation,
-// and a script that writes without end costs no more.
-class ScriptOutput
+// The script gets the session token as an argument and may repeat it in a message.
+QString withoutToken(const QByteArray& output)
 {
-public:
-    void take(const QByteArray& written) { m_kept += written.left(kMost - m_kept.size()); }
-
-    // The script gets the session token as an argument and may repeat it in a message.
-    QString withoutToken() const
-    {
-        QString text = QString::fromLocal8Bit(m_kept);
-        const QString token = savedText(ConfigUtil::TOKEN);
-        if (token.isEmpty())
-            return text;
-        text.replace(token, QStringLiteral("***"));
-        if (m_kept.size() == kMost)
-            text.chop(token.size()); // the cut may have gone through it
+    QString text = QString::fromLocal8Bit(output);
+    const QString token = savedText(ConfigUtil::TOKEN);
+    if (token.isEmpty())
         return text;
-    }
+    text.replace(token, QStringLiteral("***"));
+    if (output.size() == ProcessRun::kKept)
+        text.chop(token.size()); // the cut may have gone through it
+    return text;
+}
 
-private:
-    static constexpr int kMost = 16384;
-    QByteArray m_kept;
-};
-
-// Runs the control script and waits for it, at most 30 s on the GUI thread; a script still
-// running then is killed. Returns its exit code; what it said about a failure goes to the log.
+// Runs the control script and waits for it, at most 30 s on the GUI thread. Returns its exit
+// code; what it said about a failure goes to the log.
 int runScript(const QStringList& arguments)
 {
-    ScriptOutput errors;
-    ScriptOutput output;
-    QProcess script;
-    QObject::connect(&script, &QProcess::readyReadStandardError, &script,
-                     [&] { errors.take(script.readAllStandardError()); });
-    QObject::connect(&script, &QProcess::readyReadStandardOutput, &script,
-                     [&] { output.take(script.readAllStandardOutput()); });
-    script.setProcessEnvironment(QProcessEnvironment::systemEnvironment());
-    script.start(platform().programFile(QStringLiteral("tarvelin")), arguments);
-    script.waitForFinished(kScriptMs);
-    const int exitCode = script.exitCode();
-    if (exitCode != 0) {
-        logDisplayInfo(errors.withoutToken());
-        logDisplayInfo(output.withoutToken());
+    const ProcessRun script =
+        runProcess(platform().programFile(QStringLiteral("tarvelin")), arguments, kScriptMs);
+    if (script.exitCode != 0) {
+        logDisplayInfo(withoutToken(script.errors));
+        logDisplayInfo(withoutToken(script.output));
     }
-    script.close();
-    return exitCode;
+    return script.exitCode;
 }
 
 } // namespace

@@ -74,6 +74,7 @@ void DlgMain::_checkNeedDownloadIpFilter(const ConnectReply& reply)
 void DlgMain::getBlackAndWhiteList(const QString& url)
 {
     m_curStep = GET_FILTER;
+    m_FilterJsonRaw.clear(); // a download that fails or is cancelled leaves nothing to go by
     sendForStep(orchrequest::filterDocument(url, storedIdentity()));
 }
 
@@ -104,8 +105,10 @@ void DlgMain::filterAnswered(QNetworkReply* reply)
     const QStringList lines = filter.logLines();
     for (const QString& line : lines)
         logDisplayInfo(line);
-    if (filter.code == 401)
+    if (filter.code == 401) {
+        setConnStatus(DISCONNECTION);
         return _handle401(m_FilterJsonRaw);
+    }
 
     if (!saveFilter(m_FilterJsonRaw)) {
         setConnStatus(DISCONNECTION);

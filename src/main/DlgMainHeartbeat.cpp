@@ -8,19 +8,17 @@
 #include "main/SessionRules.h"
 #include "orch/HttpErrorText.h"
 #include "orch/JsonUtil.h"
-#include "orch/MaskSecrets.h"
 #include "orch/OrchErrCode.h"
 #include "orch/OrchIdentity.h"
 #include "orch/OrchRequests.h"
 #include "orch/ReplyFacts.h"
+#include "orch/Util.h"
 #include "widgets/WidgetSetting.h"
 #include "widgets/WidgetTopPrompt.h"
 
-#include <QEventLoop>
 #include <QLocale>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
-#include <QPointer>
 #include <QTimer>
 
 namespace {
@@ -29,8 +27,8 @@ constexpr int kOrderPromptMs = 500;
 
 } // namespace
 
-// Waits for the answer, at most 40 s, in an event loop of its own: anything may happen meanwhile,
-// a further poll, the end of the session, the end of the window.
+// Until the answer comes, in at most 40 s, anything may happen: further polls and heartbeats, the
+// end of the connection or of the window.
 void DlgMain::heartBeat()
 {
     const qint64 now = platform().now().toSecsSinceEpoch();
@@ -38,24 +36,27 @@ void DlgMain::heartBeat()
         return;
     m_LastHtTimeStamp = now;
 
-    const QPointer<DlgMain> alive(this);
-    const QPointer<QNetworkAccessManager> manager(new QNetworkAccessManager(this));
-    QEventLoop wait;
-    connect(manager, &QNetworkAccessManager::finished, &wait, &QEventLoop::quit);
-    connect(manager, &QObject::destroyed, &wait, &QEventLoop::quit);
-    const QPointer<QNetworkReply> reply = sendOrchRequest(
-        *manager, orchrequest::heartbeat(m_HeartbeatUrl, storedIdentity(), m_mobileDetect));
+    auto* manager = new QNetworkAccessManager(this); // for this one request
+    manager->setObjectName(QStringLiteral("heartbeat"));
     const int attempt = m_attempt;
-    wait.exec();
-    if (manager)
-        manager->deleteLater();
-    if (!alive || !reply || m_sessionOver)
+    connect(manager, &QNetworkAccessManager::finished, this,
+            [this, manager, attempt](QNetworkReply* reply) {
+                manager->deleteLater();
+                heartBeatAnswered(reply, attempt);
+            });
+    sendOrchRequest(*manager,
+                    orchrequest::heartbeat(m_HeartbeatUrl, storedIdentity(), m_mobileDetect));
+}
+
+void DlgMain::heartBeatAnswered(QNetworkReply* reply, int attempt)
+{
+    if (m_sessionOver)
         return;
     const QByteArray body = replyBody(reply);
     const bool answered = httpStatus(reply) == 200 && reply->error() == QNetworkReply::NoError;
     const bool current = isConnected() && attempt == m_attempt; // not of a connection that is over
     if (!answered)
-        heartBeatFailed(body, reply, current);
+        heartBeatFailed(HttpFailure::of(body, reply), current);
     else if (current)
         heartBeatSucceeded(body, !reply->rawHeader("orch-logfile").isEmpty());
 }
@@ -119,7 +120,7 @@ void DlgMain::tellOrder(const HeartbeatOrder& order, const QString& text)
         promptWidge->hidePrompt();
         promptWidge->showPrompt(leave ? WidgetTopPrompt::SHOW_ERROR : WidgetTopPrompt::SHOW_WARNING,
                                 text, false);
-        QString reason = order.reason;
+        QString reason = Util::oneLine(order.reason);
         if (reason.isEmpty()) {
             reason = leave ? tr("Disconnecting due to receiving ORCH notification.")
                            : tr("Reconnecting due to receiving ORCH notification.");
@@ -130,20 +131,18 @@ void DlgMain::tellOrder(const HeartbeatOrder& order, const QString& text)
     });
 }
 
-void DlgMain::heartBeatFailed(const QByteArray& body, QNetworkReply* reply, bool current)
+void DlgMain::heartBeatFailed(const HttpFailure& failure, bool current)
 {
     if (current && m_mobileDetect && !m_HeartBeatSendFailed) {
         m_HeartBeatSendFailed = true;
         m_HeartBeatSendFailedTimer->start();
     }
-    logDisplayDebug(QStringLiteral("Heart beat exception: ") + reply->errorString() +
-                    QStringLiteral(" statuscode ") + QString::number(httpStatus(reply)) +
-                    QStringLiteral(" orch return text ") + maskSecrets(body));
-    if (JsonUtil::getInt(body, QStringLiteral("code"), 0) != orchcode::kTokenInvalid)
+    logDisplayDebug(QStringLiteral("Heart beat exception: ") + failure.logText());
+    if (JsonUtil::getInt(failure.body, QStringLiteral("code"), 0) != orchcode::kTokenInvalid)
         return;
     disconnect(false, ipc::DisConnNormalReason);
     closeAllPopupDlg();
-    endSession(invalidSessionEnd(body, ui->m_SettingWidge->isDisable401()));
+    endSession(invalidSessionEnd(failure.body, ui->m_SettingWidge->isDisable401()));
 }
 
 void DlgMain::onHeartBeatSendFailed()

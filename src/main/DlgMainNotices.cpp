@@ -98,9 +98,7 @@ void DlgMain::upgradeAnswered(const QByteArray& body)
 void DlgMain::upgradeFailed(const QByteArray& body, QNetworkReply* reply)
 {
     logDisplayInfo(QStringLiteral("Failed to check, please try again."));
-    logDisplayDebug(QStringLiteral("Error Info: ") + reply->errorString() +
-                    QStringLiteral(" statuscode ") + QString::number(httpStatus(reply)) +
-                    QStringLiteral(" orch return text ") + maskSecrets(body));
+    logDisplayDebug(QStringLiteral("Error Info: ") + HttpFailure::of(body, reply).logText());
     ui->m_AboutWidge->showVersion(QString(), false, true);
 }
 
@@ -143,7 +141,6 @@ void DlgMain::forceUpgrade()
 {
     setProperty("reconnect", false);
     m_ClickCancelConnecting = true; // nothing connects an outdated client any more
-    m_WaitAgentTimer->stop();
     if (m_curStatus == CONNECTION || m_curStatus == CONNECTING)
         disconnect(true, ipc::DisConnAbnormalReason);
     const QPointer<DlgMain> alive(this);
@@ -160,7 +157,12 @@ void DlgMain::forceUpgrade()
 
 void DlgMain::showHideYellowDot(bool show)
 {
-    ui->labelYellowDot->setVisible(show);
+    // The sheet replaces the button's own picture, see IconButton.
+    ui->btnAbout->setStyleSheet(
+        show ? QStringLiteral(
+                   "QPushButton#btnAbout{border-image: url(:/Ostrana/res/info_notice.png)};")
+             : aboutBtnCSS);
+    ui->btnAbout->setFixedSize(show ? QSize(15, 12) : QSize(16, 16));
     ui->btnAbout->setAccessibleDescription(show ? tr("A new version is available") : QString());
 }
 

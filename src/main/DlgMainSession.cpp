@@ -77,7 +77,7 @@ struct DlgMain::FailedDiagnosis
 
 void DlgMain::on_btnConnect_clicked()
 {
-    if (m_sessionOver)
+    if (m_sessionOver || m_explainingEnd)
         return;
     const FailedDiagnosis diagnosis = FailedDiagnosis::stored();
     switch (m_curStatus) {
@@ -135,12 +135,7 @@ void DlgMain::stopConnection(const FailedDiagnosis& diagnosis)
         return;
     if (stop) {
         logDisplayInfo(tr("Manual stop triggered"));
-        promptWidge->hidePrompt();
-        setProperty(kReconnect, false); // one that began while the question was open ends here
-        if (m_curStatus == CONNECTION)
-            disconnect(true, ipc::DisConnNormalReason);
-        else
-            abandonAttempt();
+        stopForUser();
     }
     rerun(diagnosis);
 }
@@ -150,25 +145,33 @@ void DlgMain::cancelAttempt()
     if (!confirmStop())
         return;
     logDisplayInfo(tr("Manual cancel triggered"));
-    promptWidge->hidePrompt();
-    if (m_curStatus == CONNECTION)
-        return disconnect(true, ipc::DisConnNormalReason);
-    abandonAttempt();
+    stopForUser();
 }
 
-// Ends a running attempt: at once during the wait for the agent, otherwise when its pending step
-// answers.
+// Whatever the session has come to while the question was open.
+void DlgMain::stopForUser()
+{
+    promptWidge->hidePrompt();
+    setProperty(kReconnect, false);
+    m_isReconnect = false;
+    if (m_curStatus == CONNECTION)
+        disconnect(true, ipc::DisConnNormalReason);
+    else if (m_curStatus == CONNECTING)
+        abandonAttempt();
+}
+
+// Ends a running attempt: at once during the filter download and the wait for the agent, otherwise
+// when the connect request is answered.
 void DlgMain::abandonAttempt()
 {
-    if (m_curStatus != CONNECTING)
-        return; // it ended while the question was open
     m_ClickCancelConnecting = true;
     setConnStatus(DISCONNECTING);
+    if (m_stepReply)
+        return m_stepReply->abort();
     if (!m_WaitAgentTimer->isActive())
         return;
     finishCancelConnect();
     logDisplayInfo(tr("Connection canceled during waiting agent"));
-    m_WaitAgentTimer->stop();
     disconnect(true, ipc::DisConnNormalReason);
 }
 
@@ -210,6 +213,8 @@ void DlgMain::setConnStatus(CONN_STATUS s)
         return;
     if (change == Transition::Ended)
         m_CheckIpTimer->stop();
+    if (s == CONNECTION || s == DISCONNECTION)
+        m_WaitAgentTimer->stop();
     changeStartBtnStatus(s);
     m_curStatus = s;
     ui->showRoute(s == CONNECTION);
@@ -220,6 +225,9 @@ void DlgMain::setConnStatus(CONN_STATUS s)
         clearRates(QStringLiteral("--"));
         Q_FALLTHROUGH();
     case Transition::Abandoned:
+        if (m_mobileDetect)
+            setupMobileDisConnected();
+        Q_FALLTHROUGH();
     case Transition::Stopping:
         ui->m_Chronometer->stop();
         return;
@@ -416,8 +424,11 @@ void DlgMain::explainAndLogout(SessionEnd end)
 
 void DlgMain::explainEnd(SessionEnd end)
 {
+    if (m_explainingEnd)
+        return;
     const QPointer<DlgMain> alive(this);
     m_explainingEnd = true;
+    setProperty(kReconnect, false);
     m_isChPwPromptShowed = end == SessionEnd::PasswordChanged;
     if (end == SessionEnd::ForcedLogout)
         showOrchKickOff(this, ConfigUtil::getvalue(ConfigUtil::USERNAME, QString()).toString());
@@ -433,7 +444,7 @@ void DlgMain::explainEnd(SessionEnd end)
 
 void DlgMain::logout(bool notifyOrch, bool invalidToken, bool isByUser, bool showTipInLoginUI)
 {
-    if (m_sessionOver)
+    if (m_sessionOver || m_explainingEnd)
         return;
     m_sessionOver = true;
     m_ClickCancelConnecting = true;

@@ -11,15 +11,12 @@
 #include "widgets/WidgetTopPrompt.h"
 
 #include <QLabel>
-#include <QPointer>
 #include <QTimer>
 
 void DlgMain::onStatusNotify()
 {
-    const QPointer<DlgMain> alive(this);
     heartBeat();
-    // The heartbeat waits in an event loop of its own: the session may be over by now.
-    if (!alive || m_curStatus != CONNECTION || m_mobileDetect)
+    if (m_mobileDetect)
         return;
     long long upSize = 0;
     long long downSize = 0;

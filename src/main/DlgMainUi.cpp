@@ -133,9 +133,6 @@ void DlgMainUi::buildHeader(QDialog* window)
     labelUserName = label(window, "labelUserName", QRect(300, 14, 180, 20), QString(), "secondary");
     labelUserName->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     btnAbout = windowButton(window, "btnAbout", "about", QPoint(500, 16), DlgMain::tr("About"));
-    labelYellowDot = label(window, "labelYellowDot", QRect(512, 13, 8, 8), QString(), "dot");
-    labelYellowDot->setAttribute(Qt::WA_TransparentForMouseEvents);
-    labelYellowDot->hide();
     btnMin = windowButton(window, "btnMin", "min", QPoint(536, 16), DlgMain::tr("Minimise"));
     btnClose = windowButton(window, "btnClose", "close", QPoint(568, 16), DlgMain::tr("Close"));
 }

@@ -35,7 +35,6 @@ public:
     QLabel* labelLogo;
     QLabel* labelUserName;
     QPushButton* btnAbout;
-    QLabel* labelYellowDot; ///< marks btnAbout while a new version is offered
     QPushButton* btnMin;
     QPushButton* btnClose;
 

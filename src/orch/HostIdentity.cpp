@@ -2,10 +2,10 @@
 
 #include "app/ConfigUtil.h"
 #include "app/Platform.h"
+#include "app/ProcessRun.h"
 #include "orch/Util.h"
 
 #include <QFile>
-#include <QProcess>
 #include <QRandomGenerator>
 
 namespace {
@@ -41,13 +41,9 @@ QString readDistribution()
 
 QString askArchitecture()
 {
-    QProcess uname;
-    uname.start(QStringLiteral("uname"), {QStringLiteral("-m")}, QIODevice::ReadOnly);
-    if (!uname.waitForFinished(kUnameTimeoutMs)) {
-        uname.kill();
-        return unknown();
-    }
-    return hostidentity::cpuArchitecture(uname.readAllStandardOutput());
+    const ProcessRun uname =
+        runProcess(QStringLiteral("uname"), {QStringLiteral("-m")}, kUnameTimeoutMs);
+    return uname.finished ? hostidentity::cpuArchitecture(uname.output) : unknown();
 }
 
 } // namespace

@@ -113,6 +113,12 @@ HttpFailure HttpFailure::of(const QByteArray& body, const QNetworkReply* reply)
     return {body, reply->error(), Util::oneLine(text), httpStatus(reply)};
 }
 
+QString HttpFailure::logText() const
+{
+    return errorString + QStringLiteral(" statuscode ") + QString::number(status) +
+           QStringLiteral(" orch return text ") + maskSecrets(body);
+}
+
 QString failureCauseText(const HttpFailure& failure, const QString& separator)
 {
     const auto names = QMetaEnum::fromType<QNetworkReply::NetworkError>();

@@ -20,10 +20,12 @@ struct HttpFailure
 
     /// Reads a finished reply; without a reply, a failure that has a body alone.
     static HttpFailure of(const QByteArray& body, const QNetworkReply* reply);
+
+    /// Error string, status and body in one line for the log, secrets masked.
+    QString logText() const;
 };
 
-/// The failure in one line for the log: name of the network error, error string, status and body,
-/// secrets masked. `separator` stands between the first two.
+/// The same with the name of the network error in front, and `separator` behind that.
 QString failureLogText(const HttpFailure& failure, const QString& separator);
 
 /// The same without the body, for the user's activity log.

@@ -3,6 +3,7 @@
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QNetworkRequest>
+#include <QTimer>
 
 namespace {
 
@@ -24,6 +25,20 @@ QUrl httpUrl(const QUrl& url)
     return scheme == QLatin1String("http") || scheme == QLatin1String("https") ? url : QUrl();
 }
 
+QNetworkReply* start(QNetworkAccessManager& manager, const QNetworkRequest& network,
+                     const OrchRequest& request)
+{
+    switch (request.method) {
+    case OrchRequest::Method::Post:
+        return manager.post(network, request.body);
+    case OrchRequest::Method::Put:
+        return manager.put(network, request.body);
+    case OrchRequest::Method::Get:
+        break;
+    }
+    return manager.get(network);
+}
+
 } // namespace
 
 QNetworkReply* sendOrchRequest(QNetworkAccessManager& manager, const OrchRequest& request)
@@ -36,13 +51,12 @@ QNetworkReply* sendOrchRequest(QNetworkAccessManager& manager, const OrchRequest
     for (const auto& header : request.headers)
         network.setRawHeader(header.first, headerValue(header.second));
 
-    switch (request.method) {
-    case OrchRequest::Method::Post:
-        return manager.post(network, request.body);
-    case OrchRequest::Method::Put:
-        return manager.put(network, request.body);
-    case OrchRequest::Method::Get:
-        break;
-    }
-    return manager.get(network);
+    QNetworkReply* const reply = start(manager, network, request);
+    if (request.deadlineMs > 0)
+        QTimer::singleShot(request.deadlineMs, reply, &QNetworkReply::abort);
+    QObject::connect(reply, &QNetworkReply::downloadProgress, reply, [reply](qint64 received) {
+        if (received > kMostReplyBytes)
+            reply->abort();
+    });
+    return reply;
 }

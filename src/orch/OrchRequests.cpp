@@ -269,6 +269,7 @@ OrchRequest heartbeat(const QString& heartbeatUrl, const OrchIdentity& identity,
 OrchRequest filterDocument(const QString& documentUrl, const OrchIdentity& identity)
 {
     OrchRequest request = makeRequest(Method::Get, documentUrl, identity.serial);
+    request.deadlineMs = 0;
     addCustomer(request, identity.customerId);
     addToken(request, identity.token);
     return request;

@@ -91,7 +91,7 @@ private slots:
         openIdle();
         QTRY_VERIFY(offer.seen());
         QTRY_VERIFY(!QApplication::activeModalWidget());
-        QTEST(m_scene->child<QLabel>("labelYellowDot")->isVisible(), "marked");
+        QTEST(m_scene->button("btnAbout")->width() == 15, "marked");
         QCOMPARE(m_scene->child<QTimer>("m_checkUpgradeTimer")->interval(), 45 * 60000);
         QVERIFY(m_scene->child<QTimer>("m_checkUpgradeTimer")->isActive());
 

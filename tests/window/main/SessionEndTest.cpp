@@ -104,6 +104,26 @@ private slots:
         QCOMPARE(m_scene->quits, 1);
     }
 
+    void nothingStartsBehindTheExplanation()
+    {
+        m_scene->openConnected();
+        m_scene->service.revokeSessions(3);
+        m_scene->service.setFault(kDisconnect, Fault::withDelay(200));
+        ModalGuard explanation("CommonTipsDialog", [this](QDialog* dialog) {
+            QTRY_COMPARE(m_scene->service.count(kDisconnect), 1);
+            QTest::qWait(300); // the notice's answer, which the reconnect waits for
+            QMetaObject::invokeMethod(m_scene->window.get(), "onShowKickedoutDialog");
+            m_scene->window->logout(true, false, true, true);
+            dialog->accept();
+        });
+        m_scene->fire("m_StatCountTimer");
+        emit monitor::MonitorDatapath::instance()->datapathVanished();
+        QTRY_COMPARE(m_scene->quits, 1);
+        QVERIFY(explanation.seen());
+        QCOMPARE(m_scene->started, QStringList{QStringLiteral("-logout")});
+        QCOMPARE(m_scene->service.count("/api/mobile/v2/connect"), 1);
+    }
+
     void theDiagnosisWorkersSlotsOnlyExplain_data()
     {
         QTest::addColumn<QByteArray>("slot");

@@ -129,6 +129,72 @@ private slots:
         QVERIFY(sim::scriptCalls(m_scene->folder()).isEmpty());
     }
 
+    void aCancelledDownloadLeavesNoOldFilterInForce()
+    {
+        m_scene->openConnected();
+        m_scene->stop();
+        QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Connect"));
+        m_scene->service.edit([](sim::Scenario& scenario) {
+            scenario.connectReply.insert(QStringLiteral("mobileTrafficVersion"), 6);
+            scenario.filterDocument = R"({"blackIpSet":["9.9.9.9"]})";
+        });
+        // A byte an hour: the cancel does not wait for it.
+        m_scene->service.setFault(QStringLiteral("/files/ip-filter.json"),
+                                  Fault::trickled(3600000, "{}"));
+        m_scene->button("btnConnect")->click();
+        QTRY_COMPARE(m_scene->service.count("/files/ip-filter.json"), 2);
+        m_scene->stop();
+        QCOMPARE(m_scene->connectText(), QStringLiteral("Connect"));
+
+        m_scene->service.clearFaults();
+        m_scene->button("btnConnect")->click();
+        m_scene->awaitConnected();
+        QCOMPARE(m_scene->read(QStringLiteral("filterConfig.conf")),
+                 QByteArray("{\"blackIpSet\":[\"9.9.9.9\"]}\n"));
+    }
+
+    void aReadyAgentOfAnEarlierRunIsNoConnection()
+    {
+        m_scene->service.setFault(QStringLiteral("/api/mobile/v2/connect"), Fault::withDelay(300));
+        m_scene->open();
+        QLocalSocket leftOver;
+        leftOver.connectToServer(m_scene->file(QStringLiteral("UI_SOCKET")));
+        QVERIFY(leftOver.waitForConnected(1000));
+        say(leftOver, R"({"type": 0})");
+        QCOMPARE(m_scene->connectText().left(10), QStringLiteral("Connecting"));
+        m_scene->awaitConnected();
+        QVERIFY(!m_scene->read(QStringLiteral("cpeagent.conf")).isEmpty());
+    }
+
+    void anIntranetAttemptThatFailsLeavesTheHomePage()
+    {
+        m_scene->service.edit([](sim::Scenario& scenario) {
+            scenario.connectReply.insert(QStringLiteral("mobileDetect"), true);
+        });
+        m_scene->service.setFault(QStringLiteral("/files/ip-filter.json"), Fault::withStatus(500));
+        m_scene->open();
+        QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Connect"));
+        m_scene->child<QAbstractButton>("toolBtnHome")->click();
+        QVERIFY(!m_scene->child<QLabel>("m_mobileDetectLabel")->isVisible());
+        QVERIFY(m_scene->child<QLabel>("labelUpSpeed")->isVisible());
+    }
+
+    void aReconnectThatBeganBehindTheQuestionEndsToo()
+    {
+        m_scene->openConnected();
+        m_scene->service.setFault(QStringLiteral("/api/mobile/v2/disconnect"),
+                                  Fault::withDelay(200));
+        ModalGuard question("dlgStopPrompt", [this](QDialog* dialog) {
+            emit monitor::MonitorDatapath::instance()->datapathVanished();
+            dialog->accept();
+        });
+        m_scene->button("btnConnect")->click();
+        QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Connect"));
+        QTest::qWait(100);
+        QCOMPARE(m_scene->service.count("/api/mobile/v2/connect"), 1);
+        QCOMPARE(m_scene->connectText(), QStringLiteral("Connect"));
+    }
+
     void cancelDuringTheAgentWait()
     {
         m_scene->behave({{"agent", "silent"}});
@@ -407,9 +473,9 @@ private slots:
                                   Fault::withDelay(5000));
         const QDateTime later = QDateTime::currentDateTime().addSecs(60);
         platform().clock = [later] { return later.toMSecsSinceEpoch(); };
-        QTimer::singleShot(100, this, [this] { m_scene->window.reset(); });
         m_scene->fire("m_StatCountTimer");
-        QVERIFY(!m_scene->window);
+        QTRY_COMPARE(m_scene->service.count("/api/mobile/v2/heartbeat"), 1);
+        m_scene->window.reset();
     }
 
 private:

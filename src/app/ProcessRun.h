@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+/// How a program that was waited for has ended.
+struct ProcessRun
+{
+    /// The most bytes that are kept of each channel.
+    static constexpr int kKept = 65536;
+
+    bool finished = false; ///< it was started and ended in time
+    int exitCode = 0;      ///< 0 also when it could not be started or had to be killed
+    QByteArray output;     ///< the first kKept bytes of its standard output
+    QByteArray errors;     ///< the same of its standard error
+};
+
+/// Runs a program with this program's environment, never through a shell, and waits for it on
+/// the calling thread, at most `timeoutMs`; one that still runs then is killed. However much it
+/// writes, no more than ProcessRun::kKept bytes of each channel are held. Any thread.
+ProcessRun runProcess(const QString& program, const QStringList& arguments, int timeoutMs);
