@@ -12,14 +12,6 @@ namespace {
 constexpr int kSettleMs = 3000;
 constexpr int kIdleSeconds = 30;
 
-/// Logs in once by hand, so that the next start connects by itself.
-bool rememberLogin(support::Scene& scene)
-{
-    const support::SimAccount account = scene.service().account();
-    return scene.logInByHand(account.customer, account.username, account.password, true) &&
-           scene.driver().awaitConnected() && scene.driver().quit();
-}
-
 } // namespace
 
 void benchSession(const Report& report)
@@ -28,14 +20,13 @@ void benchSession(const Report& report)
     // Measured on a desktop without assistive technology: the tree it keeps is not the client's
     // usual cost.
     support::VirtualDesktop plain(support::VirtualDesktop::Accessibility::Off);
-    if (!scene.start() || !rememberLogin(scene) || !plain.start()) {
+    if (!scene.start() || !scene.rememberLogin() || !plain.start()) {
         std::fprintf(stderr, "No session to measure: the client did not connect.\n");
         return;
     }
     support::StagedProgram& program = scene.program();
-    program.remove(QStringLiteral("ui.log"));
     program.setVariables(plain.session());
-    program.start();
+    scene.startRemembered();
     const bool connected = support::waitFor(
         [&] { return program.log().contains(QStringLiteral("[NOTICE]  Connected")); }, 20000);
     if (!connected) {

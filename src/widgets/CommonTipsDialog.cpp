@@ -36,7 +36,10 @@ CommonTipsDialog::CommonTipsDialog(QWidget* parent)
 void CommonTipsDialog::setContentText(const QString& text)
 {
     m_contentLabel->setText(text);
-    setAccessibleName(text);
+    QString spoken = text;
+    spoken.remove(QChar(0x200b)); // the places where a line may break
+    m_contentLabel->setAccessibleName(spoken);
+    setAccessibleName(spoken);
 }
 
 void CommonTipsDialog::setCompact(int width, int minimumHeight)

@@ -5,19 +5,6 @@
 
 #include <QTest>
 
-namespace {
-
-const QString kCustomer = QStringLiteral("acme");
-const QString kUsername = QStringLiteral("alice@acme.example");
-const QString kPassword = QStringLiteral("Wonder-land1");
-
-const QStringList kAccount = {QStringLiteral("TOKEN"),      QStringLiteral("AUTHURL"),
-                              QStringLiteral("CUSTOMERID"), QStringLiteral("CUSTOMERIDSTR"),
-                              QStringLiteral("USERNAME"),   QStringLiteral("PASSWORD"),
-                              QStringLiteral("AUTO_LOGIN"), QStringLiteral("AGREE_PRIVACY")};
-
-} // namespace
-
 class LoginOutcomesTest : public QObject
 {
     Q_OBJECT
@@ -34,22 +21,16 @@ private slots:
 
 private:
     support::Scene m_scene;
-    QVariantMap m_saved;
 };
 
 void LoginOutcomesTest::initTestCase()
 {
     QVERIFY2(m_scene.start(), qPrintable(m_scene.error()));
-    QVERIFY(m_scene.logInByHand(kCustomer, kUsername, kPassword, true));
-    QVERIFY(m_scene.driver().awaitConnected());
-    QVERIFY(m_scene.driver().quit());
-    for (const QString& key : kAccount)
-        m_saved.insert(key, m_scene.program().setting(key));
+    QVERIFY(m_scene.rememberLogin());
 }
 
 void LoginOutcomesTest::init()
 {
-    m_scene.program().writeSettings(m_saved);
     QVERIFY(m_scene.service().command({{QStringLiteral("well"), true}}));
 }
 
@@ -61,10 +42,9 @@ void LoginOutcomesTest::cleanup()
         qInfo("%s", qPrintable(log));
     }
     m_scene.program().killEverything();
-    m_scene.program().remove(QStringLiteral("ui.log"));
     QVERIFY(!log.isEmpty());
-    QVERIFY(!log.contains(kPassword));
-    QVERIFY(!log.contains(m_saved.value(QStringLiteral("TOKEN")).toString()));
+    QVERIFY(!log.contains(m_scene.account().password));
+    QVERIFY(!log.contains(m_scene.token()));
     QVERIFY(!log.contains(QStringLiteral("simMiddle")));
     QVERIFY(!log.contains(QStringLiteral("simOtpMiddle")));
     QVERIFY(!log.contains(QStringLiteral("JBSWY3DPEHPK3PXP")));
@@ -74,7 +54,7 @@ void LoginOutcomesTest::cleanup()
 void LoginOutcomesTest::anAnnouncedMaintenanceStopsTheFirstStartOnly()
 {
     QVERIFY(m_scene.service().enter(QStringLiteral("Maintenance announced")));
-    QVERIFY(m_scene.program().start());
+    QVERIFY(m_scene.startRemembered());
     QVERIFY(m_scene.driver().awaitText(QStringLiteral("Maintenance Notifications")));
     QVERIFY(m_scene.app().press(QStringLiteral("Confirm")));
     QVERIFY(support::waitFor([this] {
@@ -83,14 +63,14 @@ void LoginOutcomesTest::anAnnouncedMaintenanceStopsTheFirstStartOnly()
     }));
     m_scene.program().killEverything();
 
-    QVERIFY(m_scene.program().start());
+    QVERIFY(m_scene.program().start()); // with what the first start has learned
     QVERIFY(m_scene.driver().awaitConnected());
 }
 
 void LoginOutcomesTest::thePrimaryLookupIsDown()
 {
     QVERIFY(m_scene.service().enter(QStringLiteral("Primary lookup down")));
-    QVERIFY(m_scene.program().start());
+    QVERIFY(m_scene.startRemembered());
     QVERIFY(m_scene.driver().awaitConnected());
 }
 
@@ -116,7 +96,7 @@ void LoginOutcomesTest::messages()
     QFETCH(QString, situation);
     QFETCH(QString, text);
     QVERIFY(m_scene.service().enter(situation));
-    QVERIFY(m_scene.program().start());
+    QVERIFY(m_scene.startRemembered());
     QVERIFY(m_scene.driver().awaitText(text));
     QVERIFY(m_scene.driver().isResponsive());
 }
@@ -135,7 +115,7 @@ void LoginOutcomesTest::a502OfTheConnection()
 {
     QFETCH(QString, situation);
     QFETCH(QString, text);
-    QVERIFY(m_scene.program().start());
+    QVERIFY(m_scene.startRemembered());
     QVERIFY(m_scene.driver().awaitConnected());
     QVERIFY(m_scene.driver().stop());
     QVERIFY(m_scene.service().enter(situation));

@@ -101,6 +101,21 @@ static bool isToldOf(const QString& process, const QString& prefix)
            arguments.readAll().contains(QFile::encodeName(prefix));
 }
 
+static int entriesOf(const QString& folder)
+{
+    return QDir(folder).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot).size();
+}
+
+int ChildProcess::descriptors(qint64 pid)
+{
+    return entriesOf(QStringLiteral("/proc/%1/fd").arg(pid));
+}
+
+int ChildProcess::threads(qint64 pid)
+{
+    return entriesOf(QStringLiteral("/proc/%1/task").arg(pid));
+}
+
 QList<qint64> ChildProcess::below(const QString& folder)
 {
     const QString prefix = killablePrefix(folder);

@@ -23,6 +23,10 @@ public:
     /// One "kB" field of /proc/PID/status, such as "VmRSS"; -1 when gone.
     static qint64 statusKb(qint64 pid, const QByteArray& field);
 
+    /// How many descriptors it has open, and how many threads; 0 when gone.
+    static int descriptors(qint64 pid);
+    static int threads(qint64 pid);
+
     /// The processes whose executable lies below `folder`, in no order. None for a relative
     /// folder or one directly below the root.
     static QList<qint64> below(const QString& folder);

@@ -89,8 +89,8 @@ bool ClientDriver::awaitText(const QString& part, int timeoutMs) const
     return waitFor(
         [&] {
             // Long texts are broken into lines for the eye.
-            QString all = m_app.labels().join(QLatin1Char(' '));
-            return all.replace(QLatin1Char('\n'), QLatin1Char(' ')).contains(part);
+            const QString all = m_app.labels().join(QLatin1Char(' '));
+            return all.simplified().contains(part.simplified());
         },
         timeoutMs);
 }

@@ -6,6 +6,7 @@
 #include "support/VirtualDesktop.h"
 
 #include <memory>
+#include <QVariantMap>
 
 namespace support {
 
@@ -29,10 +30,26 @@ public:
     bool logInByHand(const QString& customer, const QString& username, const QString& password,
                      bool remember);
 
+    /// Forgets all settings, logs the service's first account in by hand, lets it connect and
+    /// quits; what the login saved is kept for startRemembered().
+    bool rememberLogin();
+
+    /// Starts the client with a new log and the settings that rememberLogin() left, so that it
+    /// logs in by itself.
+    bool startRemembered();
+
+    /// The account that rememberLogin() used.
+    const SimAccount& account() const { return m_account; }
+
+    /// The session token that rememberLogin() left.
+    QString token() const;
+
 private:
     VirtualDesktop m_desktop;
     SimProcess m_service;
     QString m_error;
+    SimAccount m_account;
+    QVariantMap m_saved; ///< settings after a login
     std::unique_ptr<StagedProgram> m_program;
     std::unique_ptr<AccessibilityBus> m_bus;
     std::unique_ptr<ClientDriver> m_driver;

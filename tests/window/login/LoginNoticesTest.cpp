@@ -93,7 +93,9 @@ private slots:
         QFETCH(QByteArray, query);
         QFETCH(QString, message);
         m_scene->toLoginPage();
-        m_scene->service.setFault(path, Fault::withStatus(502));
+        Fault failure = Fault::withStatus(502);
+        failure.delayMs = 300; // time to see the query before it
+        m_scene->service.setFault(path, failure);
         std::unique_ptr<ModalGuard> running;
         int queries = 2; // one before the login, one after its failure
         if (query == "run") {
