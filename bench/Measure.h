@@ -33,6 +33,8 @@ Pair interleaved(int rounds, const std::function<void()>& subject,
 // The chapters of the report, each in a source file of its name.
 void benchStart(const Report& report);
 void benchSession(const Report& report);
+void benchConnect(const Report& report);
+void benchCycles(const Report& report);
 void benchDispatch(const Report& report);
 void benchLog(const Report& report);
 void benchHistory(const Report& report);

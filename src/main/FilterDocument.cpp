@@ -13,45 +13,63 @@ namespace {
 
 constexpr int kSummaryLength = 20;
 
-// Collects texts once each, in the order of their first appearance.
+// The texts of a list, each once, in the order of their first appearance. As long as all that is
+// received belongs in it, it is the received list itself: most are without a repetition.
 class UniqueTexts
 {
 public:
-    explicit UniqueTexts(int expected) { m_seen.reserve(expected); }
+    explicit UniqueTexts(const QJsonArray& received) : m_texts(received)
+    {
+        m_seen.reserve(received.size());
+        for (int i = 0; i < received.size(); ++i) {
+            const QJsonValue value = received.at(i);
+            if (value.isString() && isNew(value.toString())) {
+                if (m_ownList)
+                    m_texts.append(value);
+            } else if (!m_ownList) {
+                keepOnly(received, i);
+            }
+        }
+    }
 
     void add(const QString& text)
     {
-        const int before = m_seen.size();
-        m_seen.insert(text);
-        if (m_seen.size() == before)
-            return;
-        m_texts.append(text);
-        if (m_joined.size() <= kSummaryLength)
-            m_joined += (m_texts.size() == 1 ? QString() : QStringLiteral(",")) + text;
-    }
-
-    void add(const QJsonArray& values)
-    {
-        for (const QJsonValue& value : values) {
-            if (value.isString())
-                add(value.toString());
-        }
+        if (isNew(text))
+            m_texts.append(text);
     }
 
     const QJsonArray& texts() const { return m_texts; }
     const QString& joined() const { return m_joined; }
 
 private:
+    bool isNew(const QString& text)
+    {
+        const int before = m_seen.size();
+        m_seen.insert(text);
+        if (m_seen.size() == before)
+            return false;
+        if (m_joined.size() <= kSummaryLength)
+            m_joined += (before == 0 ? QString() : QStringLiteral(",")) + text;
+        return true;
+    }
+
+    void keepOnly(const QJsonArray& received, int count)
+    {
+        m_ownList = true;
+        m_texts = QJsonArray();
+        for (int i = 0; i < count; ++i)
+            m_texts.append(received.at(i));
+    }
+
     QSet<QString> m_seen;
     QJsonArray m_texts;
-    QString m_joined; ///< only as much as a summary needs
+    bool m_ownList = false; ///< m_texts is no longer what was received
+    QString m_joined;       ///< only as much as a summary needs
 };
 
 QString cleanList(QJsonObject& document, const QString& key, const QStringList& added)
 {
-    const QJsonArray received = document.value(key).toArray();
-    UniqueTexts unique(received.size() + added.size());
-    unique.add(received);
+    UniqueTexts unique(document.value(key).toArray());
     for (const QString& text : added)
         unique.add(text);
     document.insert(key, unique.texts());
