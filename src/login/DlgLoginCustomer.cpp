@@ -15,6 +15,7 @@
 #include "orch/OrchIpc.h"
 #include "orch/ReplyFacts.h"
 #include "orch/Util.h"
+#include "widgets/DialogFrame.h"
 #include "widgets/WidgetTopPrompt.h"
 
 #include <QLabel>
@@ -138,12 +139,12 @@ void DlgLogin::showPrivacy()
         return;
     const QString shown = m_PrivacyVersion;
     m_ConnectSlowWarningTimer->stop(); // reading takes its time
-    const QPointer<DialogPrivacy> dialog(new DialogPrivacy(this));
+    const QPointer<DlgLogin> alive(this);
+    auto* dialog = new DialogPrivacy(this);
     dialog->setPrivacyVersion(shown);
-    const bool agreed = dialog->exec() == QDialog::Accepted;
-    if (!dialog)
-        return; // the window has gone while it was open
-    delete dialog;
+    const bool agreed = runAndDelete(dialog);
+    if (!alive)
+        return;
     if (!agreed)
         return reject();
 

@@ -4,20 +4,10 @@
 #include "login/DlgBindResult.h"
 #include "login/DlgLogin.h"
 #include "orch/HttpErrorText.h"
+#include "widgets/DialogFrame.h"
 
 #include <QPointer>
 #include <QTimer>
-
-namespace {
-
-void showBindResult(QWidget* window, DlgBindResult::BIND_RESULT type)
-{
-    const QPointer<DlgBindResult> dialog(new DlgBindResult(window, type));
-    dialog->exec();
-    delete dialog;
-}
-
-} // namespace
 
 void DlgLogin::reportHttpErr(const QByteArray& body, QNetworkReply* reply)
 {
@@ -38,9 +28,9 @@ void DlgLogin::openNoticeLater(const LoginFailure& outcome)
         using Notice = LoginFailure::Notice;
         const QPointer<DlgLogin> alive(this);
         if (outcome.notice == Notice::BindingInProgress)
-            showBindResult(this, DlgBindResult::APPLY_PROCESS);
+            runAndDelete(new DlgBindResult(this, DlgBindResult::APPLY_PROCESS));
         else if (outcome.notice == Notice::DeviceDisabled)
-            showBindResult(this, DlgBindResult::DEVICE_DISABLED);
+            runAndDelete(new DlgBindResult(this, DlgBindResult::DEVICE_DISABLED));
         if (alive && outcome.action == LoginFailure::Action::OpenUpgrade)
             _showUpgradeDialog(outcome.text);
     });

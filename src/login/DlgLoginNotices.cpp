@@ -17,6 +17,7 @@
 #include "upgrade/DlgUpgrade.h"
 #include "upgrade/UpgradePolicy.h"
 #include "widgets/CommonTipsDialog.h"
+#include "widgets/DialogFrame.h"
 
 #include <QCoreApplication>
 #include <QJsonDocument>
@@ -99,23 +100,21 @@ bool DlgLogin::offerUpgrade(const UpgradeReply& reply)
 
 void DlgLogin::forceUpgrade()
 {
-    const QPointer<DlgForceUpgrade> dialog(new DlgForceUpgrade(this));
+    auto* dialog = new DlgForceUpgrade(this);
     dialog->setNoteText(m_releaseNote);
     dialog->setNewVersion(m_newVersion);
     dialog->setLogoutAfterClose(false);
     dialog->setUrl(m_upgradeUrl);
-    dialog->exec();
-    delete dialog;
+    runAndDelete(dialog);
 }
 
 // The orchestrator has refused this client as too old.
 void DlgLogin::_showUpgradeDialog(const QString& text)
 {
     const QPointer<DlgLogin> alive(this);
-    const QPointer<CommonTipsDialog> tip(new CommonTipsDialog(this));
+    auto* tip = new CommonTipsDialog(this);
     tip->setContentText(text.left(kLongestTip));
-    tip->exec();
-    delete tip;
+    runAndDelete(tip);
     if (!alive)
         return;
     if (m_showUpgradeDialog)

@@ -2,6 +2,7 @@
 
 #include "main/ConnectReply.h"
 #include "main/ConnState.h"
+#include "main/FailedDiagnosis.h"
 #include "main/FlowRates.h"
 #include "orch/HttpErrorText.h"
 #include "orch/OrchTypes.h"
@@ -118,6 +119,10 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
+    /// The window's property that is true while a reconnect waits for the disconnect notice's
+    /// answer.
+    static constexpr char kReconnect[] = "reconnect";
+
     // Construction, in order (DlgMain.cpp)
     void takeNoticeInterval();
     void buildWindow();
@@ -135,7 +140,6 @@ private:
     void setConnStatus(CONN_STATUS s);
     void changeStartBtnStatus(CONN_STATUS s);
     void onStartBtnAnimTick();
-    struct FailedDiagnosis;
     void beginAttempt(const FailedDiagnosis& diagnosis);
     bool confirmStop();
     void stopConnection(const FailedDiagnosis& diagnosis);
@@ -148,11 +152,16 @@ private:
     void postDisconnectNotice(ipc::DisconnectTypeReason reason);
     void sendForStep(const OrchRequest& request);
     void disconnectNoticeAnswered(QNetworkReply* reply);
+
+    // Ends of the session (DlgMainLogout.cpp)
     void _handle401(const QByteArray& document);
     void endSession(SessionEnd end);
     void explainAndLogout(SessionEnd end);
     void explainEnd(SessionEnd end);
     void closeAllPopupDlg();
+
+    // Diagnosis (DlgMainDiagnosis.cpp)
+    FailedDiagnosis failedDiagnosis() const;
     void rerun(const FailedDiagnosis& diagnosis);
     void startDiagnosis(DiagnoseTriggerType type);
 
@@ -249,6 +258,7 @@ private:
     OrchErrRes* m_OrchErrRes;
     volatile bool m_ClickCancelConnecting = false; ///< the running attempt is to be abandoned
     bool m_MouseOverConnect = false;
+    bool m_refocusConnect = false; ///< the button had the keyboard when it was switched off
     DlgQuit* m_PQuitDlg = nullptr;
     dlgStopPrompt* m_PStopPrompt = nullptr;
     QString m_curClientIp; ///< the client's own address at the last attempt

@@ -155,23 +155,3 @@ void DlgMain::onHeartBeatSendFailed()
     m_connect2OrchReason = ipc::DisConnNormalReason;
     reConnect(ipc::DisConnAbnormalReason);
 }
-
-// Slots for the diagnosis worker, which asks for the logout itself once the dialog is closed.
-
-void DlgMain::onShowKickedoutDialog()
-{
-    disconnect(false, ipc::DisConnNormalReason);
-    explainEnd(SessionEnd::ForcedLogout);
-}
-
-void DlgMain::onShowLdapChangeDialog()
-{
-    disconnect(false, ipc::DisConnNormalReason);
-    explainEnd(SessionEnd::AccountChanged);
-}
-
-void DlgMain::onShowChangePassDialog()
-{
-    disconnect(false, ipc::DisConnNormalReason);
-    explainEnd(SessionEnd::PasswordChanged);
-}

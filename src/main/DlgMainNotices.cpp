@@ -17,6 +17,7 @@
 #include "upgrade/DlgForceUpgrade.h"
 #include "upgrade/DlgUpgrade.h"
 #include "upgrade/UpgradePolicy.h"
+#include "widgets/DialogFrame.h"
 #include "widgets/WidgeAbout.h"
 
 #include <QEvent>
@@ -139,18 +140,17 @@ void DlgMain::offerUpgrade()
 
 void DlgMain::forceUpgrade()
 {
-    setProperty("reconnect", false);
+    setProperty(kReconnect, false);
     m_ClickCancelConnecting = true; // nothing connects an outdated client any more
     if (m_curStatus == CONNECTION || m_curStatus == CONNECTING)
         disconnect(true, ipc::DisConnAbnormalReason);
     const QPointer<DlgMain> alive(this);
-    const QPointer<DlgForceUpgrade> dialog(new DlgForceUpgrade(this));
+    auto* dialog = new DlgForceUpgrade(this);
     dialog->setNoteText(m_Des);
     dialog->setNewVersion(m_NewVersion);
     dialog->setLogoutAfterClose(true);
     dialog->setUrl(m_upgradeUrl);
-    dialog->exec();
-    delete dialog;
+    runAndDelete(dialog);
     if (alive)
         logout(true, false, false, true);
 }

@@ -1,27 +1,20 @@
-// The session as a whole: connect button, states, disconnecting, and the ways in which a session
-// ends for good.
+// The session as a whole: connect button, states, disconnecting and reconnecting.
 
 #include "app/ConfigUtil.h"
 #include "app/LogMarker.h"
-#include "app/Platform.h"
 #include "app/Product.h"
 #include "dispatch/tarvelinGetFlowStatistics.h"
 #include "main/ConnectButton.h"
 #include "main/DlgMain.h"
 #include "main/DlgMainUi.h"
-#include "main/SessionRules.h"
 #include "main/widgeChronometer.h"
 #include "monitor/MonitorDatapath.h"
-#include "orch/HttpErrorText.h"
 #include "orch/JsonUtil.h"
-#include "orch/MaskSecrets.h"
 #include "orch/OrchIdentity.h"
 #include "orch/OrchRequests.h"
 #include "orch/ReplyFacts.h"
-#include "widgets/AccountDialogs.h"
-#include "widgets/DlgQuit.h"
+#include "widgets/DialogFrame.h"
 #include "widgets/dlgStopPrompt.h"
-#include "widgets/DlgSwitchAcc.h"
 #include "widgets/Style.h"
 #include "widgets/WidgetSetting.h"
 #include "widgets/WidgetTopPrompt.h"
@@ -33,45 +26,7 @@
 #include <QPushButton>
 #include <QTimer>
 
-namespace {
-
-// The window's property that is true while a reconnect waits for the disconnect notice's answer.
-constexpr char kReconnect[] = "reconnect";
-
-// Time for the last requests to be sent before the program ends.
-constexpr int kEndDelayMs = 100;
-
-// Runs a dialog and deletes it. False when it was declined, and when it went with its window.
-bool runOnce(QDialog* dialog)
-{
-    const QPointer<QDialog> alive(dialog);
-    const bool accepted = dialog->exec() == QDialog::Accepted;
-    if (!alive)
-        return false;
-    delete dialog;
-    return accepted;
-}
-
-} // namespace
-
-/// What the settings remember of the last run of the diagnosis.
-struct DlgMain::FailedDiagnosis
-{
-    bool again = false; ///< it failed and is to be run again
-    DiagnoseTriggerType type = TriggerByClient;
-
-    static FailedDiagnosis stored()
-    {
-        const int failed = ConfigUtil::getvalue(ConfigUtil::DIAGNOSIS_FAIL, 0).toInt();
-        int type = ConfigUtil::getvalue(ConfigUtil::DIAGNOSIS_TRIGGER_TYPE, -1).toInt();
-        if (failed != 0 && type == -1) {
-            logDisplayDebug(QStringLiteral(
-                "Get last diagnostic type failed. using default value: 0(triggered by client)"));
-            type = TriggerByClient;
-        }
-        return {failed == 1, DiagnoseTriggerType(type)};
-    }
-};
+#include <utility>
 
 // Connect button
 
@@ -79,7 +34,7 @@ void DlgMain::on_btnConnect_clicked()
 {
     if (m_sessionOver || m_explainingEnd)
         return;
-    const FailedDiagnosis diagnosis = FailedDiagnosis::stored();
+    const FailedDiagnosis diagnosis = failedDiagnosis();
     switch (m_curStatus) {
     case DISCONNECTION:
         return beginAttempt(diagnosis);
@@ -120,7 +75,7 @@ bool DlgMain::confirmStop()
     const QPointer<DlgMain> alive(this);
     m_PStopPrompt = new dlgStopPrompt(
         tr("Are you sure to stop ") + QLatin1String(product::kName) + QStringLiteral(" ?"), this);
-    const bool accepted = runOnce(m_PStopPrompt);
+    const bool accepted = runAndDelete(m_PStopPrompt);
     if (!alive)
         return false;
     m_PStopPrompt = nullptr;
@@ -181,18 +136,6 @@ bool DlgMain::finishCancelConnect()
         return false;
     setConnStatus(DISCONNECTION);
     return true;
-}
-
-// The diagnosis worker takes this over; until it exists the wish is only recorded.
-void DlgMain::startDiagnosis(DiagnoseTriggerType type)
-{
-    qInfo("Diagnosis requested, trigger type %d, connected %d", int(type), int(isConnected()));
-}
-
-void DlgMain::rerun(const FailedDiagnosis& diagnosis)
-{
-    if (diagnosis.again)
-        startDiagnosis(diagnosis.type);
 }
 
 // States
@@ -271,7 +214,12 @@ void DlgMain::changeStartBtnStatus(CONN_STATUS s)
         m_StartBtnAnimTimer->start();
     else
         m_StartBtnAnimTimer->stop();
+    // A button that is switched off loses the keyboard; it gets it back.
+    if (s == DISCONNECTING)
+        m_refocusConnect = ui->btnConnect->hasFocus();
     ui->btnConnect->setEnabled(s != DISCONNECTING);
+    if (s == DISCONNECTION && std::exchange(m_refocusConnect, false))
+        ui->btnConnect->setFocus();
     switch (s) {
     case CONNECTING:
         return ui->btnConnect->setText(tr("Connecting"));
@@ -359,147 +307,4 @@ void DlgMain::disconnectNoticeAnswered(QNetworkReply* reply)
         setProperty(kReconnect, false);
         on_btnConnect_clicked();
     }
-}
-
-// Ends of the session
-
-void DlgMain::_handle401(const QByteArray& document)
-{
-    logDisplayDebug(QStringLiteral(" orch return text ") + maskSecrets(document));
-    switch (kickout(JsonUtil::object(document))) {
-    case Kickout::PasswordChanged:
-        return endSession(SessionEnd::PasswordChanged);
-    case Kickout::ForcedLogout:
-        return endSession(SessionEnd::ForcedLogout);
-    case Kickout::AccountChanged:
-        return endSession(SessionEnd::AccountChanged);
-    case Kickout::Other:
-        return logout(false, true, false, true);
-    case Kickout::NoReason:
-        return logout(true, true, false, true);
-    }
-}
-
-void DlgMain::reportHttpErr(const QByteArray& body, QNetworkReply* reply)
-{
-    const HttpFailure failure = HttpFailure::of(body, reply);
-    logDisplayDebug(failureLogText(failure, QStringLiteral(" Error Info: ")));
-    const MainFailure outcome =
-        mainFailure(failure, ui->m_SettingWidge->isDisable401(), OrchTexts::shared());
-    if (outcome.end == SessionEnd::None)
-        return showError(outcome.text);
-    closeAllPopupDlg();
-    endSession(outcome.end);
-}
-
-void DlgMain::endSession(SessionEnd end)
-{
-    switch (end) {
-    case SessionEnd::None:
-    case SessionEnd::LeftToSettings:
-        return;
-    case SessionEnd::KeepToken:
-        return logout(false, false, false, true);
-    case SessionEnd::InvalidToken:
-        return logout(false, true, false, true);
-    case SessionEnd::ForcedLogout:
-    case SessionEnd::AccountChanged:
-    case SessionEnd::PasswordChanged:
-        return explainAndLogout(end);
-    }
-}
-
-// The user is told why before the program starts anew. Whatever else ends the session while the
-// explanation is open, it is explained once and the logout comes once.
-void DlgMain::explainAndLogout(SessionEnd end)
-{
-    if (m_sessionOver || m_explainingEnd)
-        return;
-    showWindow();
-    const QPointer<DlgMain> alive(this);
-    explainEnd(end);
-    if (alive)
-        logout(false, end != SessionEnd::PasswordChanged, false, false);
-}
-
-void DlgMain::explainEnd(SessionEnd end)
-{
-    if (m_explainingEnd)
-        return;
-    const QPointer<DlgMain> alive(this);
-    m_explainingEnd = true;
-    setProperty(kReconnect, false);
-    m_isChPwPromptShowed = end == SessionEnd::PasswordChanged;
-    if (end == SessionEnd::ForcedLogout)
-        showOrchKickOff(this, ConfigUtil::getvalue(ConfigUtil::USERNAME, QString()).toString());
-    else if (end == SessionEnd::AccountChanged)
-        showLdapChange(this);
-    else
-        showPasswordChanged(this);
-    if (!alive)
-        return;
-    m_explainingEnd = false;
-    m_isChPwPromptShowed = false;
-}
-
-void DlgMain::logout(bool notifyOrch, bool invalidToken, bool isByUser, bool showTipInLoginUI)
-{
-    if (m_sessionOver || m_explainingEnd)
-        return;
-    m_sessionOver = true;
-    m_ClickCancelConnecting = true;
-    ConfigUtil::writeValue(ConfigUtil::PASSWORD, QString());
-    disconnect(notifyOrch, invalidToken ? ipc::DisConnNormalReason : ipc::DisConnAbnormalReason);
-    const QStringList arguments =
-        session::logoutArguments(invalidToken, isByUser, showTipInLoginUI);
-    QTimer::singleShot(kEndDelayMs, this, [this, arguments, invalidToken] {
-        accept();
-        if (invalidToken)
-            ConfigUtil::writeValue(ConfigUtil::TOKEN, QString());
-        platform().relaunch(arguments);
-    });
-}
-
-void DlgMain::quitUI()
-{
-    if (m_sessionOver)
-        return;
-    m_sessionOver = true;
-    m_ClickCancelConnecting = true;
-    disconnect(true, ipc::DisConnNormalReason);
-    QTimer::singleShot(kEndDelayMs, this, [this] {
-        reject();
-        platform().quit();
-    });
-}
-
-void DlgMain::on_btnSwitchAccount_clicked()
-{
-    if (!runOnce(new DlgSwitchAcc(this)))
-        return;
-    logDisplayInfo(tr("Logout"));
-    logout(true, false, true, true);
-}
-
-void DlgMain::on_btnQuitApp_clicked()
-{
-    const QPointer<DlgMain> alive(this);
-    m_PQuitDlg = new DlgQuit(this);
-    const bool accepted = runOnce(m_PQuitDlg);
-    if (!alive)
-        return;
-    m_PQuitDlg = nullptr;
-    if (!accepted)
-        return;
-    logDisplayInfo(tr("Quit"));
-    quitUI();
-}
-
-void DlgMain::closeAllPopupDlg()
-{
-    if (m_PQuitDlg)
-        m_PQuitDlg->reject();
-    if (m_PStopPrompt)
-        m_PStopPrompt->reject();
-    promptWidge->hidePrompt();
 }

@@ -5,7 +5,6 @@
 #include "widgets/Style.h"
 
 #include <QLabel>
-#include <QPointer>
 #include <QPushButton>
 #include <QTextEdit>
 #include <QVBoxLayout>
@@ -79,10 +78,9 @@ void OrchUpgradeDialog::showEvent(QShowEvent* event)
 
 void onShowOrchUpgradeDialog(QWidget* window, const OrchUpgradeReply& notice, NoticeType type)
 {
-    const QPointer<OrchUpgradeDialog> dialog(new OrchUpgradeDialog(type, window));
+    auto* dialog = new OrchUpgradeDialog(type, window);
     dialog->setStartEndTime(notice.startTime, notice.endTime);
     if (notice.templates.isEmpty() && !notice.title.isEmpty())
         dialog->setTitle(notice.title);
-    dialog->exec();
-    delete dialog; // gone already when its window was thrown away meanwhile
+    runAndDelete(dialog);
 }

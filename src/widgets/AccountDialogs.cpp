@@ -2,10 +2,10 @@
 
 #include "app/Platform.h"
 #include "widgets/CommonTipsDialog.h"
+#include "widgets/DialogFrame.h"
 #include "widgets/DlgChangePassPrompt.h"
 
 #include <QCoreApplication>
-#include <QPointer>
 #include <QTextBoundaryFinder>
 
 namespace {
@@ -26,14 +26,6 @@ QString breakable(const QString& name)
     for (int from = 0, to = 0; (to = characters.toNextBoundary()) > 0; from = to)
         text += name.mid(from, to - from) + QChar(0x200b); // zero width space
     return text;
-}
-
-// A dialog can go with its window while it runs.
-void runAndDelete(QDialog* dialog)
-{
-    const QPointer<QDialog> alive(dialog);
-    dialog->exec();
-    delete alive;
 }
 
 void showTip(QWidget* parent, const QString& text)

@@ -1,7 +1,9 @@
 #include "widgets/DialogFrame.h"
 
 #include <QBitmap>
+#include <QDialog>
 #include <QPainter>
+#include <QPointer>
 #include <QScreen>
 #include <QWidget>
 
@@ -29,6 +31,14 @@ void centerOver(QWidget* dialog, const QWidget* parent)
     const QScreen* screen = parent ? parent->window()->screen() : dialog->screen();
     dialog->adjustSize();
     dialog->move(placeFor(dialog, parent, screen->availableGeometry()).topLeft());
+}
+
+bool runAndDelete(QDialog* dialog)
+{
+    const QPointer<QDialog> alive(dialog);
+    const bool accepted = dialog->exec() == QDialog::Accepted;
+    delete alive;
+    return accepted;
 }
 
 void paintCard(QWidget* widget)

@@ -1,10 +1,15 @@
 #pragma once
 
+class QDialog;
 class QWidget;
 
 /// Moves `dialog` so that its middle stands over the middle of the window that holds `parent`,
 /// within the screen. Without a parent the middle of the dialog's screen is taken.
 void centerOver(QWidget* dialog, const QWidget* parent);
+
+/// Runs a dialog modally and deletes it. False when it was declined, and when it went together with
+/// its window meanwhile: whoever uses the window afterwards checks that it is still there.
+bool runAndDelete(QDialog* dialog);
 
 /// Paints the white card with rounded corners (radius 4 px) and a fine border that frameless
 /// dialogs and floating panels stand on. Call from the widget's paint event.
