@@ -43,6 +43,8 @@ class WidgetTopPrompt;
 ///     datapath start        DlgMainDatapath   up to 90 s for the agent
 ///     agent notifications   DlgMainAgent      port, then ready: CONNECTION
 ///     every 3 s             DlgMainStatus     rates, tunnels; DlgMainHeartbeat
+///     stop, reconnect       DlgMainSession    the orchestrator is told
+///     end of the session    DlgMainLogout     the program starts anew, or ends
 ///
 /// The states are ConnState's; a cancelled attempt ends when its pending step answers.
 class DlgMain : public QDialog, public ConnState
