@@ -37,7 +37,7 @@ function(veltaro_render_art out_names tool list art_dir out_dir)
     file(GLOB sources CONFIGURE_DEPENDS ${art_dir}/*.svg)
     # A sanitizer build instruments the tool too; what Qt still holds at exit is no concern here.
     add_custom_command(OUTPUT ${files}
-        COMMAND ${CMAKE_COMMAND} -E env ASAN_OPTIONS=detect_leaks=0
+        COMMAND ${CMAKE_COMMAND} -E env ASAN_OPTIONS=detect_leaks=0 TSAN_OPTIONS=report_bugs=0
             $<TARGET_FILE:${tool}> ${list} ${art_dir} ${out_dir}
         DEPENDS ${tool} ${list} ${sources}
         COMMENT "Drawing pictures" VERBATIM)

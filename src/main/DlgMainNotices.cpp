@@ -163,6 +163,7 @@ void DlgMain::showHideYellowDot(bool show)
                    "QPushButton#btnAbout{border-image: url(:/Ostrana/res/info_notice.png)};")
              : aboutBtnCSS);
     ui->btnAbout->setFixedSize(show ? QSize(15, 12) : QSize(16, 16));
+    ui->btnAbout->move(ui->btnAbout->x(), show ? 18 : 16);
     ui->btnAbout->setAccessibleDescription(show ? tr("A new version is available") : QString());
 }
 

@@ -4,10 +4,17 @@
 
 namespace support {
 
+/// What of a node is looked at. The entries of a list are not: none of them is a control, and a log
+/// has thousands.
+static QVector<AccessibleNode> parts(const AccessibleNode& parent)
+{
+    return parent.is(Kind::List) ? QVector<AccessibleNode>() : parent.children();
+}
+
 static AccessibleNode search(const AccessibleNode& parent,
                              const std::function<bool(const AccessibleNode&)>& matches)
 {
-    const QVector<AccessibleNode> children = parent.children();
+    const QVector<AccessibleNode> children = parts(parent);
     for (const AccessibleNode& child : children) {
         if (!child.isShowing())
             continue;
@@ -72,7 +79,7 @@ bool AccessibleApp::type(const QString& field, const QString& text, int timeoutM
 static void visit(const AccessibleNode& parent, int depth,
                   const std::function<void(const AccessibleNode&, int)>& visitor)
 {
-    const QVector<AccessibleNode> children = parent.children();
+    const QVector<AccessibleNode> children = parts(parent);
     for (const AccessibleNode& child : children) {
         if (!child.isShowing())
             continue;

@@ -17,6 +17,7 @@ constexpr char kText[] = "org.a11y.atspi.Text";
 enum Role : uint {
     RoleCheckBox = 7,
     RoleLabel = 29,
+    RoleList = 31,
     RolePasswordText = 40,
     RolePushButton = 43,
     RoleRadioButton = 44,
@@ -65,6 +66,8 @@ bool AccessibleNode::is(Kind kind) const
     case RoleToggleButton:
     case RoleRadioButton:
         return kind == Kind::Button;
+    case RoleList:
+        return kind == Kind::List;
     case RoleCheckBox: // also a tool button that can be checked
         return kind == Kind::CheckBox || kind == Kind::Button;
     case RoleText:

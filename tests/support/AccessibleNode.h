@@ -10,7 +10,7 @@ namespace support {
 class AccessibilityBus;
 
 /// What kind of control a node is, as far as a driver cares.
-enum class Kind { Any, Button, Field, CheckBox, Label };
+enum class Kind { Any, Button, Field, CheckBox, Label, List };
 
 /// One accessible object of a running program: a handle that holds nothing but the address, so
 /// every question is answered by the program at that moment. A program that does not answer
