@@ -11,7 +11,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-QMutex Log::mutex;
+std::mutex Log::mutex;
 LogModel* Log::m_LogModel = nullptr;
 std::deque<LogContent> Log::m_LogList;
 QSet<QString> Log::m_LogTitleSet;
@@ -66,7 +66,7 @@ QByteArray trimmedLines(const QByteArray& content, int from)
 
 void Log::messageOut(QtMsgType type, const QMessageLogContext&, const QString& msg)
 {
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard lock(mutex);
     const logformat::Record record = logformat::makeRecord(type, msg, currentStamp());
     LogModel* model = nullptr;
     if (record.entry) {
@@ -97,7 +97,7 @@ void Log::messageOut(QtMsgType type, const QMessageLogContext&, const QString& m
 
 void Log::showPending()
 {
-    QMutexLocker lock(&mutex);
+    std::unique_lock lock(mutex);
     LogModel* const model = m_LogModel;
     const QVector<Insertion> batch = std::move(m_pending);
     m_pending.clear();
@@ -110,7 +110,7 @@ void Log::showPending()
 
 void Log::setLogModel(LogModel* model)
 {
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard lock(mutex);
     m_LogModel = model;
     m_pending.clear();
 }
@@ -152,7 +152,7 @@ void Log::clearLog()
 
 void Log::getLogContent()
 {
-    QMutexLocker lock(&mutex);
+    std::unique_lock lock(mutex);
     LogModel* const model = m_LogModel;
     if (!model)
         return;
@@ -171,7 +171,7 @@ void Log::getHisLog()
     QSet<QString> titles;
     const QVector<LogContent> rows =
         logformat::historyRows(file.readAll(), kHistoryDays, platform().now().date(), titles);
-    QMutexLocker lock(&mutex);
+    std::unique_lock lock(mutex);
     LogModel* const model = m_LogModel;
     if (!model)
         return;
@@ -183,7 +183,7 @@ void Log::getHisLog()
 
 void Log::tranLineToObj(const QString& line)
 {
-    QMutexLocker lock(&mutex);
+    std::unique_lock lock(mutex);
     LogModel* const model = m_LogModel;
     QSet<QString> titles;
     QVector<LogContent> rows = logformat::historyRows(line.toUtf8(), titles);

@@ -2,13 +2,13 @@
 
 #include "app/LogContent.h"
 
-#include <QMutex>
 #include <QObject>
 #include <QSet>
 #include <QString>
 #include <QVector>
 
 #include <deque>
+#include <mutex>
 
 class LogModel;
 
@@ -56,7 +56,8 @@ private:
 
     static void showPending();
 
-    static QMutex mutex; ///< guards everything below
+    static std::mutex
+        mutex; ///< guards everything below; of a kind that the thread sanitizer follows
     static LogModel* m_LogModel;
     static std::deque<LogContent> m_LogList; ///< this run's entries, newest first
     static QSet<QString> m_LogTitleSet;      ///< dates with a heading in m_LogList

@@ -391,6 +391,7 @@ private slots:
         m_scene->behave({{"agent", "silent"}});
         m_scene->open();
         QTRY_VERIFY(m_scene->timer("m_WaitAgentTimer")->isActive());
+        QTRY_VERIFY(!m_scene->read(QStringLiteral("dispatch.port")).isEmpty());
         const QByteArray port = m_scene->read(QStringLiteral("dispatch.port")).trimmed();
         QLocalSocket first;
         QLocalSocket second;
