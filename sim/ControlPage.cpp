@@ -237,6 +237,7 @@ bool ControlPage::enter(const QString& name)
 void ControlPage::beWell()
 {
     m_simulator.clearFaults();
+    m_simulator.cancelOrders();
     m_simulator.edit([](Scenario& scenario) {
         const QVector<Account> accounts = scenario.accounts;
         const QByteArray filter = scenario.filterDocument;

@@ -70,8 +70,6 @@ HttpCall toCall(const httplib::Request& request)
     return call;
 }
 
-/// Sent through a provider: the library would compress a plain body, and the time and the bytes of
-/// a reply should be those that the scenario asked for.
 /// Waits, no longer than the client stays; false when it has gone.
 bool awaitTurn(httplib::DataSink& sink, int milliseconds)
 {
@@ -84,6 +82,8 @@ bool awaitTurn(httplib::DataSink& sink, int milliseconds)
     return sink.is_writable();
 }
 
+/// Sent through a provider: the library would compress a plain body, and the time and the bytes of
+/// a reply should be those that the scenario asked for.
 void setBody(httplib::Response& response, const HttpReply& reply)
 {
     const std::string type = reply.contentType.toStdString();

@@ -320,6 +320,12 @@ void Simulator::order(const QJsonObject& members)
     d->world.orders.append(members);
 }
 
+void Simulator::cancelOrders()
+{
+    const std::lock_guard lock(d->mutex);
+    d->world.orders.clear();
+}
+
 QString Simulator::issueToken(const QString& username, const QString& serial)
 {
     const std::lock_guard lock(d->mutex);

@@ -77,8 +77,10 @@ public:
     void revokeSessions(int reason);
 
     /// An order to the client whose heartbeat or disconnect notice comes next: its members are
-    /// merged into that one answer. The member "logfile" asks for a diagnosis bundle by the header "orch-logfile".
+    /// merged into that one answer. The member "logfile" asks for a diagnosis bundle by the header
+    /// "orch-logfile".
     void order(const QJsonObject& members);
+    void cancelOrders();
 
     QList<Session> sessions() const;
 

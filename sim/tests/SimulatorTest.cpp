@@ -254,8 +254,16 @@ void SimulatorTest::everySituationIsEnteredAndLeft()
     }
     QCOMPARE(page.carryOut({{"situation", "no such thing"}}), QStringList{"situation"});
 
-    page.carryOut({{"situation", "Maintenance running"}});
     Client client(*m_simulator);
+    QVERIFY(client.logIn());
+    client.exchange("connect");
+    page.carryOut({{"situation", "Disconnect, no reason"}});
+    QCOMPARE(client.exchange("heartbeat").json().value("actionDataList").toArray().size(), 1);
+    page.carryOut({{"situation", "Disconnect, no reason"}});
+    page.carryOut({{"well", true}});
+    QCOMPARE(client.exchange("heartbeat").json().value("actionDataList").toArray().size(), 0);
+
+    page.carryOut({{"situation", "Maintenance running"}});
     const QJsonObject notice = client.exchange("notice").json();
     const double now = notice.value("currentTime").toDouble();
     QVERIFY(notice.value("startTime").toDouble() < now && now < notice.value("endTime").toDouble());

@@ -141,6 +141,7 @@ private:
     // Session (DlgMainSession.cpp)
     void setConnStatus(CONN_STATUS s);
     void changeStartBtnStatus(CONN_STATUS s);
+    void enableConnectButton(bool enable);
     void onStartBtnAnimTick();
     void beginAttempt(const FailedDiagnosis& diagnosis);
     bool confirmStop();
@@ -260,7 +261,7 @@ private:
     OrchErrRes* m_OrchErrRes;
     volatile bool m_ClickCancelConnecting = false; ///< the running attempt is to be abandoned
     bool m_MouseOverConnect = false;
-    bool m_refocusConnect = false; ///< the button had the keyboard when it was switched off
+    QWidget* m_focusLent = nullptr; ///< got the connect button's keyboard focus; only compared
     DlgQuit* m_PQuitDlg = nullptr;
     dlgStopPrompt* m_PStopPrompt = nullptr;
     QString m_curClientIp; ///< the client's own address at the last attempt

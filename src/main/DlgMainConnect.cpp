@@ -88,7 +88,7 @@ void DlgMain::onConnectFailed(const QByteArray& body, QNetworkReply* reply)
 bool DlgMain::saveConfig(const ConnectReply& reply)
 {
     qDebug("orchId=%d, cpeId=%d, customer ID=%d, comm=%s", reply.orchId, reply.agentCpeId,
-           reply.customerId, qUtf8Printable(reply.commuServerAddr));
+           reply.customerId, qUtf8Printable(Util::oneLine(reply.commuServerAddr)));
     m_commServHost.clear();
     m_commServIp.clear();
     if (!replaceDatapathFile(platform().programFile(QStringLiteral("cpeagent.conf")),

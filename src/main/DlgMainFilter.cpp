@@ -10,6 +10,7 @@
 #include "orch/OrchIdentity.h"
 #include "orch/OrchRequests.h"
 #include "orch/ReplyFacts.h"
+#include "orch/Util.h"
 
 #include <QDnsLookup>
 #include <QHostAddress>
@@ -41,7 +42,7 @@ void DlgMain::onLookupFinished()
         for (const QDnsHostAddressRecord& record : lookup->hostAddressRecords())
             m_commServIp.append(record.value().toString());
     } else {
-        logDisplayDebug(QStringLiteral("resolv host:") + lookup->name() +
+        logDisplayDebug(QStringLiteral("resolv host:") + Util::oneLine(lookup->name()) +
                         QStringLiteral("failed, ") + lookup->errorString() + QLatin1Char('.'));
     }
     lookup->deleteLater();
@@ -74,7 +75,7 @@ void DlgMain::_checkNeedDownloadIpFilter(const ConnectReply& reply)
 void DlgMain::getBlackAndWhiteList(const QString& url)
 {
     m_curStep = GET_FILTER;
-    m_FilterJsonRaw.clear(); // a download that fails or is cancelled leaves nothing to go by
+    m_FilterJsonRaw.clear(); // a download that is broken off leaves nothing to go by
     sendForStep(orchrequest::filterDocument(url, storedIdentity()));
 }
 

@@ -214,12 +214,7 @@ void DlgMain::changeStartBtnStatus(CONN_STATUS s)
         m_StartBtnAnimTimer->start();
     else
         m_StartBtnAnimTimer->stop();
-    // A button that is switched off loses the keyboard; it gets it back.
-    if (s == DISCONNECTING)
-        m_refocusConnect = ui->btnConnect->hasFocus();
-    ui->btnConnect->setEnabled(s != DISCONNECTING);
-    if (s == DISCONNECTION && std::exchange(m_refocusConnect, false))
-        ui->btnConnect->setFocus();
+    enableConnectButton(s != DISCONNECTING);
     switch (s) {
     case CONNECTING:
         return ui->btnConnect->setText(tr("Connecting"));
@@ -232,6 +227,18 @@ void DlgMain::changeStartBtnStatus(CONN_STATUS s)
         setRole(ui->btnConnect, "primary");
         return ui->btnConnect->setText(tr("Connect"));
     }
+}
+
+// A button that is switched off passes the keyboard on; it gets it back from where it went, unless
+// the user has taken it elsewhere meanwhile.
+void DlgMain::enableConnectButton(bool enable)
+{
+    const bool hadFocus = focusWidget() == ui->btnConnect;
+    ui->btnConnect->setEnabled(enable);
+    if (!enable)
+        m_focusLent = hadFocus ? focusWidget() : nullptr;
+    else if (m_focusLent && std::exchange(m_focusLent, nullptr) == focusWidget())
+        ui->btnConnect->setFocus();
 }
 
 void DlgMain::onStartBtnAnimTick()

@@ -52,11 +52,17 @@ QNetworkReply* sendOrchRequest(QNetworkAccessManager& manager, const OrchRequest
         network.setRawHeader(header.first, headerValue(header.second));
 
     QNetworkReply* const reply = start(manager, network, request);
-    if (request.deadlineMs > 0)
-        QTimer::singleShot(request.deadlineMs, reply, &QNetworkReply::abort);
+    if (request.deadlineMs > 0) {
+        auto* deadline = new QTimer(reply); // goes with the reply
+        deadline->setSingleShot(true);
+        QObject::connect(deadline, &QTimer::timeout, reply, &QNetworkReply::abort);
+        deadline->start(request.deadlineMs);
+    }
     QObject::connect(reply, &QNetworkReply::downloadProgress, reply, [reply](qint64 received) {
-        if (received > kMostReplyBytes)
-            reply->abort();
+        if (received <= kMostReplyBytes)
+            return;
+        qWarning("A reply of more than %lld bytes is not taken", kMostReplyBytes);
+        reply->abort();
     });
     return reply;
 }

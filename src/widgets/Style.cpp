@@ -69,6 +69,42 @@ QVector<QPixmap> readPicture(const QString& base)
     return pixmaps;
 }
 
+QIcon readPictureIcon(const QString& name)
+{
+    QIcon icon;
+    const bool png = name.endsWith(QLatin1String(".png"));
+    for (const QPixmap& pixmap : png ? readPicture(name.chopped(4)) : readIconFile(name))
+        icon.addPixmap(pixmap);
+    return icon;
+}
+
+QIcon readStateIcon(const QString& base)
+{
+    QIcon icon;
+    for (const QPixmap& pixmap : readPicture(base))
+        icon.addPixmap(pixmap, QIcon::Normal, QIcon::Off);
+    for (const QPixmap& pixmap : readPicture(base + QLatin1String("_on"))) {
+        icon.addPixmap(pixmap, QIcon::Normal, QIcon::On);
+        icon.addPixmap(pixmap, QIcon::Active, QIcon::On);
+        icon.addPixmap(pixmap, QIcon::Active, QIcon::Off);
+    }
+    return icon;
+}
+
+/// The icon of that name, read when it is first asked for: each is one set of pixels, however often
+/// a window or a state shows it.
+QIcon kept(const QString& name, QIcon (*read)(const QString&))
+{
+    static QHash<QString, QIcon> icons;
+    auto icon = icons.constFind(name);
+    if (icon == icons.constEnd()) {
+        if (icons.isEmpty())
+            qAddPostRoutine([] { icons.clear(); }); // pixmaps go before the application object
+        icon = icons.insert(name, read(name));
+    }
+    return *icon;
+}
+
 } // namespace
 
 QString styleSheetFor(const char* window)
@@ -96,22 +132,10 @@ void setRole(QWidget* widget, const char* role)
 
 QIcon pictureIcon(const QString& name)
 {
-    QIcon icon;
-    const bool png = name.endsWith(QLatin1String(".png"));
-    for (const QPixmap& pixmap : png ? readPicture(name.chopped(4)) : readIconFile(name))
-        icon.addPixmap(pixmap);
-    return icon;
+    return kept(name, &readPictureIcon);
 }
 
 QIcon stateIcon(const QString& base)
 {
-    QIcon icon;
-    for (const QPixmap& pixmap : readPicture(base))
-        icon.addPixmap(pixmap, QIcon::Normal, QIcon::Off);
-    for (const QPixmap& pixmap : readPicture(base + QLatin1String("_on"))) {
-        icon.addPixmap(pixmap, QIcon::Normal, QIcon::On);
-        icon.addPixmap(pixmap, QIcon::Active, QIcon::On);
-        icon.addPixmap(pixmap, QIcon::Active, QIcon::Off);
-    }
-    return icon;
+    return kept(base, &readStateIcon);
 }

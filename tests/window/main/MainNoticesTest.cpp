@@ -91,7 +91,9 @@ private slots:
         openIdle();
         QTRY_VERIFY(offer.seen());
         QTRY_VERIFY(!QApplication::activeModalWidget());
-        QTEST(m_scene->button("btnAbout")->width() == 15, "marked");
+        const QPushButton* about = m_scene->button("btnAbout");
+        QTEST(about->styleSheet().contains(QStringLiteral("info_notice.png")), "marked");
+        QTEST(about->size() == QSize(15, 12), "marked");
         QCOMPARE(m_scene->child<QTimer>("m_checkUpgradeTimer")->interval(), 45 * 60000);
         QVERIFY(m_scene->child<QTimer>("m_checkUpgradeTimer")->isActive());
 

@@ -207,6 +207,24 @@ private slots:
         QCOMPARE(m_scene->service.count("/api/mobile/v2/disconnect"), 0);
     }
 
+    void theConnectButtonKeepsTheKeyboard()
+    {
+        m_scene->openConnected();
+        m_scene->button("btnConnect")->setFocus();
+        m_scene->stop();
+        QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Connect"));
+        QCOMPARE(m_scene->window->focusWidget(), m_scene->button("btnConnect"));
+
+        m_scene->button("btnConnect")->click();
+        m_scene->awaitConnected();
+        m_scene->service.setFault(QStringLiteral("/api/mobile/v2/disconnect"),
+                                  Fault::withDelay(100));
+        m_scene->stop();
+        m_scene->button("btnClose")->setFocus();
+        QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Connect"));
+        QCOMPARE(m_scene->window->focusWidget(), m_scene->button("btnClose"));
+    }
+
     void connectedWhileTheQuestionIsOpen()
     {
         m_scene->open();
