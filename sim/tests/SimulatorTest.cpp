@@ -235,16 +235,16 @@ void SimulatorTest::everySituationIsEnteredAndLeft()
     QVERIFY(sim::situations().size() > 20);
     for (const sim::Situation& situation : sim::situations()) {
         const QString name = situation.name;
-        if (situation.command.contains("crashDatapath"))
-            continue; // there is none
-        const QByteArray filter = m_simulator->scenario().filterDocument;
+        // There is no datapath to die; documents of every size have a test of their own.
+        if (situation.command.contains("crashDatapath") || situation.command.contains("filterSize"))
+            continue;
         QCOMPARE(page.carryOut({{"situation", name}}), QStringList());
         const Scenario scenario = m_simulator->scenario();
-        const bool changed =
-            scenario.toJson() != well || !scenario.faults.isEmpty() ||
-            scenario.filterDocument != filter || !m_simulator->isRunning(End::LookupPrimary) ||
-            !sim::readBehaviour(datapath.path()).isEmpty() ||
-            situation.command.contains("revoke") || situation.command.contains("order");
+        const bool changed = scenario.toJson() != well || !scenario.faults.isEmpty() ||
+                             !m_simulator->isRunning(End::LookupPrimary) ||
+                             !sim::readBehaviour(datapath.path()).isEmpty() ||
+                             situation.command.contains("revoke") ||
+                             situation.command.contains("order");
         QVERIFY2(changed, qPrintable(name));
         QCOMPARE(page.carryOut({{"well", true}}), QStringList());
         QCOMPARE(m_simulator->scenario().toJson(), well);

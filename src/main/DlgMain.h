@@ -23,6 +23,7 @@ class DlgQuit;
 class dlgStopPrompt;
 class LogModel;
 class OrchErrRes;
+struct FilterDocument;
 struct HeartbeatOrder;
 struct OrchRequest;
 class QAction;
@@ -199,6 +200,7 @@ private:
     void _checkNeedDownloadIpFilter(const ConnectReply& reply);
     void getBlackAndWhiteList(const QString& url);
     void filterAnswered(QNetworkReply* reply);
+    void writeFilterLog(const FilterDocument& filter);
     bool saveFilter(const QByteArray& document);
     void filterInPlace();
 
@@ -221,8 +223,9 @@ private:
     void heartBeatAnswered(QNetworkReply* reply, int attempt);
     void heartBeatSucceeded(const QByteArray& body, bool diagnosisWanted);
     void takeEncryptionFlags(bool quantum, bool pqc);
-    void carryOut(const HeartbeatOrder& order);
+    void _handleHeartBeatActions(const HeartbeatOrder& order);
     void tellOrder(const HeartbeatOrder& order, const QString& text);
+    void _logOrchReason(const HeartbeatOrder& order);
     void heartBeatFailed(const HttpFailure& failure, bool current);
     void onHeartBeatSendFailed();
 
@@ -300,9 +303,6 @@ private:
 
     // IP filter lists
     QByteArray m_FilterJsonRaw; ///< the document received last, cleaned
-    int m_IpSetMode = 99;
-    QString m_WhiteIpSet;
-    QString m_BlackIpSet;
     QStringList m_commServHost;
     QStringList m_commServIp;
     QSemaphore m_resolveSem; ///< lookups finished; only ever read, never waited on

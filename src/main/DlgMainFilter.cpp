@@ -100,12 +100,7 @@ void DlgMain::filterAnswered(QNetworkReply* reply)
     const FilterDocument filter =
         FilterDocument::clean(m_FilterJsonRaw, resolved ? m_commServIp : QStringList());
     m_FilterJsonRaw = filter.bytes;
-    m_IpSetMode = filter.ipSetMode;
-    m_WhiteIpSet = filter.whiteIpSet;
-    m_BlackIpSet = filter.blackIpSet;
-    const QStringList lines = filter.logLines();
-    for (const QString& line : lines)
-        logDisplayInfo(line);
+    writeFilterLog(filter);
     if (filter.code == 401) {
         setConnStatus(DISCONNECTION);
         return _handle401(m_FilterJsonRaw);
@@ -117,6 +112,13 @@ void DlgMain::filterAnswered(QNetworkReply* reply)
     }
     ConfigUtil::writeValue(ConfigUtil::FILTERVERIFY, FilterDocument::verifyOf(m_FilterJsonRaw));
     filterInPlace();
+}
+
+void DlgMain::writeFilterLog(const FilterDocument& filter)
+{
+    const QStringList lines = filter.logLines();
+    for (const QString& line : lines)
+        logDisplayInfo(line);
 }
 
 bool DlgMain::saveFilter(const QByteArray& document)

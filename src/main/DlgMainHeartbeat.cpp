@@ -68,7 +68,7 @@ void DlgMain::heartBeatSucceeded(const QByteArray& body, bool diagnosisWanted)
         m_HeartBeatSendFailedTimer->stop();
         m_HeartBeatSendFailed = false;
     }
-    carryOut(heartbeatOrder(reply, QLocale().language() == QLocale::Chinese));
+    _handleHeartBeatActions(heartbeatOrder(reply, QLocale().language() == QLocale::Chinese));
     if (diagnosisWanted)
         startDiagnosis(TriggerByOrch);
     takeEncryptionFlags(reply.enableQuantum, reply.enablePQC);
@@ -86,7 +86,7 @@ void DlgMain::takeEncryptionFlags(bool quantum, bool pqc)
     updateQuantumUI();
 }
 
-void DlgMain::carryOut(const HeartbeatOrder& order)
+void DlgMain::_handleHeartBeatActions(const HeartbeatOrder& order)
 {
     const bool reasons = order.hasReasons;
     switch (order.kind) {
@@ -120,15 +120,21 @@ void DlgMain::tellOrder(const HeartbeatOrder& order, const QString& text)
         promptWidge->hidePrompt();
         promptWidge->showPrompt(leave ? WidgetTopPrompt::SHOW_ERROR : WidgetTopPrompt::SHOW_WARNING,
                                 text, false);
-        QString reason = Util::oneLine(order.reason);
-        if (reason.isEmpty()) {
-            reason = leave ? tr("Disconnecting due to receiving ORCH notification.")
-                           : tr("Reconnecting due to receiving ORCH notification.");
-        }
-        logDisplayCritical(reason);
+        _logOrchReason(order);
         if (!leave)
             m_showPromptTemp = true;
     });
+}
+
+void DlgMain::_logOrchReason(const HeartbeatOrder& order)
+{
+    QString reason = Util::oneLine(order.reason);
+    if (reason.isEmpty()) {
+        reason = order.kind == HeartbeatOrder::Kind::Disconnect
+                     ? tr("Disconnecting due to receiving ORCH notification.")
+                     : tr("Reconnecting due to receiving ORCH notification.");
+    }
+    logDisplayCritical(reason);
 }
 
 void DlgMain::heartBeatFailed(const HttpFailure& failure, bool current)

@@ -22,7 +22,6 @@ private slots:
     void architecture();
     void processes_data();
     void processes();
-    void ownProcessIsListed();
     void serial_data();
     void serial();
 
@@ -106,16 +105,6 @@ void HostTest::processes()
         names.insert(process.pid, process.name);
     QTEST(names, "names");
     QCOMPARE(listed.size(), names.size());
-}
-
-void HostTest::ownProcessIsListed()
-{
-    const auto listed = Util::getProcessInfo();
-    const auto own = std::find_if(listed.begin(), listed.end(), [](const Util::ProcessInfo& info) {
-        return info.pid == QCoreApplication::applicationPid();
-    });
-    QVERIFY(own != listed.end());
-    QCOMPARE(own->name, QCoreApplication::arguments().constFirst());
 }
 
 void HostTest::serial_data()

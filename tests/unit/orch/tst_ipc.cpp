@@ -210,14 +210,6 @@ void IpcTest::foreignSchemesEndAsErrors()
     QTRY_COMPARE(outcome.total(), 1);
     QCOMPARE(outcome.errors, 1);
     QCOMPARE(outcome.status, 0);
-
-    OrchRequest request;
-    request.url = QUrl(address);
-    QNetworkAccessManager manager;
-    QNetworkReply* reply = sendOrchRequest(manager, request);
-    QTRY_VERIFY(reply->isFinished());
-    QVERIFY(reply->error() != QNetworkReply::NoError);
-    QVERIFY(reply->readAll().isEmpty());
 }
 
 void IpcTest::headersCannotBeSplit()

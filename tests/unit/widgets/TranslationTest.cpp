@@ -15,8 +15,6 @@ class TranslationTest : public QObject
 private slots:
     void unknownTextIsNoticed();
     void isComplete();
-    void keepsCodesAndMarkers_data();
-    void keepsCodesAndMarkers();
     void translationsFit();
 };
 
@@ -163,32 +161,6 @@ void TranslationTest::isComplete()
             faults.append(describe(message, QStringLiteral("is empty")));
     }
     QVERIFY(noFaults(faults));
-}
-
-void TranslationTest::keepsCodesAndMarkers_data()
-{
-    QTest::addColumn<QString>("source");
-    QTest::addColumn<QString>("translation");
-    QTest::addColumn<bool>("good");
-    const auto row = [](const char* name, const char* source, const char* translation, bool good) {
-        QTest::newRow(name) << QString::fromUtf8(source) << QString::fromUtf8(translation) << good;
-    };
-    row("code kept", "6019 Failed (%1)", "6019 失败 (%1)", true);
-    row("code lost", "6019 Failed", "失败", false);
-    row("code altered", "6019 Failed", "6018 失败", false);
-    row("place-holder lost", "%1 of %2", "第 %1 个", false);
-    row("place-holders swapped", "%1 of %2", "%2 中的 %1", true);
-    row("notice lost", "NOTICE Connected", "已连接", false);
-    row("link lost", "<a href=\"%1\">Terms</a>", "条款 %1", false);
-    row("line lost", "Running in\nIntranet Mode", "内网模式", false);
-    row("copied", "Password", "Password", false);
-}
-
-void TranslationTest::keepsCodesAndMarkers()
-{
-    QFETCH(QString, source);
-    QFETCH(QString, translation);
-    QTEST(fault({QString(), source, translation, QString()}).isEmpty(), "good");
 }
 
 void TranslationTest::translationsFit()

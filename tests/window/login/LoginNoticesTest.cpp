@@ -24,9 +24,9 @@ QJsonObject maintenance(const char* id, const char* state, qint64 startsIn, qint
             {"noticeTime", 5}};
 }
 
-QJsonObject newer(const char* minVersion = "", bool ignore = false)
+QJsonObject newer(const char* minVersion = "")
 {
-    return {{"code", 0}, {"version", "6.2.0"},  {"minVersion", minVersion}, {"ignore", ignore},
+    return {{"code", 0}, {"version", "6.2.0"},  {"minVersion", minVersion}, {"ignore", false},
             {"url", ""}, {"releaseNote", "zh"}, {"releaseNoteEn", "en"}};
 }
 
@@ -175,12 +175,6 @@ private slots:
         QCOMPARE(m_scene->service.count(kNotice), 0);
     }
 
-    void anUpgradeToBeIgnoredIsNotOffered()
-    {
-        upgrade(newer("6.2.0", true));
-        m_scene->toLoginPage();
-    }
-
     void aRefusedUpgradeCheckIsReported()
     {
         m_scene->agreed();
@@ -242,22 +236,13 @@ private slots:
         };
         QTest::newRow("expired") << refusal(401) << "6027 "
                                  << "";
-        QTest::newRow("password changed")
-            << refusal(401, R"(,"parameters":{"invalidReasonCode":1})") << "6047 "
-            << "";
         QTest::newRow("new recovery codes")
             << refusal(401, R"(,"parameters":{"otpRecoverCode":["123456"]})") << "6027 "
             << "r";
-        QTest::newRow("credentials no longer valid") << refusal(1025) << "1025 "
-                                                     << "";
         QTest::newRow("authenticator over") << refusal(1108) << "1108 "
                                             << "";
-        QTest::newRow("authenticator refused") << refusal(1112) << "1112 "
-                                               << "";
         QTest::newRow("any other") << refusal(77) << "77 refused"
                                    << "tp";
-        QTest::newRow("too many codes") << refusal(422) << "6023 "
-                                        << "tp";
         QTest::newRow("binding demanded, no dialog yet")
             << refusal(401, R"(,"type":"mobileBindDevice")") << "6014 "
             << "tp";

@@ -250,66 +250,26 @@ private slots:
     {
         QTest::addColumn<QString>("path");
         QTest::addColumn<int>("status");
-        QTest::addColumn<QByteArray>("body");
         QTest::addColumn<QString>("message");
-        const QString auth = QStringLiteral("/api/mobile/v2/auth");
-        QTest::newRow("login 500") << auth << 500 << QByteArray() << "Error transferring ";
-        QTest::newRow("login is no JSON") << auth << 200 << QByteArray("<html>") << "6014 ";
-        QTest::newRow("login is empty") << auth << 200 << QByteArray("{}") << "6014 ";
-        QTest::newRow("key 404") << "/s/mobile/pubkey/obtain" << 404 << QByteArray() << "";
-        QTest::newRow("own words of the service")
-            << auth << 200
-            << QByteArray(R"({"code":77,"message":"Nope","parameters":{"message_cn":"x"}})")
-            << "77 Nope";
+        QTest::newRow("login 500") << "/api/mobile/v2/auth" << 500 << "Error transferring ";
+        QTest::newRow("key 404") << "/s/mobile/pubkey/obtain" << 404 << "";
         QTest::newRow("notice query 500")
-            << "/api/mobile/v2/upgradeNotice" << 500 << QByteArray() << "Error transferring ";
+            << "/api/mobile/v2/upgradeNotice" << 500 << "Error transferring ";
     }
 
     void failures()
     {
         QFETCH(QString, path);
         QFETCH(int, status);
-        QFETCH(QByteArray, body);
         QFETCH(QString, message);
         m_scene->toLoginPage();
-        Fault fault = Fault::withBody(body);
-        fault.status = status;
-        m_scene->service.setFault(path, fault);
+        m_scene->service.setFault(path, Fault::withStatus(status));
         m_scene->logInByHand();
         QTRY_VERIFY(m_scene->window->findChild<WidgetTopPrompt*>()->isVisible());
         QVERIFY2(m_scene->prompt().startsWith(message), qPrintable(m_scene->prompt()));
         QTRY_VERIFY(m_scene->button("btnLogin")->isEnabled());
         QCOMPARE(setting(ConfigUtil::CUSTOMERID).toString(), QStringLiteral("1001"));
         QVERIFY(!m_scene->timer("m_ConnectSlowWarningTimer")->isActive());
-    }
-
-    void anUnusableKeyCountsAsNone()
-    {
-        m_scene->toLoginPage();
-        m_scene->service.setFault(QStringLiteral("/s/mobile/pubkey/obtain"),
-                                  Fault::withBody(R"({"code":0,"key":"bm8ga2V5","rsaType":[1]})"));
-        m_scene->logInByHand();
-        QTRY_COMPARE(m_scene->accepted(), true);
-        QVERIFY(m_scene->service.lastRequest("/api/mobile/v2/auth").json().contains("accountName"));
-        QVERIFY(!m_scene->log().contains(m_scene->password));
-    }
-
-    void aMaintenanceQueryThatIsUnknownNeverBlocks()
-    {
-        m_scene->service.setFault(QStringLiteral("/api/mobile/v2/upgradeNotice"),
-                                  Fault::withStatus(404));
-        m_scene->toLoginPage();
-        m_scene->logInByHand();
-        QTRY_COMPARE(m_scene->accepted(), true);
-    }
-
-    void theBackupServerStandsIn()
-    {
-        m_scene->agreed();
-        m_scene->service.stopEnd(sim::End::LookupPrimary);
-        m_scene->open();
-        m_scene->continueWith(m_scene->customer);
-        QTRY_COMPARE(m_scene->page(), int(DlgLogin::DLG_LOGIN_PAGE));
     }
 
     void lookupFailures_data()
