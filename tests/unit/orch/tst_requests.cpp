@@ -117,6 +117,16 @@ void RequestsTest::whatNoServiceChecks()
     QCOMPARE(bodyOf(connect).value("internalIp").toString(), QStringLiteral("192.168.1.20"));
     QCOMPARE(connect.timeoutMs, 40000);
 
+    const auto noticeAddress = [](const QString& auth) {
+        return orchrequest::disconnectNotice(auth, identity(), ipc::DisConnNormalReason)
+            .url.toString();
+    };
+    QCOMPARE(noticeAddress(kAuthUrl),
+             QStringLiteral("https://orch.example/api/mobile/v2/disconnect"));
+    QCOMPARE(noticeAddress("https://orch.example/"),
+             QStringLiteral("https://orch.example/disconnect"));
+    QCOMPARE(noticeAddress("orch"), QStringLiteral("orch"));
+
     const OrchRequest logos = orchrequest::customerLogo(kAuthUrl, identity());
     QCOMPARE(logos.method, OrchRequest::Method::Post);
     QCOMPARE(logos.url.toString(),
