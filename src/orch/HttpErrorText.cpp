@@ -100,6 +100,17 @@ LoginFailure refusal(int code, const QString& text, const QJsonObject& body, con
     return result;
 }
 
+QString errorName(const HttpFailure& failure)
+{
+    const auto names = QMetaEnum::fromType<QNetworkReply::NetworkError>();
+    return QStringLiteral("Error code: ") + QLatin1String(names.valueToKey(failure.error));
+}
+
+QString withStatus(const HttpFailure& failure)
+{
+    return failure.errorString + QStringLiteral(" statuscode ") + QString::number(failure.status);
+}
+
 } // namespace
 
 HttpFailure HttpFailure::of(const QByteArray& body, const QNetworkReply* reply)
@@ -115,22 +126,17 @@ HttpFailure HttpFailure::of(const QByteArray& body, const QNetworkReply* reply)
 
 QString HttpFailure::logText() const
 {
-    return errorString + QStringLiteral(" statuscode ") + QString::number(status) +
-           QStringLiteral(" orch return text ") + maskSecrets(body);
+    return withStatus(*this) + QStringLiteral(" orch return text ") + maskSecrets(body);
 }
 
 QString failureCauseText(const HttpFailure& failure, const QString& separator)
 {
-    const auto names = QMetaEnum::fromType<QNetworkReply::NetworkError>();
-    return QStringLiteral("Error code: ") + QLatin1String(names.valueToKey(failure.error)) +
-           separator + failure.errorString + QStringLiteral(" statuscode ") +
-           QString::number(failure.status);
+    return errorName(failure) + separator + withStatus(failure);
 }
 
 QString failureLogText(const HttpFailure& failure, const QString& separator)
 {
-    return failureCauseText(failure, separator) + QStringLiteral(" orch return text ") +
-           maskSecrets(failure.body);
+    return errorName(failure) + separator + failure.logText();
 }
 
 OrchTexts OrchTexts::shared()

@@ -38,6 +38,7 @@ private slots:
 
 private:
     int asked(const char* path);
+    bool startsAnewAfter(qint64 pid);
 
     support::Scene m_scene;
     std::unique_ptr<support::TrayHost> m_tray;
@@ -81,6 +82,17 @@ void SessionLifeTest::cleanup()
 int SessionLifeTest::asked(const char* path)
 {
     return m_scene.service().requests(QLatin1String(path)).size();
+}
+
+// True once another process than `pid` shows the login window's second page.
+bool SessionLifeTest::startsAnewAfter(qint64 pid)
+{
+    const auto another = [this, pid] {
+        const qint64 now = m_scene.program().pid();
+        return now != 0 && now != pid;
+    };
+    return waitFor(another, 20000) &&
+           m_scene.app().await(Kind::Field, QStringLiteral("Username")).isValid();
 }
 
 void SessionLifeTest::theServiceOrders_data()
@@ -150,13 +162,7 @@ void SessionLifeTest::theServiceEndsTheSession()
         QCOMPARE(m_scene.program().pid(), before);
         QVERIFY(m_scene.app().press(button));
     }
-    QVERIFY(waitFor(
-        [&] {
-            const qint64 now = m_scene.program().pid();
-            return now != 0 && now != before;
-        },
-        20000));
-    QVERIFY(m_scene.app().await(Kind::Field, QStringLiteral("Username")).isValid());
+    QVERIFY(startsAnewAfter(before));
     QVERIFY(message.isEmpty() || m_scene.driver().awaitText(message));
     QVERIFY(waitFor([&] { return m_scene.program().datapathProcesses().isEmpty(); }));
     QCOMPARE(m_scene.program().setting(QStringLiteral("TOKEN")).toString(), QString());
@@ -186,13 +192,7 @@ void SessionLifeTest::theAccountIsSwitched()
     QVERIFY(m_scene.app().press(QStringLiteral("Quit")));
     QVERIFY(m_scene.app().press(QStringLiteral("Switch Account")));
     QVERIFY(m_scene.app().press(QStringLiteral("Yes")));
-    QVERIFY(waitFor(
-        [&] {
-            const qint64 now = m_scene.program().pid();
-            return now != 0 && now != before;
-        },
-        20000));
-    QVERIFY(m_scene.app().await(Kind::Field, QStringLiteral("Username")).isValid());
+    QVERIFY(startsAnewAfter(before));
     QVERIFY(waitFor([this] { return asked(kSignout) == 1; }));
     QCOMPARE(asked(kDisconnect), 1);
     QVERIFY(waitFor([this] {

@@ -24,11 +24,8 @@ private slots:
 
     void cleanup()
     {
-        m_scene->window.reset();
-        const QStringList violations = m_scene->service.violations();
-        m_scene.reset();
         qApp->setProperty("OrchUpgradeNoticeTime", QVariant());
-        QCOMPARE(violations.join(QLatin1Char('\n')), QString());
+        QCOMPARE(SessionScene::end(m_scene), QString());
     }
 
     void maintenanceIsAskedForOnFocusReturn_data()

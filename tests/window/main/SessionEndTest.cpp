@@ -53,13 +53,7 @@ class SessionEndTest : public QObject
 private slots:
     void init() { m_scene = std::make_unique<SessionScene>(); }
 
-    void cleanup()
-    {
-        m_scene->window.reset();
-        const QStringList violations = m_scene->service.violations();
-        m_scene.reset();
-        QCOMPARE(violations.join(QLatin1Char('\n')), QString());
-    }
+    void cleanup() { QCOMPARE(SessionScene::end(m_scene), QString()); }
 
     void anInvalidSession_data()
     {

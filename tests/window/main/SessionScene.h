@@ -30,6 +30,15 @@ public:
         SingleApp::instance()->startInstance();
     }
 
+    /// Takes a scene down and returns what its service found wrong, a line each.
+    static QString end(std::unique_ptr<SessionScene>& scene)
+    {
+        scene->window.reset();
+        const QStringList violations = scene->service.violations();
+        scene.reset();
+        return violations.join(QLatin1Char('\n'));
+    }
+
     void open()
     {
         window = std::make_unique<DlgMain>(nullptr);
