@@ -8,6 +8,7 @@
 #include <cstring>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
+#include <sched.h>
 #include <string>
 #include <sys/socket.h>
 #include <thread>
@@ -49,6 +50,28 @@ void switchOffDelay(int socket)
     const int on = 1;
     ::setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
 }
+
+/// Keeps this thread, and those that it starts meanwhile, on one core. Waking a thread on another
+/// core costs several times an exchange, and where the scheduler puts the threads changes from run
+/// to run.
+class OneCore
+{
+public:
+    OneCore()
+    {
+        ::sched_getaffinity(0, sizeof m_before, &m_before);
+        cpu_set_t one;
+        CPU_ZERO(&one);
+        CPU_SET(::sched_getcpu(), &one);
+        ::sched_setaffinity(0, sizeof one, &one);
+    }
+    ~OneCore() { ::sched_setaffinity(0, sizeof m_before, &m_before); }
+    OneCore(const OneCore&) = delete;
+    OneCore& operator=(const OneCore&) = delete;
+
+private:
+    cpu_set_t m_before{};
+};
 
 /// Answers every request on every connection until its listener is closed.
 class Service
@@ -120,6 +143,7 @@ int connectTo(int port)
 
 void benchDispatch(const Report& report)
 {
+    const OneCore pinned;
     const Service service;
     dispatch::port = service.port();
     const int raw = connectTo(service.port());

@@ -30,11 +30,8 @@ struct Pair
 Pair interleaved(int rounds, const std::function<void()>& subject,
                  const std::function<void()>& floor);
 
-// The chapters of the report, each in a source file of its name.
-void benchStart(const Report& report);
-void benchSession(const Report& report);
+// The chapters of the report; the history of the log stands beside the log.
 void benchConnect(const Report& report);
-void benchCycles(const Report& report);
 void benchDispatch(const Report& report);
 void benchLog(const Report& report);
 void benchHistory(const Report& report);

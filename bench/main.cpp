@@ -1,5 +1,6 @@
-// Prints the program's figures, each beside its floor. Arguments choose chapters by name; none
-// means all. Nothing here fails a build: the figures are for reading.
+// Prints the figures of the program's parts, each beside its floor; program.py has the chapters of
+// the whole program. Arguments choose chapters by name; none means all. Nothing here fails a build:
+// the figures are for reading.
 #include "Measure.h"
 
 #include <algorithm>
@@ -60,7 +61,7 @@ int main(int argc, char* argv[])
 {
     const QTemporaryDir settings; // nobody's real ones
     qputenv("XDG_CONFIG_HOME", settings.path().toUtf8());
-    // Windows of this process are measured without a screen; programs that it starts get their own.
+    // Windows are measured without a screen.
     QVector<char*> arguments(argv, argv + argc);
     char platformOption[] = "-platform";
     char offscreen[] = "offscreen";
@@ -68,10 +69,11 @@ int main(int argc, char* argv[])
     int count = arguments.size() - 1;
     QApplication app(count, arguments.data());
     const QVector<QPair<QString, void (*)(const Report&)>> chapters = {
-        {QStringLiteral("dispatch"), &benchDispatch}, {QStringLiteral("log"), &benchLog},
-        {QStringLiteral("history"), &benchHistory},   {QStringLiteral("filter"), &benchFilter},
-        {QStringLiteral("connect"), &benchConnect},   {QStringLiteral("start"), &benchStart},
-        {QStringLiteral("session"), &benchSession},   {QStringLiteral("cycles"), &benchCycles}};
+        {QStringLiteral("dispatch"), &benchDispatch},
+        {QStringLiteral("log"), &benchLog},
+        {QStringLiteral("history"), &benchHistory},
+        {QStringLiteral("filter"), &benchFilter},
+        {QStringLiteral("connect"), &benchConnect}};
     const QStringList chosen = QCoreApplication::arguments().mid(1);
     for (const auto& chapter : chapters) {
         if (chosen.isEmpty() || chosen.contains(chapter.first))

@@ -1,5 +1,6 @@
-# What differs from one deployment of the service to the next. A packager sets these on the
-# command line or here; nothing else in the source names a host or the maker.
+# What differs from one deployment of the service to the next; docs/howto.md says how to set it.
+# The maker's name also stands in names that are the same in every deployment: of a logo that the
+# orchestrator is asked for, of commands to the datapath, and of the single-instance semaphore.
 set(VELTARO_LOOKUP_PRIMARY "https://lookup.veltaro.example/api/mobile/v1/orchinfo"
     CACHE STRING "Primary lookup server")
 set(VELTARO_LOOKUP_BACKUP "https://lookup-backup.veltaro.example/api/mobile/v1/orchinfo"

@@ -19,6 +19,12 @@ if(NOT EXISTS ${VELTARO_FONT_COLLECTION})
     veltaro_missing("${VELTARO_FONT_COLLECTION}" fonts-noto-cjk)
 endif()
 
+set(VELTARO_QT_TRANSLATION /usr/share/qt5/translations/qtbase_zh_CN.qm
+    CACHE FILEPATH "Qt's own Chinese translation")
+if(NOT EXISTS ${VELTARO_QT_TRANSLATION})
+    veltaro_missing("${VELTARO_QT_TRANSLATION}" qttranslations5-l10n)
+endif()
+
 # Draws every picture of the list file below `out_dir` (each .png also as @2x, and both also as
 # plain pixels, .argb) with `tool` and sets `out_names` to the pictures' names relative to it.
 function(veltaro_render_art out_names tool list art_dir out_dir)

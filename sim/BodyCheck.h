@@ -2,6 +2,7 @@
 
 #include "sim/World.h"
 
+#include <QJsonArray>
 #include <QJsonObject>
 #include <QPair>
 #include <QSet>
@@ -60,6 +61,7 @@ public:
     /// A member that is either absent or true.
     void trueOrAbsent(const char* member);
     QJsonObject object(const char* member);
+    QJsonArray array(const char* member);
     void finish();
 
 private:

@@ -1,6 +1,7 @@
 #include "sim/ControlPage.h"
 
 #include "sim/Behaviour.h"
+#include "sim/Commands.h"
 #include "sim/Situations.h"
 
 #include <QJsonArray>
@@ -8,22 +9,12 @@
 #include <QUrlQuery>
 
 #include <algorithm>
-#include <optional>
 
 namespace sim {
 
 namespace {
 
 constexpr int kRequestsListed = 500;
-
-std::optional<End> endNamed(const QString& name)
-{
-    for (End end : {End::LookupPrimary, End::LookupBackup, End::Orchestrator}) {
-        if (endName(end) == name)
-            return end;
-    }
-    return {};
-}
 
 QJsonArray accountsJson(const Scenario& scenario)
 {
@@ -156,116 +147,7 @@ QJsonObject ControlPage::state(int lastRequests) const
 
 QStringList ControlPage::carryOut(const QJsonObject& command)
 {
-    QStringList notDone;
-    for (auto it = command.begin(); it != command.end(); ++it) {
-        if (it.key() == QLatin1String("scenario"))
-            m_simulator.edit([&](Scenario& s) { notDone += s.apply(it.value().toObject()); });
-        else if (!carryOutOne(it.key(), it.value()))
-            notDone.append(it.key());
-    }
-    return notDone;
-}
-
-bool ControlPage::carryOutOne(const QString& name, const QJsonValue& value)
-{
-    const QJsonObject object = value.toObject();
-    if (name == QLatin1String("fault")) {
-        const QString path = object.value(QLatin1String("path")).toString();
-        m_simulator.setFault(path, Fault::fromJson(object));
-        return !path.isEmpty();
-    }
-    if (name == QLatin1String("faults")) {
-        bool done = value.isArray();
-        for (const QJsonValue fault : value.toArray())
-            done = carryOutOne(QStringLiteral("fault"), fault) && done;
-        return done;
-    }
-    if (name == QLatin1String("situation"))
-        return enter(value.toString());
-    if (name == QLatin1String("well")) {
-        beWell();
-        return true;
-    }
-    if (name == QLatin1String("clearFaults")) {
-        m_simulator.clearFaults();
-        return true;
-    }
-    if (name == QLatin1String("datapath"))
-        return changeDatapath(object);
-    if (name == QLatin1String("resetDatapath"))
-        return writeBehaviour(m_simulator.datapathDirectory(), {});
-    if (name == QLatin1String("filterSize")) {
-        const QByteArray document =
-            makeFilterDocument(object.value(QLatin1String("inclusive")).toInt(),
-                               object.value(QLatin1String("exclusive")).toInt(),
-                               object.value(QLatin1String("duplicates")).toInt());
-        m_simulator.edit([&](Scenario& scenario) { scenario.filterDocument = document; });
-        return true;
-    }
-    if (name == QLatin1String("revoke")) {
-        m_simulator.revokeSessions(value.toInt(-1));
-        return value.isDouble();
-    }
-    if (name == QLatin1String("order")) {
-        m_simulator.order(object);
-        return value.isObject();
-    }
-    if (name == QLatin1String("crashDatapath"))
-        return crashDatapath(m_simulator.datapathDirectory());
-    if (name == QLatin1String("clear")) {
-        m_simulator.clear();
-        return true;
-    }
-    const std::optional<End> end = endNamed(value.toString());
-    if (name == QLatin1String("stop") && end) {
-        m_simulator.stopEnd(*end);
-        return true;
-    }
-    return name == QLatin1String("start") && end && m_simulator.startEnd(*end);
-}
-
-// A situation replaces the one before; sessions stay.
-bool ControlPage::enter(const QString& name)
-{
-    const QJsonObject command = situationCommand(name);
-    if (command.isEmpty())
-        return false;
-    beWell();
-    return carryOut(command).isEmpty();
-}
-
-void ControlPage::beWell()
-{
-    m_simulator.clearFaults();
-    m_simulator.cancelOrders();
-    m_simulator.edit([](Scenario& scenario) {
-        const QVector<Account> accounts = scenario.accounts;
-        const QByteArray filter = scenario.filterDocument;
-        scenario = Scenario();
-        scenario.accounts = accounts;
-        scenario.filterDocument = filter;
-    });
-    if (!m_simulator.datapathDirectory().isEmpty())
-        writeBehaviour(m_simulator.datapathDirectory(), {});
-    for (End end : {End::LookupPrimary, End::LookupBackup, End::Orchestrator}) {
-        if (!m_simulator.isRunning(end))
-            m_simulator.startEnd(end);
-    }
-}
-
-bool ControlPage::changeDatapath(const QJsonObject& changes)
-{
-    const QString directory = m_simulator.datapathDirectory();
-    if (directory.isEmpty())
-        return false;
-    Behaviour behaviour = readBehaviour(directory);
-    for (auto it = changes.begin(); it != changes.end(); ++it) {
-        if (it.value().isNull())
-            behaviour.remove(it.key());
-        else
-            behaviour.insert(it.key(), it.value().toVariant().toString());
-    }
-    return writeBehaviour(directory, behaviour);
+    return sim::carryOut(m_simulator, command);
 }
 
 HttpReply ControlPage::serve(const HttpCall& call)

@@ -50,10 +50,6 @@ public:
 
 private:
     HttpReply serve(const HttpCall& call);
-    bool carryOutOne(const QString& name, const QJsonValue& value);
-    bool changeDatapath(const QJsonObject& changes);
-    bool enter(const QString& situation);
-    void beWell();
 
     Simulator& m_simulator;
     HttpEnd m_http;

@@ -129,6 +129,7 @@ void checkPassword(JsonCheck& body, const World& world, bool encrypted, bool tok
 void checkLogin(const Call& call, const World& world, Findings& findings)
 {
     static const QRegularExpression deviceId(QStringLiteral("\\A[0-9A-Z-]*\\z"));
+    static const QRegularExpression agreement(QStringLiteral("\\A(\\d*|newest)\\z"));
     JsonCheck body = jsonBody(call, findings);
     const bool encrypted = world.keyGivenTo.contains(call.header("customerid").toInt());
     checkName(body, world, encrypted, findings);
@@ -138,12 +139,16 @@ void checkLogin(const Call& call, const World& world, Findings& findings)
         body.flag(name, true);
     body.flag("otpLogin");
     body.flag("automaticLogin");
-    body.text("privacyVersion");
+    if (!agreement.match(body.text("privacyVersion")).hasMatch())
+        findings.add(QStringLiteral("privacyVersion is no version of the agreement"));
     if (!deviceId.match(body.text("deviceId")).hasMatch())
         findings.add(QStringLiteral("deviceId is no identifier in upper case"));
     body.text("mobileVersion", QStringLiteral("6.1.20"));
-    for (const char* name : {"supportOtpCode", "otpMiddleToken", "requestIdForPoll"})
+    for (const char* name : {"supportOtpCode", "otpMiddleToken"})
         body.optionalText(name);
+    const QString approval = body.optionalText("requestIdForPoll");
+    if (!approval.isEmpty() && !world.approvals.contains(approval))
+        findings.add(QStringLiteral("requestIdForPoll names no approval that waits"));
     body.trueOrAbsent("agreeToPrivacy");
     checkClientInfo(body.object("traceExtraInfo"), QString::fromUtf8(call.header("sn")), findings);
     body.finish();
@@ -157,10 +162,11 @@ HttpReply tokenReply(const Session& session, const Account& account)
                       {QStringLiteral("needResetPassword"), false}});
 }
 
-HttpReply askForApproval(const Account& account, World& world)
+HttpReply askForApproval(const Account& account, const QString& serial, World& world)
 {
     const QString id = randomName();
-    world.approvals.insert(id, {account.username, account.approvalPolls});
+    world.approvals.insert(id,
+                           {account.username, account.customerId, serial, account.approvalPolls});
     const QString address =
         world.orchestratorRoot() + QLatin1String(kPollPath) + QStringLiteral("?requestId=") + id;
     return jsonReply({{QStringLiteral("code"), 0},
@@ -199,9 +205,9 @@ HttpReply logIn(const Call& call, World& world)
     if (!name.good || !password.good || account == nullptr || account->password != password.text)
         return errorReply(1001, QStringLiteral("Wrong username or password."),
                           QStringLiteral("用户名或密码错误。"));
-    if (account->approvalPolls > 0 && !isApproved(call, *account, world))
-        return askForApproval(*account, world);
     const QString serial = QString::fromUtf8(call.header("sn"));
+    if (account->approvalPolls > 0 && !isApproved(call, *account, world))
+        return askForApproval(*account, serial, world);
     return tokenReply(world.openSession(*account, serial), *account);
 }
 
@@ -215,8 +221,12 @@ QString polledId(const Call& call)
 void checkPoll(const Call& call, const World& world, Findings& findings)
 {
     checkEmptyBody(call, findings);
-    if (!world.approvals.contains(polledId(call)))
+    const Approval approval = world.approvals.value(polledId(call));
+    if (approval.username.isEmpty())
         findings.add(QStringLiteral("polls for a request that does not wait"));
+    else if (approval.customerId != call.header("customerid").toInt() ||
+             approval.serial != QString::fromUtf8(call.header("sn")))
+        findings.add(QStringLiteral("polls for the request of another customer or serial"));
 }
 
 HttpReply poll(const Call& call, World& world)

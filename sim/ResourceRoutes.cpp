@@ -84,14 +84,12 @@ void checkPicture(const QJsonValue& value, const char* keyName, const char* clie
 
 void checkLogos(const Call& call, const World&, Findings& findings)
 {
-    const QJsonArray pictures = call.json.value(QLatin1String("resource")).toArray();
+    JsonCheck body = jsonBody(call, findings);
+    const QJsonArray pictures = body.array("resource");
     if (pictures.size() != 2)
         findings.add(QStringLiteral("resource does not hold two pictures"));
     checkPicture(pictures.at(0), "pictureLogo", "orvek-round.png", 50, findings);
     checkPicture(pictures.at(1), "textLogo", "logo.png", 40, findings);
-    QJsonObject rest = call.json;
-    rest.remove(QStringLiteral("resource"));
-    JsonCheck body(rest, findings);
     body.integer("customerId", {call.header("customerid").toInt()});
     body.finish();
 }

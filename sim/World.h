@@ -39,6 +39,8 @@ struct Session
 struct Approval
 {
     QString username;
+    int customerId = 0;
+    QString serial;
     int pollsLeft = 0;
 };
 

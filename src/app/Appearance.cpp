@@ -4,7 +4,6 @@
 
 #include <QApplication>
 #include <QFontDatabase>
-#include <QLibraryInfo>
 #include <QPalette>
 #include <QResource>
 #include <QTranslator>
@@ -15,16 +14,11 @@ void prepare()
 {
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling, true);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps, true);
+    // At a logout from the desktop no window is closed before the process is: the user may call
+    // it off.
+    QGuiApplication::setFallbackSessionManagementEnabled(false);
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(
         Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
-    // The windows are painted without OpenGL; loading its drivers would double the time to the
-    // first window and the memory.
-    if (!qEnvironmentVariableIsSet("QT_XCB_GL_INTEGRATION"))
-        qputenv("QT_XCB_GL_INTEGRATION", "none");
-    // Nobody asks which network the machine is on; looking for changes would wake an idle client.
-    qputenv("QT_BEARER_POLL_TIMEOUT", "2000000000"); // ms
-    // Qt's own plugin folder alone: the program's folder may be writable for others.
-    QCoreApplication::setLibraryPaths({QLibraryInfo::location(QLibraryInfo::PluginsPath)});
 }
 
 void applyPalette(QApplication& app)
@@ -64,7 +58,12 @@ void applyFont(QApplication& app)
 
 void applyLanguage(QApplication& app, QTranslator& translator)
 {
-    if (platform().isChinese() && translator.load(QStringLiteral(":/Ostrana/zh_CN.qm")))
+    if (!platform().isChinese())
+        return;
+    auto* qtTexts = new QTranslator(&translator);
+    if (qtTexts->load(QStringLiteral(":/Ostrana/qtbase_zh_CN.qm")))
+        app.installTranslator(qtTexts);
+    if (translator.load(QStringLiteral(":/Ostrana/zh_CN.qm")))
         app.installTranslator(&translator);
 }
 

@@ -6,7 +6,7 @@ class QTranslator;
 /// What every window of the program shares: colours, basic style, font and language. GUI thread.
 namespace appearance {
 
-/// Chooses scaling and the platform plugin's options. Call before the application object exists.
+/// Chooses the scaling. Call before the application object exists.
 void prepare();
 
 /// The palette's text colours and the steady text cursor.
@@ -19,7 +19,8 @@ void applyStyleSheet(QApplication& app);
 /// database works on the resource's own bytes, so that the font stands in memory once.
 void applyFont(QApplication& app);
 
-/// Installs the Chinese translation when the system language is Chinese.
+/// Installs the Chinese translations when the system language is Chinese: the program's, and, for
+/// field menus and network errors, Qt's own, which lives as long as `translator`.
 void applyLanguage(QApplication& app, QTranslator& translator);
 
 } // namespace appearance

@@ -11,7 +11,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#define VELTARO_SETTING(constant, stored, type, initial, secret, meaning)                          \
+#define VELTARO_SETTING(constant, stored, type, initial, meaning)                                  \
     const QString ConfigUtil::constant = QStringLiteral(stored);
 #include "app/SettingsKeys.def"
 #undef VELTARO_SETTING
@@ -21,8 +21,7 @@ QString ConfigUtil::m_configPath;
 const QVector<SettingKey>& ConfigUtil::keys()
 {
     static const QVector<SettingKey> table = {
-#define VELTARO_SETTING(constant, stored, type, initial, secret, meaning)                          \
-    {stored, type, initial, secret, meaning},
+#define VELTARO_SETTING(constant, stored, type, initial, meaning) {stored, type, initial, meaning},
 #include "app/SettingsKeys.def"
 #undef VELTARO_SETTING
     };
@@ -115,4 +114,9 @@ QVariant ConfigUtil::getvalue(const QString& key, const QVariant& defaultValue)
     const QScopedPointer<QSettings> settings(openSettings());
     const QVariant stored = settings->value(key);
     return isReadable(stored, typeOf(key)) ? inType(stored, typeOf(key)) : defaultValue;
+}
+
+QString ConfigUtil::savedText(const QString& key)
+{
+    return getvalue(key, QString()).toString();
 }

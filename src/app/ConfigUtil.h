@@ -4,13 +4,12 @@
 #include <QVariant>
 #include <QVector>
 
-/// One setting: what the table in docs and code knows about it.
+/// One setting: a line of the table SettingsKeys.def.
 struct SettingKey
 {
     const char* stored;  ///< the key in the file
     const char* type;    ///< "text", "integer", "boolean" or "list of text"
     const char* initial; ///< what readers pass as default, as text
-    bool secret;         ///< the value must never reach a log
     const char* meaning;
 };
 
@@ -22,8 +21,7 @@ class ConfigUtil
 {
 public:
     // One constant per line of the table: ConfigUtil::TOKEN, ConfigUtil::AUTHURL, ...
-#define VELTARO_SETTING(constant, stored, type, initial, secret, meaning)                          \
-    static const QString constant;
+#define VELTARO_SETTING(constant, stored, type, initial, meaning) static const QString constant;
 #include "app/SettingsKeys.def"
 #undef VELTARO_SETTING
 
@@ -43,6 +41,9 @@ public:
 
     /// The stored value, or `defaultValue` when the key is absent.
     static QVariant getvalue(const QString& key, const QVariant& defaultValue);
+
+    /// A stored text; empty when the key is absent.
+    static QString savedText(const QString& key);
 
 private:
     static QString m_configPath;

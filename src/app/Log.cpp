@@ -4,18 +4,12 @@
 #include "app/LogMarker.h"
 #include "app/LogModel.h"
 #include "app/Platform.h"
-
-#include <QFile>
-
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
+#include "app/ProgramFile.h"
 
 std::mutex Log::mutex;
 LogModel* Log::m_LogModel = nullptr;
 std::deque<LogContent> Log::m_LogList;
 QSet<QString> Log::m_LogTitleSet;
-QSet<QString> Log::m_HisLogTitleSet;
 QVector<Log::Insertion> Log::m_pending;
 
 namespace {
@@ -42,11 +36,6 @@ QString logFile()
     return platform().programFile(QStringLiteral("ui.log"));
 }
 
-QByteArray readAll(QFile& file)
-{
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 // The lines from `from` on, each trimmed, as they are written back.
 QByteArray trimmedLines(const QByteArray& content, int from)
 {
@@ -70,22 +59,13 @@ void Log::messageOut(QtMsgType type, const QMessageLogContext&, const QString& m
     const logformat::Record record = logformat::makeRecord(type, msg, currentStamp());
     LogModel* model = nullptr;
     if (record.entry) {
-        const bool newDate = !m_LogTitleSet.contains(record.stamp.date);
-        const LogContent heading{record.stamp.date, ITEM_TITLE};
-        const LogContent time{record.stamp.time, ITEM_TIME};
-        if (newDate) {
-            m_LogTitleSet.insert(record.stamp.date);
-            m_LogList.push_front(heading);
-        }
-        m_LogList.insert(m_LogList.begin() + 1, {*record.entry, time});
-
+        const bool newDate =
+            logformat::putOnTop(m_LogList, m_LogTitleSet, record.stamp, *record.entry);
         model = m_LogModel;
-        if (model) {
-            if (newDate)
-                m_pending.append({0, {heading, *record.entry, time}});
-            else
-                m_pending.append({1, {*record.entry, time}});
-        }
+        if (model && newDate)
+            m_pending.append({0, {m_LogList[0], m_LogList[1], m_LogList[2]}});
+        else if (model)
+            m_pending.append({1, {m_LogList[1], m_LogList[2]}});
     }
     writeLog(record.fileLine);
     // The rows follow from the event loop of the model's thread: a model changes there alone, and
@@ -117,37 +97,23 @@ void Log::setLogModel(LogModel* model)
 
 void Log::writeLog(const QString& line)
 {
-    // Plain calls: the line is appended by a single write, whole even if another process appends
-    // too, and nothing here can log again.
-    const int fd = ::open(QFile::encodeName(logFile()).constData(),
-                          O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, 0644);
-    if (fd < 0)
-        return;
-    const QByteArray bytes = line.toUtf8() + '\n';
-    const ssize_t written = ::write(fd, bytes.constData(), size_t(bytes.size()));
-    Q_UNUSED(written) // a full disk loses the line
-    ::close(fd);
-}
-
-bool Log::needSaveLog(const QString& line, int days)
-{
-    return logformat::isRecent(line.toUtf8(), days, platform().now().date());
+    // The line is appended by a single write, whole even if another process appends too, and
+    // nothing here can log again. A full disk loses it.
+    ProgramFile::toAppend(logFile()).write(line.toUtf8() + '\n');
 }
 
 void Log::clearLog()
 {
-    QFile file(logFile());
-    const QByteArray content = readAll(file);
-    file.close();
+    const QByteArray content = [] {
+        const ProgramFile file = ProgramFile::toRead(logFile());
+        return file.read(file.size()).value_or(QByteArray());
+    }();
     const int from = logformat::firstRecent(content, kKeepDays, platform().now().date());
     if (from == 0)
         return;
-    if (!file.remove()) {
+    if (ProgramFile::replace(logFile(), trimmedLines(content, from)) ==
+        ProgramFile::Replaced::NotRemoved)
         logDisplayCritical(tr("Failed to remove old log file"));
-        return;
-    }
-    if (file.open(QIODevice::WriteOnly | QIODevice::Append))
-        file.write(trimmedLines(content, from));
 }
 
 void Log::getLogContent()
@@ -164,35 +130,17 @@ void Log::getLogContent()
 
 void Log::getHisLog()
 {
-    QFile file(logFile());
-    if (!file.open(QIODevice::ReadOnly))
-        return;
-    // Read without the lock: whoever logs meanwhile does not wait for it.
-    QSet<QString> titles;
-    const QVector<LogContent> rows =
-        logformat::historyRows(file.readAll(), kHistoryDays, platform().now().date(), titles);
+    // What has been logged up to here is in the file, and what follows reaches the model by itself,
+    // after the listing. The file is read without the lock: nobody who logs meanwhile waits for it.
     std::unique_lock lock(mutex);
     LogModel* const model = m_LogModel;
-    if (!model)
+    const ProgramFile file = ProgramFile::toRead(logFile());
+    const qint64 size = file.size();
+    if (!model || !file.isOpen())
         return;
-    m_HisLogTitleSet = titles;
     m_pending.clear();
     lock.unlock();
-    model->setRows(std::deque<LogContent>(rows.cbegin(), rows.cend()));
-}
 
-void Log::tranLineToObj(const QString& line)
-{
-    std::unique_lock lock(mutex);
-    LogModel* const model = m_LogModel;
-    QSet<QString> titles;
-    QVector<LogContent> rows = logformat::historyRows(line.toUtf8(), titles);
-    if (!model || rows.isEmpty())
-        return;
-    const bool newDate = !m_HisLogTitleSet.contains(rows.constFirst().text);
-    m_HisLogTitleSet.unite(titles);
-    lock.unlock();
-    if (!newDate)
-        rows.removeFirst();
-    model->insertContents(newDate ? 0 : 1, rows);
+    model->setRows(logformat::historyRows(file.read(size).value_or(QByteArray()), kHistoryDays,
+                                          platform().now().date()));
 }

@@ -14,7 +14,8 @@ class LogModel;
 
 /// The program's log: every message that passes through Qt's message functions becomes a line of
 /// "ui.log" in the program's folder and, when it carries the display marker (LogMarker.h), rows
-/// of the activity log. Used through static functions only.
+/// of the activity log. The file is readable by its owner alone; a link or anything but a regular
+/// file in its place is neither written nor read. Used through static functions only.
 class Log : public QObject
 {
     Q_OBJECT
@@ -30,9 +31,6 @@ public:
     /// Appends one line to the file. A file that cannot be opened loses the line. Any thread.
     static void writeLog(const QString& line);
 
-    /// Whether a file line is younger than `days` days.
-    static bool needSaveLog(const QString& line, int days);
-
     /// Drops the leading lines older than 60 days from the file; a file without such lines is
     /// left untouched. Called once, before any other thread logs.
     static void clearLog();
@@ -40,12 +38,9 @@ public:
     /// Fills the model with the entries of this run. GUI thread.
     static void getLogContent();
 
-    /// Fills the model with the last 15 days of the file. GUI thread; linear in the file's size.
+    /// Fills the model with the last 15 days of the file; what other threads log meanwhile follows.
+    /// GUI thread; linear in the file's size.
     static void getHisLog();
-
-    /// Puts one line of the file on top of a history listing: under the heading of its date, which
-    /// is added when the listing has none. GUI thread.
-    static void tranLineToObj(const QString& line);
 
 private:
     struct Insertion
@@ -61,6 +56,5 @@ private:
     static LogModel* m_LogModel;
     static std::deque<LogContent> m_LogList; ///< this run's entries, newest first
     static QSet<QString> m_LogTitleSet;      ///< dates with a heading in m_LogList
-    static QSet<QString> m_HisLogTitleSet;   ///< dates with a heading in a history listing
     static QVector<Insertion> m_pending;     ///< logged, not yet in the model
 };

@@ -2,6 +2,7 @@
 
 #include "app/LogMarker.h"
 
+#include <QDateTime>
 #include <QStringBuilder>
 
 #include <algorithm>
@@ -29,6 +30,28 @@ QString digits(std::initializer_list<std::pair<int, int>> numbers, char separato
         end += width;
     }
     return QString::fromLatin1(text, int(end - text));
+}
+
+constexpr int kLongestText = 16384;
+
+// Whether a character ends a line, moves the terminal or the writing direction: with one of these
+// in it, a text of a service could pass for lines of the log's own.
+bool isControl(QChar c)
+{
+    const ushort code = c.unicode();
+    return code < 0x20 || (code >= 0x7f && code <= 0x9f) || (code >= 0x2028 && code <= 0x202e) ||
+           (code >= 0x2066 && code <= 0x2069);
+}
+
+// One line of bounded length, whatever the text; an ordinary text is not copied.
+QString oneLine(const QString& text)
+{
+    QString line = text;
+    if (text.size() > kLongestText)
+        line = text.left(kLongestText) + QStringLiteral("... (%1 characters)").arg(text.size());
+    if (std::any_of(line.cbegin(), line.cend(), isControl))
+        std::replace_if(line.begin(), line.end(), isControl, QChar(QLatin1Char(' ')));
+    return line;
 }
 
 LOG_TYPE entryType(QtMsgType type, const QString& message)
@@ -64,26 +87,44 @@ QLatin1String takeTag(QtMsgType type, QString& text)
     return QLatin1String("[NOTICE]");
 }
 
-// Cuts the text before the first space off `rest`; both ends are trimmed.
-QByteArray takeField(QByteArray& rest)
+std::string_view trimmed(std::string_view text)
 {
-    const int space = rest.indexOf(' ');
-    const QByteArray field = space < 0 ? rest : rest.left(space);
-    rest = space < 0 ? QByteArray() : rest.mid(space).trimmed();
-    return field.trimmed();
+    constexpr std::string_view kSpaces = " \t\n\v\f\r";
+    const size_t first = text.find_first_not_of(kSpaces);
+    return first == text.npos ? std::string_view()
+                              : text.substr(first, text.find_last_not_of(kSpaces) + 1 - first);
 }
 
-std::optional<LOG_TYPE> historyType(const QByteArray& tag)
+// Cuts the text before the first space off `rest`; both ends are trimmed.
+std::string_view takeField(std::string_view& rest)
 {
-    if (tag.contains("[INFO]"))
+    const size_t space = rest.find(' ');
+    const std::string_view field = trimmed(rest.substr(0, space));
+    rest = space == rest.npos ? std::string_view() : trimmed(rest.substr(space));
+    return field;
+}
+
+bool contains(std::string_view text, std::string_view part)
+{
+    return text.find(part) != text.npos;
+}
+
+QString toText(std::string_view text)
+{
+    return QString::fromUtf8(text.data(), int(text.size()));
+}
+
+LOG_TYPE historyType(std::string_view tag)
+{
+    if (contains(tag, "[INFO]"))
         return ITEM_INFO_WITH_DOT;
-    if (tag.contains("[NOTICE]"))
+    if (contains(tag, "[NOTICE]"))
         return ITEM_NOTICE_WITH_DOT;
-    if (tag.contains("[WARN]"))
+    if (contains(tag, "[WARN]"))
         return ITEM_WARN_WITH_DOT;
-    if (tag.contains("[ERROR]"))
+    if (contains(tag, "[ERROR]"))
         return ITEM_ERROR_WITH_DOT;
-    return std::nullopt;
+    return ITEM_INFO_WITH_DOT;
 }
 
 // The end of the line that begins at `from`: its line feed or the end of the file.
@@ -91,31 +132,6 @@ int lineEnd(const QByteArray& file, int from)
 {
     const int feed = file.indexOf('\n', from);
     return feed < 0 ? file.size() : feed;
-}
-
-// The rows of one date, oldest first; a time row stands before its message row, so that reading
-// the block backwards gives the order of the listing.
-struct DateBlock
-{
-    QString date;
-    QVector<LogContent> rows;
-};
-
-void addLine(QVector<DateBlock>& blocks, QSet<QString>& titles, QByteArray line)
-{
-    const bool shown = line.contains("[NOTICE]") || line.contains("[INFO]") ||
-                       line.contains("[ERROR]") || line.contains("[WARN]");
-    if (!shown)
-        return;
-    const QString date = QString::fromUtf8(takeField(line));
-    const QString time = QString::fromUtf8(takeField(line));
-    const std::optional<LOG_TYPE> type = historyType(takeField(line));
-    if (!titles.contains(date)) {
-        titles.insert(date);
-        blocks.append({date, {}});
-    }
-    blocks.last().rows.append({time, ITEM_TIME});
-    blocks.last().rows.append({QString::fromUtf8(line), type.value_or(ITEM_INFO_WITH_DOT)});
 }
 
 } // namespace
@@ -132,7 +148,7 @@ Stamp stampOf(qint64 msecs)
 Record makeRecord(QtMsgType type, const QString& message, const Stamp& stamp)
 {
     const bool marked = message.contains(QLatin1String(kDisplay));
-    QString text = marked ? message.mid(kMarkerLength) : message;
+    QString text = oneLine(marked ? message.mid(kMarkerLength) : message);
 
     Record record;
     if (marked && type != QtDebugMsg) {
@@ -147,7 +163,7 @@ Record makeRecord(QtMsgType type, const QString& message, const Stamp& stamp)
     return record;
 }
 
-bool isRecent(const QByteArray& line, int days, const QDate& today)
+bool needSaveLog(const QByteArray& line, int days, const QDate& today)
 {
     const int space = line.indexOf(' ');
     if (space < 0)
@@ -166,43 +182,47 @@ int firstRecent(const QByteArray& file, int days, const QDate& today)
 {
     for (int from = 0; from < file.size();) {
         const int end = lineEnd(file, from);
-        if (isRecent(file.mid(from, end - from).trimmed(), days, today))
+        if (needSaveLog(file.mid(from, end - from).trimmed(), days, today))
             return from;
         from = end + 1;
     }
     return file.size();
 }
 
-static QVector<LogContent> rowsFrom(int from, const QByteArray& file, QSet<QString>& titles)
+bool putOnTop(std::deque<LogContent>& rows, QSet<QString>& titles, const Stamp& stamp,
+              const LogContent& entry)
 {
-    QVector<DateBlock> blocks;
-    while (from < file.size()) {
+    const bool newDate = !titles.contains(stamp.date);
+    if (newDate) {
+        titles.insert(stamp.date);
+        rows.push_front({stamp.date, ITEM_TITLE});
+    }
+    rows.insert(rows.begin() + 1, {entry, {stamp.time, ITEM_TIME}});
+    return newDate;
+}
+
+void tranLineToObj(std::string_view line, std::deque<LogContent>& rows, QSet<QString>& titles)
+{
+    const bool shown = contains(line, "[NOTICE]") || contains(line, "[INFO]") ||
+                       contains(line, "[ERROR]") || contains(line, "[WARN]");
+    if (!shown)
+        return;
+    const QString date = toText(takeField(line));
+    const QString time = toText(takeField(line));
+    const LOG_TYPE type = historyType(takeField(line));
+    putOnTop(rows, titles, {date, time}, {toText(line), type});
+}
+
+std::deque<LogContent> historyRows(const QByteArray& file, int days, const QDate& today)
+{
+    std::deque<LogContent> rows;
+    QSet<QString> titles;
+    for (int from = firstRecent(file, days, today); from < file.size();) {
         const int end = lineEnd(file, from);
-        addLine(blocks, titles, file.mid(from, end - from).trimmed());
+        tranLineToObj(trimmed({file.constData() + from, size_t(end - from)}), rows, titles);
         from = end + 1;
     }
-
-    QVector<LogContent> rows;
-    int count = 0;
-    for (const DateBlock& block : qAsConst(blocks))
-        count += block.rows.size() + 1;
-    rows.reserve(count);
-    for (auto block = blocks.crbegin(); block != blocks.crend(); ++block) {
-        rows.append({block->date, ITEM_TITLE});
-        std::copy(block->rows.crbegin(), block->rows.crend(), std::back_inserter(rows));
-    }
     return rows;
-}
-
-QVector<LogContent> historyRows(const QByteArray& file, int days, const QDate& today,
-                                QSet<QString>& titles)
-{
-    return rowsFrom(firstRecent(file, days, today), file, titles);
-}
-
-QVector<LogContent> historyRows(const QByteArray& lines, QSet<QString>& titles)
-{
-    return rowsFrom(0, lines, titles);
 }
 
 } // namespace logformat

@@ -4,12 +4,12 @@
 
 #include <QByteArray>
 #include <QDate>
-#include <QDateTime>
 #include <QSet>
 #include <QString>
-#include <QVector>
 
+#include <deque>
 #include <optional>
+#include <string_view>
 
 /// The log's formats as pure functions: what a message becomes in the file and on the screen,
 /// which lines of the file are recent, and what the file's lines become as history. Any thread.
@@ -34,24 +34,29 @@ struct Record
 };
 
 /// Turns one message into its file line and, when it carries the display marker and is no debug
-/// message, its entry.
+/// message, its entry. Both are one line of at most 16,384 characters and a note of the full
+/// length: line ends, control characters and those that turn the writing direction become spaces,
+/// so that callers may log what a service sent as it is.
 Record makeRecord(QtMsgType type, const QString& message, const Stamp& stamp);
 
-/// Whether a file line begins with a date (year 2021 or later) less than `days` days before
-/// `today`. Lines without such a date are not recent.
-bool isRecent(const QByteArray& line, int days, const QDate& today);
+/// Whether a file line is recent: it begins with a date (year 2021 or later) less than `days` days
+/// before `today`. Lines without such a date are not.
+bool needSaveLog(const QByteArray& line, int days, const QDate& today);
 
 /// The offset of the first line of `file` that is recent, or the file's size when there is none.
 int firstRecent(const QByteArray& file, int days, const QDate& today);
 
-/// The rows of a history listing, newest first under date headings, from the lines of `file`
-/// that follow the first one younger than `days` days. Lines without a level tag (debug lines,
-/// continuation lines) are skipped. Linear in the file's size. `titles` receives the dates that
-/// have a heading.
-QVector<LogContent> historyRows(const QByteArray& file, int days, const QDate& today,
-                                QSet<QString>& titles);
+/// Puts an entry and its time on top of `rows`, a listing that is newest first under headings of
+/// dates: under the topmost heading, after that of its date when `titles`, the dates that have one,
+/// lacks it. Returns whether it did. Constant time.
+bool putOnTop(std::deque<LogContent>& rows, QSet<QString>& titles, const Stamp& stamp,
+              const LogContent& entry);
 
-/// The rows of lines whose dates do not matter: the same from the first line on.
-QVector<LogContent> historyRows(const QByteArray& lines, QSet<QString>& titles);
+/// Puts a file line, trimmed, on top of a listing; one without a level tag (debug lines,
+/// continuation lines) is skipped.
+void tranLineToObj(std::string_view line, std::deque<LogContent>& rows, QSet<QString>& titles);
+
+/// The listing of the lines of `file` from the first recent one on. Linear in the file's size.
+std::deque<LogContent> historyRows(const QByteArray& file, int days, const QDate& today);
 
 } // namespace logformat

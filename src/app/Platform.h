@@ -7,6 +7,9 @@
 #include <QUrl>
 
 #include <functional>
+#include <optional>
+
+#include <sys/types.h>
 
 /// What the program takes from its surroundings and a test may replace. Set up before the code
 /// under test runs and left alone afterwards; reading is thread-safe under that rule.
@@ -27,6 +30,14 @@ struct Platform
     /// script and its tools: the folder of the executable. No trailing "/".
     std::function<QString()> programDir;
 
+    /// Sets a variable of this process that the session leaves open, for our own libraries to
+    /// read. Programs that we start do not get it.
+    void setForOurselves(const char* name, const QByteArray& value);
+
+    /// This process's environment without what setForOurselves() added: what every program that we
+    /// start gets.
+    QProcessEnvironment sessionEnvironment() const;
+
     /// Gives up being the first copy, starts this program anew, detached, with the arguments, and
     /// ends the event loop, also when the start fails. How a logout leads back to the login window.
     std::function<void(const QStringList& arguments)> relaunch;
@@ -37,7 +48,8 @@ struct Platform
     /// Ends the program's event loop.
     std::function<void()> quit;
 
-    /// Opens an address in the desktop's default application.
+    /// Opens an address in the desktop's default application. GUI thread, once a window stands and
+    /// the network is in use: from then on this process is without what setForOurselves() added.
     std::function<bool(const QUrl&)> openUrl;
 
     /// Starts a program that outlives this one, without arguments, with this environment.
@@ -50,6 +62,10 @@ struct Platform
     /// `path` below fileRoot.
     QString hostFile(const QString& path) const { return fileRoot + path; }
 
+    /// The user that the peer of a connected local socket ran as when it connected; nothing when
+    /// the system does not say.
+    std::function<std::optional<uid_t>(int descriptor)> peerUser;
+
     /// This machine's own IPv4 address in dotted form, in place of what the network interfaces say.
     /// Not set for the real one.
     std::function<QString()> ownAddress;
@@ -58,6 +74,11 @@ struct Platform
     QString programFile(const QString& name) const;
 
     Platform();
+
+private:
+    void dropOwnVariables();
+
+    QStringList m_ownVariables;
 };
 
 /// The one instance, filled with the real surroundings on first use.

@@ -1,5 +1,7 @@
 #include "app/ProcessRun.h"
 
+#include "app/Platform.h"
+
 #include <QProcess>
 
 namespace {
@@ -19,7 +21,7 @@ ProcessRun runProcess(const QString& program, const QStringList& arguments, int 
                      [&] { keep(run.errors, process.readAllStandardError()); });
     QObject::connect(&process, &QProcess::readyReadStandardOutput, &process,
                      [&] { keep(run.output, process.readAllStandardOutput()); });
-    process.setProcessEnvironment(QProcessEnvironment::systemEnvironment());
+    process.setProcessEnvironment(platform().sessionEnvironment());
     process.start(program, arguments, QIODevice::ReadOnly);
     run.finished = process.waitForFinished(timeoutMs);
     run.exitCode = process.exitCode();

@@ -16,7 +16,8 @@ struct ProcessRun
     QByteArray errors;     ///< the same of its standard error
 };
 
-/// Runs a program with this program's environment, never through a shell, and waits for it on
-/// the calling thread, at most `timeoutMs`; one that still runs then is killed. However much it
-/// writes, no more than ProcessRun::kKept bytes of each channel are held. Any thread.
+/// Runs a program with the session's environment (Platform::sessionEnvironment), never through a
+/// shell, and waits for it on the calling thread, at most `timeoutMs` (-1: as long as it takes);
+/// one that still runs then is killed. However much it writes, no more than ProcessRun::kKept bytes
+/// of each channel are held. Any thread.
 ProcessRun runProcess(const QString& program, const QStringList& arguments, int timeoutMs);

@@ -1,8 +1,8 @@
 #include "app/SingleApp.h"
 
+#include "app/LocalServer.h"
 #include "app/Platform.h"
 
-#include <QLocalServer>
 #include <QLocalSocket>
 
 SingleApp* SingleApp::m_pInstance = new SingleApp;
@@ -36,14 +36,14 @@ bool SingleApp::isAreadyRun()
 
 void SingleApp::startInstance()
 {
-    QLocalServer::removeServer(socketName());
+    LocalServer::removeServer(socketName());
     delete m_LocalServer;
-    m_LocalServer = new QLocalServer;
-    m_LocalServer->setSocketOptions(QLocalServer::WorldAccessOption);
+    m_LocalServer = new LocalServer;
+    m_LocalServer->setSocketOptions(LocalServer::WorldAccessOption);
     m_LocalServer->listen(socketName());
 }
 
-QLocalServer* SingleApp::getLocalServer() const
+LocalServer* SingleApp::getLocalServer() const
 {
     return m_LocalServer;
 }

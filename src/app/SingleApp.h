@@ -1,11 +1,11 @@
 #pragma once
 
-class QLocalServer;
+class LocalServer;
 
 /// Keeps the program to one copy per installation: the first copy listens on the local socket
 /// "UI_SOCKET" in the program's folder, later copies find it. The main window receives the
-/// datapath agent's notifications on the same server. One object for the whole process, made
-/// when the program is loaded. GUI thread.
+/// datapath agent's notifications on the same server, whose connections are bounded from the start.
+/// One object for the whole process, made when the program is loaded. GUI thread.
 class SingleApp
 {
 public:
@@ -22,7 +22,7 @@ public:
     void startInstance();
 
     /// The server; null before startInstance().
-    QLocalServer* getLocalServer() const;
+    LocalServer* getLocalServer() const;
 
     /// Closes the server and deletes the object, so that a new copy can become the first.
     static void release();
@@ -32,6 +32,6 @@ public:
 private:
     SingleApp() = default;
 
-    QLocalServer* m_LocalServer = nullptr;
+    LocalServer* m_LocalServer = nullptr;
     static SingleApp* m_pInstance;
 };

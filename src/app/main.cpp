@@ -3,6 +3,7 @@
 #include "app/DeepinShadowEffectListener.h"
 #include "app/Log.h"
 #include "app/SingleApp.h"
+#include "app/Startup.h"
 #include "login/DlgLogin.h"
 #include "main/DlgMain.h"
 #include "res/Font.h"
@@ -45,10 +46,12 @@ static int runSession(QApplication& app)
 int main(int argc, char* argv[])
 {
     const LogEnd logEnd;
+    startup::prepare();
     appearance::prepare();
     initPictures();
     initFont();
     QApplication app(argc, argv);
+    startup::joinScreenReader();
     ConfigUtil::createConfigPath();
     QSystemSemaphore guard(QStringLiteral("com.orvek.ostrana"), 1, QSystemSemaphore::Create);
     appearance::applyPalette(app);

@@ -3,10 +3,7 @@
 #include "app/Platform.h"
 #include "app/ProcessRun.h"
 
-#include <QFile>
 #include <QRegularExpression>
-
-#include <cstdlib>
 
 namespace dispatchtool {
 
@@ -57,8 +54,9 @@ QString captureFolderText(const QString& folder)
 void run(const QString& argumentText)
 {
     const QString line = QLatin1Char('"') + escaped(tool()) + QStringLiteral("\" ") + argumentText;
-    const int status = std::system(QFile::encodeName(line).constData());
-    Q_UNUSED(status) // the tool does not say whether it succeeded
+    // As system() does it, but with the session's environment. Whether it succeeded the tool does
+    // not say.
+    runProcess(QStringLiteral("/bin/sh"), {QStringLiteral("-c"), line}, -1);
 }
 
 QString captureFolder()

@@ -2,7 +2,6 @@
 
 #include <QByteArray>
 #include <QString>
-#include <QStringList>
 
 /// The datapath's command-line tool "dispatch" in the program's folder, through which the diagnosis
 /// sends text commands to the dispatch service.

@@ -1,8 +1,8 @@
 #pragma once
 
 /// Client of the datapath's dispatch service: a request/response protocol on a TCP port of the
-/// loopback interface. One process-wide connection, GUI thread only. Calls block; a
-/// service that does not accept or does not answer is given up after two seconds.
+/// loopback interface. One process-wide connection, GUI thread only. Calls block; a service that
+/// does not accept is given up after two seconds, and one that does not answer after two more.
 ///
 /// Results are 0 for success or a negated errno value: -1 not connected, -EIO a receive failure,
 /// a silent or a closing service, -ENOMEM a reply too large, -EINVAL no message buffer or a reply

@@ -4,7 +4,7 @@
 #include "app/Platform.h"
 #include "login/PrivacyText.h"
 #include "widgets/DialogFrame.h"
-#include "widgets/Style.h"
+#include "widgets/WidgetParts.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -15,18 +15,17 @@
 #include <QVBoxLayout>
 
 DialogPrivacy::DialogPrivacy(QWidget* parent)
-    : OtpBaseDlg(parent), m_Parent(parent), m_updateLabel(new QLabel(contentWidget()))
+    : OtpBaseDlg(parent), m_Parent(parent),
+      m_updateLabel(makeLabel(contentWidget(), "updateLabel", "hint"))
 {
     setObjectName(QStringLiteral("DialogPrivacy"));
     setWindowFlags(Qt::Dialog | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
     setFixedSize(440, 304);
     m_closeBtn->setObjectName(QStringLiteral("btnclose"));
 
-    auto* title = new QLabel(tr("User Agreement and Privacy Policy"), contentWidget());
-    title->setObjectName(QStringLiteral("labelTitle"));
+    QLabel* title =
+        makeLabel(contentWidget(), "labelTitle", "", tr("User Agreement and Privacy Policy"));
     setWindowTitle(title->text());
-    m_updateLabel->setObjectName(QStringLiteral("updateLabel"));
-    setRole(m_updateLabel, "hint");
 
     QTextBrowser* body = makeBody();
     QWidget* buttons = makeButtons();
@@ -44,8 +43,7 @@ QTextBrowser* DialogPrivacy::makeBody()
 {
     const bool chinese = platform().isChinese();
     const QString colour = QStringLiteral("rgb(2, 144, 255)");
-    auto* body = new QTextBrowser(contentWidget());
-    body->setObjectName(QStringLiteral("labelText"));
+    auto* body = named(new QTextBrowser(contentWidget()), "labelText");
     body->setAccessibleName(tr("User Agreement and Privacy Policy"));
     body->document()->setDocumentMargin(0);
     body->setOpenLinks(false); // opened by the desktop, not in here
@@ -66,15 +64,9 @@ QTextBrowser* DialogPrivacy::makeBody()
 QWidget* DialogPrivacy::makeButtons()
 {
     auto* row = new QWidget(contentWidget());
-    auto* refuse = new QPushButton(tr("Decline"), row);
-    refuse->setObjectName(QStringLiteral("btnRefuse"));
-    setRole(refuse, "secondary");
-    auto* agree = new QPushButton(tr("Accept"), row);
-    agree->setObjectName(QStringLiteral("btnAgree"));
+    QPushButton* refuse = makeDialogButton(row, "btnRefuse", "secondary", tr("Decline"));
+    QPushButton* agree = makeDialogButton(row, "btnAgree", "primary", tr("Accept"));
     agree->setDefault(true);
-    setRole(agree, "primary");
-    for (QPushButton* button : {refuse, agree})
-        button->setCursor(Qt::PointingHandCursor);
     connect(refuse, &QPushButton::clicked, this, &QDialog::reject);
     connect(agree, &QPushButton::clicked, this, &QDialog::accept);
 

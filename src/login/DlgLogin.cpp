@@ -2,35 +2,37 @@
 
 #include "app/ConfigUtil.h"
 #include "app/Log.h"
+#include "app/NamedTimer.h"
 #include "app/Platform.h"
 #include "app/Product.h"
+#include "login/CustomerStep.h"
 #include "login/DlgLoginUi.h"
 #include "login/LoginInput.h"
+#include "login/LoginRequest.h"
+#include "maintenance/MaintenanceWatch.h"
 #include "orch/ErrorCatalogue.h"
-#include "orch/OrchErrRes.h"
-#include "orch/Util.h"
-#include "upgrade/DlgUpgrade.h"
+#include "orch/TextUtil.h"
+#include "upgrade/UpgradeWatch.h"
+#include "widgets/FramelessDrag.h"
 #include "widgets/Style.h"
 #include "widgets/WidgetTopPrompt.h"
 
 #include <QCheckBox>
+#include <QCoreApplication>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMouseEvent>
 #include <QPainterPath>
 #include <QPushButton>
 #include <QRegion>
 #include <QShowEvent>
-#include <QStackedWidget>
-#include <QTimer>
 
 namespace {
 
 constexpr int kSlowConnectionMs = 40000;
 
-QString savedText(const QString& key)
+QString savedTrimmed(const QString& key)
 {
-    return ConfigUtil::getvalue(key, QString()).toString().trimmed();
+    return ConfigUtil::savedText(key).trimmed();
 }
 
 // The state of a remembered check box; one never set is on when there are saved credentials.
@@ -38,8 +40,8 @@ bool restoreTriState(const QString& key, QObject* context)
 {
     int state = ConfigUtil::getvalue(key, -1).toInt();
     if (state == -1) {
-        const bool saved =
-            !savedText(ConfigUtil::TOKEN).isEmpty() && !savedText(ConfigUtil::PASSWORD).isEmpty();
+        const bool saved = !savedTrimmed(ConfigUtil::TOKEN).isEmpty() &&
+                           !savedTrimmed(ConfigUtil::PASSWORD).isEmpty();
         state = saved ? Qt::Checked : Qt::Unchecked;
         // A write waits for the disk: the window comes first.
         QTimer::singleShot(0, context, [key, state] { ConfigUtil::writeValue(key, state); });
@@ -51,17 +53,21 @@ bool restoreTriState(const QString& key, QObject* context)
 
 DlgLogin::DlgLogin(QWidget* parent)
     : QDialog(parent), ui(std::make_unique<DlgLoginUi>(this)),
-      m_OrchErrRes(OrchErrRes::getInstance())
+      promptWidge(new WidgetTopPrompt(this)), m_context([this] { return fields(); }),
+      m_customer(new CustomerStep(m_context, this)), m_request(new LoginRequest(m_context, this)),
+      m_upgrade(new UpgradeWatch(this, false)), m_maintenance(new MaintenanceWatch(this)),
+      m_ConnectSlowWarningTimer(makeTimer(this, "m_ConnectSlowWarningTimer", kSlowConnectionMs,
+                                          &DlgLogin::showConnectionSlowWarning))
 {
     buildWindow();
     restoreCheckBoxes();
     dropInvalidToken();
     restoreFields();
-    createTimer();
+    wireSteps();
+    wireNotices();
     Log::clearLog();
     parseAppArguments();
     startByItself();
-    m_DlgUpgrade = new DlgUpgrade(this, false);
     connectInputs();
 }
 
@@ -80,7 +86,6 @@ void DlgLogin::buildWindow()
     outline.addRoundedRect(rect(), 1, 1);
     setMask(QRegion(outline.toFillPolygon().toPolygon()));
 
-    promptWidge = new WidgetTopPrompt(this);
     ui->versionLabel->setText(tr("Version ") + QLatin1String(product::kVersion));
     ui->btnLogin->setDefault(true);
     for (QLineEdit* field : {ui->customerId, ui->username, ui->password})
@@ -96,7 +101,7 @@ void DlgLogin::restoreCheckBoxes()
 
 void DlgLogin::dropInvalidToken()
 {
-    const QString token = savedText(ConfigUtil::TOKEN);
+    const QString token = savedTrimmed(ConfigUtil::TOKEN);
     if (Util::isTokenValid(token))
         return;
     for (const QString& key : {ConfigUtil::TOKEN, ConfigUtil::PASSWORD, ConfigUtil::USERNAME})
@@ -107,35 +112,81 @@ void DlgLogin::dropInvalidToken()
 
 void DlgLogin::restoreFields()
 {
-    m_CustomerID = savedText(ConfigUtil::CUSTOMERID);
-    QString customer = savedText(ConfigUtil::CUSTOMERIDSTR);
+    m_context.m_CustomerID = savedTrimmed(ConfigUtil::CUSTOMERID);
+    QString customer = savedTrimmed(ConfigUtil::CUSTOMERIDSTR);
     if (customer.isEmpty())
-        customer = m_CustomerID;
-    ui->password->setText(savedText(ConfigUtil::PASSWORD));
+        customer = m_context.m_CustomerID;
+    ui->password->setText(savedTrimmed(ConfigUtil::PASSWORD));
 
     if (!ui->remePwCheckBox->isChecked()) {
-        if (!savedText(ConfigUtil::TOKEN).isEmpty())
+        if (!savedTrimmed(ConfigUtil::TOKEN).isEmpty())
             ConfigUtil::writeValue(ConfigUtil::TOKEN, QString());
         ui->password->clear();
     }
 
     offerForgetPassword(ConfigUtil::getvalue(ConfigUtil::SUPPORT_FORGET_PASSWORD, true).toBool());
     ui->customerId->setText(customer);
-    ui->username->setText(savedText(ConfigUtil::USERNAME));
+    ui->username->setText(savedTrimmed(ConfigUtil::USERNAME));
 }
 
-void DlgLogin::createTimer()
+void DlgLogin::wireSteps()
 {
-    m_ConnectSlowWarningTimer = new QTimer(this);
-    m_ConnectSlowWarningTimer->setObjectName(QStringLiteral("m_ConnectSlowWarningTimer"));
-    m_ConnectSlowWarningTimer->setInterval(kSlowConnectionMs);
-    connect(m_ConnectSlowWarningTimer, &QTimer::timeout, this,
-            &DlgLogin::showConnectionSlowWarning);
+    connect(m_customer, &CustomerStep::agreementNeeded, this, &DlgLogin::showPrivacyLater);
+    connect(m_customer, &CustomerStep::verified, this, [this] {
+        m_ConnectSlowWarningTimer->stop();
+        showCustomerId(ui->customerId->text().trimmed());
+    });
+    connect(m_customer, &CustomerStep::customerChanged, this, [this] {
+        forgetCredentials();
+        m_EmptyPass = true;
+    });
+    connect(m_customer, &CustomerStep::failed, this, [this](const OrchReply& reply) {
+        m_ConnectSlowWarningTimer->stop();
+        restoreContinue();
+        reportHttpErr(reply);
+    });
+    connect(m_customer, &CustomerStep::forgetPasswordSupported, this,
+            &DlgLogin::offerForgetPassword);
+    connect(m_customer, &CustomerStep::done, this, &DlgLogin::checkUpgrade);
 
-    m_approvalTimer = new QTimer(this);
-    m_approvalTimer->setObjectName(QStringLiteral("m_approvalTimer"));
-    m_approvalTimer->setSingleShot(true);
-    connect(m_approvalTimer, &QTimer::timeout, this, &DlgLogin::pollApproval);
+    connect(m_request, &LoginRequest::accepted, this, &DlgLogin::loginAccepted);
+    connect(m_request, &LoginRequest::passwordChangeForced, this, [this] {
+        ui->password->clear();
+        endLoginAttempt(errorText(ErrorText::LoginReplyUnusable)); // there is no page for it yet
+    });
+    connect(m_request, &LoginRequest::idle, this, [this] {
+        m_ConnectSlowWarningTimer->stop();
+        restoreLoginPage();
+    });
+    connect(m_request, &LoginRequest::ended, this, &DlgLogin::endLoginAttempt);
+    connect(m_request, &LoginRequest::refused, this, [this](const OrchReply& reply) {
+        m_ConnectSlowWarningTimer->stop();
+        reportHttpErr(reply);
+        restoreLoginPage();
+    });
+    connect(m_request, &LoginRequest::startAgain, this, [this] {
+        onResetPassword(true);
+        restoreLoginPage();
+    });
+    connect(m_request, &LoginRequest::submitted, promptWidge, &WidgetTopPrompt::hidePrompt);
+}
+
+void DlgLogin::wireNotices()
+{
+    const auto check = [this] { m_maintenance->_queryOrchUpgradeWhen502(m_context.attempt); };
+    connect(m_customer, &CustomerStep::badGateway, this, check);
+    connect(m_request, &LoginRequest::badGateway, m_ConnectSlowWarningTimer, &QTimer::stop);
+    connect(m_request, &LoginRequest::badGateway, this, check);
+    connect(m_maintenance, &MaintenanceWatch::noticeTime, this, [](qlonglong minutes) {
+        qApp->setProperty(appproperty::kOrchUpgradeNoticeTime, minutes);
+    });
+    connect(m_maintenance, &MaintenanceWatch::slow, this, &DlgLogin::showConnectionSlowWarning);
+    connect(m_maintenance, &MaintenanceWatch::error, this, &DlgLogin::showError);
+    connect(m_maintenance, &MaintenanceWatch::failed, this, &DlgLogin::reportHttpErr);
+    connect(m_maintenance, &MaintenanceWatch::done, this, [this] {
+        m_ConnectSlowWarningTimer->stop();
+        _resetAllBtnStyle();
+    });
 }
 
 void DlgLogin::parseAppArguments()
@@ -143,8 +194,7 @@ void DlgLogin::parseAppArguments()
     const LoginArguments arguments = LoginArguments::parse(platform().arguments());
     if (!arguments.logout)
         return;
-    ui->customerIdLabel->setText(
-        Util::GetStringWithLength(savedText(ConfigUtil::CUSTOMERIDSTR), 12));
+    showCustomerId(savedTrimmed(ConfigUtil::CUSTOMERIDSTR));
     m_reLogin = true;
     if (arguments.invalidToken) {
         showError(errorText(ErrorText::LoginExpired));
@@ -157,12 +207,12 @@ void DlgLogin::parseAppArguments()
 
 void DlgLogin::startByItself()
 {
-    m_passwordAtStart = ui->password->text();
+    m_context.passwordAtStart = ui->password->text();
     if (ConfigUtil::getvalue(ConfigUtil::AGREE_PRIVACY, 0).toInt() != 1) {
         showPrivacyLater();
     } else if (!ui->customerId->text().isEmpty() && !ui->username->text().isEmpty()) {
         ui->btnContinue->setEnabled(false);
-        getPrivacyVerFromMain();
+        m_customer->getPrivacyVerFromMain();
     }
 }
 
@@ -197,7 +247,7 @@ bool DlgLogin::eventFilter(QObject* object, QEvent* event)
 {
     const bool focusIn = event->type() == QEvent::FocusIn;
     if (focusIn || event->type() == QEvent::FocusOut) {
-        if (auto* field = qobject_cast<QLineEdit*>(object))
+        if (auto* field = qobject_cast<EntryField*>(object))
             DlgLoginUi::showFieldIcon(field, focusIn);
     }
     return QDialog::eventFilter(object, event);
@@ -205,12 +255,10 @@ bool DlgLogin::eventFilter(QObject* object, QEvent* event)
 
 void DlgLogin::mousePressEvent(QMouseEvent* event)
 {
-    m_dragOffset = event->globalPos() - frameGeometry().topLeft();
-    event->accept();
+    beginDrag(m_dragOffset, event, this);
 }
 
 void DlgLogin::mouseMoveEvent(QMouseEvent* event)
 {
-    if (event->buttons() & Qt::LeftButton)
-        move(event->globalPos() - m_dragOffset);
+    continueDrag(m_dragOffset, event, this);
 }

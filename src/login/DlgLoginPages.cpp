@@ -4,9 +4,9 @@
 #include "app/ConfigUtil.h"
 #include "login/DlgLogin.h"
 #include "login/DlgLoginUi.h"
-#include "login/LoginInput.h"
-#include "orch/ErrorCatalogue.h"
-#include "orch/Util.h"
+#include "login/LoginRequest.h"
+#include "maintenance/OrchUpgradeDialog.h"
+#include "orch/TextUtil.h"
 #include "widgets/WidgetTopPrompt.h"
 
 #include <QCheckBox>
@@ -15,6 +15,11 @@
 #include <QPushButton>
 #include <QStackedWidget>
 #include <QTimer>
+
+LoginFields DlgLogin::fields() const
+{
+    return {ui->customerId->text(), ui->username->text(), ui->password->text()};
+}
 
 void DlgLogin::changeCurPage(const LOGIN_PAGE& page)
 {
@@ -39,7 +44,9 @@ void DlgLogin::on_backBtn_clicked()
 {
     if (m_pageStack.isEmpty())
         return;
+    m_context.byHand = false;
     beginAttempt();
+    m_request->forgetApproval();
     LOGIN_PAGE previous = DLG_LOGIN_PAGE;
     if (m_curPage == DLG_FORCERESETPASSWORD_PAGE) {
         m_pageStack.clear();
@@ -49,24 +56,12 @@ void DlgLogin::on_backBtn_clicked()
     }
     m_showUpgradeDialog = false;
     if (previous == DLG_LOGIN_PAGE) {
-        m_otpMiddleToken.clear();
-        m_verifyNum.clear();
+        m_request->forgetAuthenticator();
         forgetCredentials();
     }
     showPage(previous);
     ui->btnForgetPasswd->setEnabled(true);
     _resetAllBtnStyle();
-}
-
-// What an earlier attempt still waits for no longer counts.
-void DlgLogin::beginAttempt()
-{
-    ++m_attempt;
-    m_loginInFlight = false;
-    m_approvalTimer->stop();
-    m_ConnectSlowWarningTimer->stop();
-    m_RequestIdForPoll.clear();
-    setProperty(kAsynAuth, false);
 }
 
 void DlgLogin::on_close_clicked()
@@ -77,6 +72,7 @@ void DlgLogin::on_close_clicked()
 void DlgLogin::forgetCredentials()
 {
     ui->password->clear();
+    onBtnLoginEnableChanged();
     ConfigUtil::writeValue(ConfigUtil::TOKEN, QString());
     ConfigUtil::writeValue(ConfigUtil::PASSWORD, QString());
 }
@@ -94,6 +90,12 @@ void DlgLogin::_resetAllBtnStyle()
     onBtnLoginEnableChanged();
 }
 
+void DlgLogin::restoreLoginPage()
+{
+    onBtnLoginEnableChanged();
+    ui->btnForgetPasswd->setEnabled(true);
+}
+
 void DlgLogin::onBtnLoginEnableChanged()
 {
     ui->btnLogin->setEnabled(!ui->username->text().isEmpty() && !ui->password->text().isEmpty());
@@ -106,9 +108,9 @@ void DlgLogin::offerForgetPassword(bool supported)
     ui->btnForgetPasswd->setVisible(supported && hasPage);
 }
 
-void DlgLogin::showCustomerId()
+void DlgLogin::showCustomerId(const QString& customerId)
 {
-    ui->customerIdLabel->setText(Util::GetStringWithLength(ui->customerId->text().trimmed(), 12));
+    ui->customerIdLabel->setText(Util::GetStringWithLength(customerId, 12));
 }
 
 void DlgLogin::showError(const QString& text)
@@ -136,14 +138,16 @@ void DlgLogin::on_username_textEdited(const QString&)
 
 void DlgLogin::clearTokenAndPass()
 {
+    if (m_request->isApprovalOfAnother(fields())) {
+        beginAttempt();
+        m_request->forgetApproval();
+        restoreLoginPage();
+    }
     if (!ui->btnLogin->isEnabled() || m_EmptyPass)
         return;
-    const auto saved = [](const QString& key) {
-        return ConfigUtil::getvalue(key, QString()).toString();
-    };
-    const bool other = ui->customerId->text() != saved(ConfigUtil::CUSTOMERIDSTR) ||
-                       ui->username->text() != saved(ConfigUtil::USERNAME);
-    if (!other || saved(ConfigUtil::PASSWORD).isEmpty())
+    const bool other = ui->customerId->text() != ConfigUtil::savedText(ConfigUtil::CUSTOMERIDSTR) ||
+                       ui->username->text() != ConfigUtil::savedText(ConfigUtil::USERNAME);
+    if (!other || ConfigUtil::savedText(ConfigUtil::PASSWORD).isEmpty())
         return;
     ui->password->clear();
     m_EmptyPass = true;
@@ -152,7 +156,7 @@ void DlgLogin::clearTokenAndPass()
 
 void DlgLogin::on_password_textEdited(const QString& text)
 {
-    if (text != ConfigUtil::getvalue(ConfigUtil::PASSWORD, QString()).toString())
+    if (text != ConfigUtil::savedText(ConfigUtil::PASSWORD))
         ConfigUtil::writeValue(ConfigUtil::TOKEN, QString());
     if (text.isEmpty())
         m_EmptyPass = true;
@@ -170,28 +174,17 @@ void DlgLogin::on_autoLoginCheckBox_stateChanged(int state)
         ui->remePwCheckBox->setChecked(true);
 }
 
-void DlgLogin::on_btnLogin_clicked()
+void DlgLogin::onResetPassword(bool isSucc)
 {
-    m_loginBreak = false;
-    m_byHand = true;
-    beginAttempt();
-    promptWidge->hidePrompt();
-    ui->username->setText(Util::removeUnvisibleUnicode(ui->username->text()));
-    ui->password->setText(ui->password->text().trimmed());
+    if (!isSucc)
+        return;
+    m_pageStack.clear();
+    m_pageStack.push(DLG_CUSTOMER_PAGE);
+    forgetCredentials();
+    showPage(DLG_LOGIN_PAGE);
+}
 
-    switch (checkLoginInput(ui->username->text(), ui->password->text())) {
-    case LoginInputFault::Incomplete:
-        return showError(errorText(ErrorText::LoginPageIncomplete));
-    case LoginInputFault::UsernameTooLong:
-        return showError(errorText(ErrorText::UsernameTooLong));
-    case LoginInputFault::PasswordTooLong:
-        return showError(errorText(ErrorText::PasswordTooLong));
-    case LoginInputFault::None:
-        break;
-    }
-    ui->btnLogin->setEnabled(false);
-    if (m_reLogin)
-        _authConfig(QStringLiteral("_authUserLogin"));
-    else
-        _authUserLogin();
+void DlgLogin::onShowOrchUpgradeDialog(const OrchUpgradeReply& notice, NoticeType type)
+{
+    showOrchUpgradeDialog(this, notice, type);
 }

@@ -1,17 +1,15 @@
 #include "login/DlgLoginUi.h"
 
-#include "login/DlgLogin.h"
 #include "widgets/BackButton.h"
 #include "widgets/BrandPanel.h"
 #include "widgets/IconButton.h"
 #include "widgets/Style.h"
+#include "widgets/WidgetParts.h"
 
-#include <QAction>
 #include <QCheckBox>
-#include <QFrame>
+#include <QDialog>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QLineEdit>
 #include <QPushButton>
 #include <QStackedWidget>
 #include <QVBoxLayout>
@@ -23,48 +21,31 @@ constexpr int kHeight = 400;
 constexpr int kBrandWidth = 240;
 constexpr int kFormWidth = 264;
 
-template <class Widget>
-Widget* named(Widget* widget, const char* name)
+EntryField* field(QWidget* parent, const char* name, const QString& title, const char* icon)
 {
-    widget->setObjectName(QLatin1String(name));
-    return widget;
-}
-
-QLineEdit* field(QWidget* parent, const char* name, const QString& title, const char* icon)
-{
-    auto* edit = named(new QLineEdit(parent), name);
+    auto* edit = named(new EntryField(parent), name);
     edit->setProperty("role", "field");
     edit->setPlaceholderText(title);
     edit->setAccessibleName(title);
     edit->setFixedHeight(36);
     edit->setProperty("fieldIcon", QLatin1String(icon));
-    edit->addAction(QIcon(), QLineEdit::LeadingPosition);
     DlgLoginUi::showFieldIcon(edit, false);
     return edit;
 }
 
 QPushButton* button(QWidget* parent, const char* name, const QString& text, const char* role)
 {
-    auto* push = named(new QPushButton(text, parent), name);
-    push->setProperty("role", role);
+    QPushButton* push = makeButton(parent, name, role, text);
     push->setAutoDefault(true); // Return presses the button that has the focus
     return push;
 }
 
-QLabel* title(QWidget* parent, const QString& text)
-{
-    auto* label = new QLabel(text, parent);
-    label->setProperty("role", "title");
-    return label;
-}
-
 } // namespace
 
-void DlgLoginUi::showFieldIcon(QLineEdit* field, bool focused)
+void DlgLoginUi::showFieldIcon(EntryField* field, bool focused)
 {
     const QString name = field->property("fieldIcon").toString();
-    field->actions().constFirst()->setIcon(
-        pictureIcon(name + QLatin1String(focused ? "_on.png" : ".png")));
+    field->setPicture(pictureIcon(name + QLatin1String(focused ? "_on.png" : ".png")));
 }
 
 DlgLoginUi::DlgLoginUi(QDialog* window)
@@ -78,7 +59,7 @@ DlgLoginUi::DlgLoginUi(QDialog* window)
 
     auto* right = new QVBoxLayout;
     right->setContentsMargins(0, 0, 0, 0);
-    btnClose = named(new IconButton("close", DlgLogin::tr("Close"), window), "btnClose");
+    btnClose = named(new IconButton("close", tr("Close"), window), "btnClose");
     btnClose->setAutoDefault(true);
     auto* top = new QHBoxLayout;
     top->setContentsMargins(0, 14, 14, 0);
@@ -97,7 +78,7 @@ QWidget* DlgLoginUi::brandPanel(QDialog* window)
 {
     auto* panel = named(new BrandPanel(window), "brandPanel");
     panel->setFixedWidth(kBrandWidth);
-    versionLabel = named(new QLabel(panel), "versionLabel");
+    versionLabel = makeLabel(panel, "versionLabel", "");
     auto* column = new QVBoxLayout(panel);
     column->setContentsMargins(24, 24, 24, 16);
     column->addStretch();
@@ -108,13 +89,13 @@ QWidget* DlgLoginUi::brandPanel(QDialog* window)
 QWidget* DlgLoginUi::customerPage(QDialog* window)
 {
     auto* page = named(new QWidget(window), "customerPage");
-    customerId = field(page, "customerId", DlgLogin::tr("Customer ID"), "customer");
-    btnContinue = button(page, "btnContinue", DlgLogin::tr("Continue"), "primary");
+    customerId = field(page, "customerId", tr("Customer ID"), "customer");
+    btnContinue = button(page, "btnContinue", tr("Continue"), "primary");
     btnContinue->setFixedHeight(36);
     btnContinue->setAutoDefault(false); // the field's own Return presses it
-    auto* hint = new QLabel(
-        DlgLogin::tr("Enter the customer ID that you received from your administrator."), page);
-    hint->setProperty("role", "secondary");
+    QLabel* hint =
+        makeLabel(page, "", "secondary",
+                  tr("Enter the customer ID that you received from your administrator."));
     hint->setWordWrap(true);
     hint->setMinimumHeight(hint->heightForWidth(kFormWidth)); // the form does not ask it again
 
@@ -123,7 +104,7 @@ QWidget* DlgLoginUi::customerPage(QDialog* window)
     auto* column = new QVBoxLayout(form);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(16);
-    column->addWidget(title(form, DlgLogin::tr("Welcome")));
+    column->addWidget(makeLabel(form, "", "title", tr("Welcome")));
     column->addWidget(hint);
     column->addWidget(customerId);
     column->addWidget(btnContinue);
@@ -139,21 +120,19 @@ QWidget* DlgLoginUi::customerPage(QDialog* window)
 QWidget* DlgLoginUi::loginPage(QDialog* window)
 {
     auto* page = named(new QWidget(window), "loginPage");
-    backBtn_2 = named(new BackButton(DlgLogin::tr("Back"), page), "backBtn_2");
+    backBtn_2 = named(new BackButton(tr("Back"), page), "backBtn_2");
     backBtn_2->setAutoDefault(true);
 
-    auto* caption = new QLabel(DlgLogin::tr("Customer ID"), page);
-    caption->setProperty("role", "secondary");
-    customerIdLabel = named(new QLabel(page), "customerIdLabel");
-    customerIdLabel->setTextFormat(Qt::PlainText);
-    username = field(page, "username", DlgLogin::tr("Username"), "user");
-    password = field(page, "password", DlgLogin::tr("Password"), "password");
+    QLabel* caption = makeLabel(page, "", "secondary", tr("Customer ID"));
+    customerIdLabel = makeLabel(page, "customerIdLabel", "");
+    username = field(page, "username", tr("Username"), "user");
+    password = field(page, "password", tr("Password"), "password");
     password->setEchoMode(QLineEdit::Password);
-    remePwCheckBox = named(new QCheckBox(DlgLogin::tr("Remember me"), page), "remePwCheckBox");
-    autoLoginCheckBox = named(new QCheckBox(DlgLogin::tr("Auto Login"), page), "autoLoginCheckBox");
-    btnLogin = button(page, "btnLogin", DlgLogin::tr("Login"), "primary");
+    remePwCheckBox = named(new QCheckBox(tr("Remember me"), page), "remePwCheckBox");
+    autoLoginCheckBox = named(new QCheckBox(tr("Auto Login"), page), "autoLoginCheckBox");
+    btnLogin = button(page, "btnLogin", tr("Login"), "primary");
     btnLogin->setFixedHeight(36);
-    btnForgetPasswd = button(page, "btnForgetPasswd", DlgLogin::tr("Forget Password?"), "link");
+    btnForgetPasswd = button(page, "btnForgetPasswd", tr("Forget Password?"), "link");
 
     auto* customer = new QHBoxLayout;
     customer->setSpacing(8);
@@ -170,7 +149,7 @@ QWidget* DlgLoginUi::loginPage(QDialog* window)
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(12);
     column->addWidget(backBtn_2, 0, Qt::AlignLeft);
-    column->addWidget(title(form, DlgLogin::tr("Log in")));
+    column->addWidget(makeLabel(form, "", "title", tr("Log in")));
     column->addLayout(customer);
     column->addWidget(username);
     column->addWidget(password);

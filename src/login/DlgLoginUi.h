@@ -1,11 +1,12 @@
 #pragma once
 
-#include <QtGlobal>
+#include "widgets/EntryField.h"
+
+#include <QCoreApplication>
 
 class QCheckBox;
 class QDialog;
 class QLabel;
-class QLineEdit;
 class QPushButton;
 class QStackedWidget;
 class QWidget;
@@ -15,6 +16,7 @@ class QWidget;
 class DlgLoginUi
 {
     Q_DISABLE_COPY(DlgLoginUi)
+    Q_DECLARE_TR_FUNCTIONS(DlgLogin)
 
 public:
     /// Builds everything into `window`, which owns it.
@@ -25,13 +27,13 @@ public:
     QLabel* versionLabel;
 
     // Customer page
-    QLineEdit* customerId;
+    EntryField* customerId;
     QPushButton* btnContinue;
 
     // Login page
     QLabel* customerIdLabel;
-    QLineEdit* username;
-    QLineEdit* password;
+    EntryField* username;
+    EntryField* password;
     QCheckBox* remePwCheckBox;
     QCheckBox* autoLoginCheckBox;
     QPushButton* btnLogin;
@@ -39,7 +41,7 @@ public:
     QPushButton* backBtn_2;
 
     /// Swaps a field's leading icon between its plain and its focused variant.
-    static void showFieldIcon(QLineEdit* field, bool focused);
+    static void showFieldIcon(EntryField* field, bool focused);
 
 private:
     QWidget* brandPanel(QDialog* window);

@@ -2,6 +2,7 @@
 
 #include "orch/JsonUtil.h"
 #include "orch/OrchErrCode.h"
+#include "orch/OrchReply.h"
 
 namespace {
 
@@ -11,9 +12,8 @@ constexpr int kOtpStepRefused = 1112;
 
 } // namespace
 
-LoginReply LoginReply::fromJson(const QByteArray& body)
+LoginReply LoginReply::fromJson(const QJsonObject& json)
 {
-    const QJsonObject json = JsonUtil::object(body);
     const auto text = [&json](const char* key) {
         return json.value(QLatin1String(key)).toString();
     };
@@ -52,22 +52,19 @@ LoginFollowUp decideLogin(const LoginReply& reply, const QString& otpMiddleToken
     return LoginFollowUp::Unusable;
 }
 
-BindingDemand BindingDemand::fromJson(const QByteArray& body)
+bool isDeviceBing(const OrchReply& reply, QString& user, QString& token)
 {
-    const QJsonObject json = JsonUtil::object(body);
-    BindingDemand demand;
-    demand.demanded =
-        JsonUtil::getInt(json, QStringLiteral("code"), 0) == orchcode::kTokenInvalid &&
-        body.contains("message") && body.contains("mobileBindDevice");
-    const QJsonObject parameters = JsonUtil::getObject(json, QStringLiteral("parameters"));
-    demand.accountName = parameters.value(QLatin1String("accountName")).toString();
-    demand.middleToken = parameters.value(QLatin1String("deviceBindMiddleToken")).toString();
-    return demand;
+    if (reply.code() != orchcode::kTokenInvalid || !reply.body.contains("message") ||
+        !reply.body.contains("mobileBindDevice"))
+        return false;
+    const QJsonObject parameters = JsonUtil::getObject(reply.json(), QStringLiteral("parameters"));
+    user = JsonUtil::getQString(parameters, QStringLiteral("accountName"), user);
+    token = JsonUtil::getQString(parameters, QStringLiteral("deviceBindMiddleToken"), token);
+    return true;
 }
 
-LoginRefusal LoginRefusal::fromJson(const QByteArray& body)
+LoginRefusal LoginRefusal::fromJson(const QJsonObject& json)
 {
-    const QJsonObject json = JsonUtil::object(body);
     const int code = JsonUtil::getInt(json, QStringLiteral("code"), 0);
     LoginRefusal refusal;
     if (code == orchcode::kTokenInvalid) {

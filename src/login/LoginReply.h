@@ -1,8 +1,10 @@
 #pragma once
 
-#include <QByteArray>
+#include <QJsonObject>
 #include <QString>
 #include <QStringList>
+
+class OrchReply;
 
 /// The orchestrator's answer to a login request, read once.
 struct LoginReply
@@ -23,7 +25,7 @@ struct LoginReply
     bool allowChangePass = true;
     QStringList otpRecoverCode; ///< secret
 
-    static LoginReply fromJson(const QByteArray& body);
+    static LoginReply fromJson(const QJsonObject& json);
 };
 
 /// Where a login goes on after a reply.
@@ -41,15 +43,10 @@ enum class LoginFollowUp {
 /// intermediate token in force: the reply's own, or the earlier one while a code is submitted.
 LoginFollowUp decideLogin(const LoginReply& reply, const QString& otpMiddleToken);
 
-/// A refused login that demands that this device be associated with the account first.
-struct BindingDemand
-{
-    bool demanded = false;
-    QString accountName;
-    QString middleToken; ///< secret: allows to ask for the association; empty when it is refused
-
-    static BindingDemand fromJson(const QByteArray& body);
-};
+/// Whether a refused login demands that this device be associated with the account first. Then
+/// `user` names the account and `token`, a secret, allows to ask for the association; each is left
+/// alone when the reply does not name it.
+bool isDeviceBing(const OrchReply& reply, QString& user, QString& token);
 
 /// What a refused login changes beside its message.
 struct LoginRefusal
@@ -57,7 +54,7 @@ struct LoginRefusal
     QStringList otpRecoverCode; ///< secret: new recovery codes to be kept, if any
     bool startAgain = false;    ///< the authenticator's step is over: back to the login page
 
-    static LoginRefusal fromJson(const QByteArray& body);
+    static LoginRefusal fromJson(const QJsonObject& json);
 };
 
 /// What follows an answer to an approval poll.

@@ -1,14 +1,14 @@
 #include "login/LookupReply.h"
 
 #include "orch/JsonUtil.h"
-#include "orch/Util.h"
+#include "orch/TextUtil.h"
 
 #include <algorithm>
 
-LookupReply LookupReply::fromJson(const QByteArray& body)
+LookupReply LookupReply::fromJson(const QJsonObject& json)
 {
-    return {JsonUtil::getInt(body, QStringLiteral("customerId"), 0),
-            JsonUtil::getQString(body, QStringLiteral("orchDomain"), QString())};
+    return {JsonUtil::getInt(json, QStringLiteral("customerId"), 0),
+            JsonUtil::getQString(json, QStringLiteral("orchDomain"), QString())};
 }
 
 QString customerIdOf(const LookupReply& reply, const QString& typed, const QString& current)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QByteArray>
+#include <QJsonObject>
 #include <QString>
 
 /// What the lookup server says about a customer.
@@ -9,7 +9,7 @@ struct LookupReply
     int customerId = 0; ///< the numeric customer ID; 0 when the server names none
     QString orchDomain; ///< where the customer's orchestrator is; empty when unknown
 
-    static LookupReply fromJson(const QByteArray& body);
+    static LookupReply fromJson(const QJsonObject& json);
 };
 
 /// The customer ID that goes with a reply: the reply's number, else the typed text when it

@@ -6,9 +6,9 @@ namespace privacyversion {
 
 const QString kNewest = QStringLiteral("newest");
 
-QString fromJson(const QByteArray& body)
+QString fromJson(const QJsonObject& json)
 {
-    return JsonUtil::getQString(body, QStringLiteral("veltaro_privacy_version"), QString());
+    return JsonUtil::getQString(json, QStringLiteral("veltaro_privacy_version"), QString());
 }
 
 static QString replaceNewest(const QString& received, const QString& saved)

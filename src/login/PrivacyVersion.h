@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QByteArray>
+#include <QJsonObject>
 #include <QString>
 
 /// The rules about versions of the privacy agreement. Versions are compared as text.
@@ -23,7 +23,7 @@ struct Decision
 };
 
 /// The version that a lookup server's document names; empty when it names none.
-QString fromJson(const QByteArray& body);
+QString fromJson(const QJsonObject& json);
 
 /// The primary server answered: prompt when the received version sorts after the saved one.
 Decision afterPrimary(const QString& received, const QString& saved);

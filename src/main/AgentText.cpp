@@ -33,3 +33,31 @@ AgentText AgentText::read(const QString& text)
         result.event = Disconnect;
     return result;
 }
+
+bool AgentTextFilter::Moment::pass(qint64 now)
+{
+    // A clock that was set back does not close it for longer.
+    if (last && now >= *last && now - *last < kPause)
+        return false;
+    last = now;
+    return true;
+}
+
+AgentText AgentTextFilter::admit(const QString& text, bool trusted, qint64 now)
+{
+    AgentText said = AgentText::read(text);
+    said.trusted = trusted;
+    said.firewallEnabled = said.firewallEnabled && m_firewallEnabled.pass(now);
+    said.firewallDisabled = said.firewallDisabled && m_firewallDisabled.pass(now);
+    said.ruleNotFound = said.ruleNotFound && m_ruleNotFound.pass(now);
+    if (!trusted) {
+        said.event = AgentText::Nothing;
+        said.quiet = true;
+    } else if (said.event == AgentText::Nothing || said.event == AgentText::Firewall) {
+        if (text != m_lastText)
+            m_sameText.last.reset();
+        m_lastText = text;
+        said.quiet = !m_sameText.pass(now);
+    }
+    return said;
+}

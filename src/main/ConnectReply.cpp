@@ -1,11 +1,12 @@
 #include "main/ConnectReply.h"
 
 #include "orch/JsonUtil.h"
-#include "orch/Util.h"
+#include "orch/TextUtil.h"
 
-ConnectReply ConnectReply::fromJson(const QByteArray& body)
+#include <algorithm>
+
+ConnectReply ConnectReply::fromJson(const QJsonObject& json)
 {
-    const QJsonObject json = JsonUtil::object(body);
     const auto text = [&json](const char* key) {
         return JsonUtil::getQString(json, QLatin1String(key), QString());
     };
@@ -50,10 +51,22 @@ QByteArray ConnectReply::cpeAgentConf() const
     return conf;
 }
 
+bool ConnectReply::addressesFitLines() const
+{
+    const auto isControl = [](QChar c) { return c.category() == QChar::Other_Control; };
+    const auto fits = [&isControl](const QString& address) {
+        return std::none_of(address.cbegin(), address.cend(), isControl);
+    };
+    return fits(commuServerAddr) &&
+           std::all_of(candidateCommServers.cbegin(), candidateCommServers.cend(), fits);
+}
+
 QStringList ConnectReply::commServerHosts() const
 {
     QStringList hosts{Util::trimmedHost(commuServerAddr)};
     for (const QString& candidate : candidateCommServers) {
+        if (hosts.size() == kMostHosts)
+            break;
         const QString host = Util::trimmedHost(candidate);
         if (!hosts.contains(host))
             hosts.append(host);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QJsonObject>
 #include <QString>
 #include <QStringList>
 
@@ -27,9 +28,17 @@ struct ConnectReply
     int mobileTrafficVersion = -1;
     QString mobileTrafficDownloadUrl;
 
-    static ConnectReply fromJson(const QByteArray& body);
+    static ConnectReply fromJson(const QJsonObject& json);
+
+    /// Most hosts that are looked up, each by a request of its own.
+    static constexpr int kMostHosts = 64;
+
+    /// Whether no communication server's address holds a control character, which could add a
+    /// line to the agent's configuration.
+    bool addressesFitLines() const;
 
     /// The datapath agent's configuration: lines of key, "=" and value, each ended by a line feed.
+    /// Complete, however many candidates there are.
     QByteArray cpeAgentConf() const;
 
     /// The communication servers' hosts without their ports: the primary, then each candidate

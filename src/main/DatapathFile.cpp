@@ -1,23 +1,33 @@
 #include "main/DatapathFile.h"
 
 #include "app/LogMarker.h"
+#include "app/ProgramFile.h"
 
-#include <QFile>
+#include <QCoreApplication>
+
+namespace {
+
+struct Texts
+{
+    Q_DECLARE_TR_FUNCTIONS(DatapathFile)
+};
+
+} // namespace
 
 bool replaceDatapathFile(const QString& path, const QByteArray& content)
 {
-    QFile file(path);
-    if (file.exists() && !file.remove()) {
-        logDisplayCritical(QStringLiteral("Can not remove ") + path);
-        return false;
+    switch (ProgramFile::replace(path, content)) {
+    case ProgramFile::Replaced::Done:
+        return true;
+    case ProgramFile::Replaced::NotRemoved:
+        logDisplayCritical(Texts::tr("Can not remove ") + path);
+        break;
+    case ProgramFile::Replaced::NotOpened:
+        logDisplayCritical(Texts::tr("Can not open ") + path);
+        break;
+    case ProgramFile::Replaced::NotWritten:
+        logDisplayCritical(Texts::tr("Can not write ") + path);
+        break;
     }
-    if (!file.open(QIODevice::WriteOnly)) {
-        logDisplayCritical(QStringLiteral("Can not open ") + path);
-        return false;
-    }
-    if (file.write(content) != content.size() || !file.flush()) {
-        logDisplayCritical(QStringLiteral("Can not write ") + path);
-        return false;
-    }
-    return true;
+    return false;
 }

@@ -4,75 +4,64 @@
 #include "app/Log.h"
 #include "app/LogMarker.h"
 #include "app/LogModel.h"
-#include "app/Platform.h"
 #include "app/Product.h"
 #include "app/SingleApp.h"
 #include "dispatch/tarvelinGetFlowStatistics.h"
+#include "main/AgentChannel.h"
 #include "main/DlgMainUi.h"
+#include "main/HomePage.h"
+#include "main/Session.h"
+#include "main/SessionExit.h"
 #include "main/SessionRules.h"
-#include "monitor/MonitorDatapath.h"
+#include "main/TrafficWatch.h"
+#include "main/TrayIcon.h"
+#include "maintenance/MaintenanceWatch.h"
 #include "orch/OrchErrRes.h"
-#include "upgrade/DlgUpgrade.h"
+#include "orch/OrchReply.h"
+#include "upgrade/UpgradeWatch.h"
 #include "widgets/Style.h"
 #include "widgets/WidgeAbout.h"
+#include "widgets/WidgetSetting.h"
 #include "widgets/WidgetTopPrompt.h"
 
-#include <QAction>
 #include <QCoreApplication>
 #include <QLabel>
 #include <QListView>
-#include <QLocalServer>
-#include <QMenu>
-#include <QNetworkAccessManager>
 #include <QPainterPath>
 #include <QPushButton>
 #include <QRegion>
-#include <QTimer>
 #include <QToolButton>
 
 int& DlgMain::dispatchPort = dispatch::port;
 
 DlgMain::DlgMain(QWidget* parent)
     : QDialog(parent), ui(std::make_unique<DlgMainUi>(this)),
+      promptWidge(new WidgetTopPrompt(this)), m_session(new Session(this)),
+      m_home(new HomePage(*ui, *m_session, this)), m_exit(new SessionExit(this)),
+      m_upgrade(new UpgradeWatch(this, true)), m_maintenance(new MaintenanceWatch(this)),
       m_OrchErrRes(OrchErrRes::getInstance())
 {
-    m_lastReqOrchUpgradeTime = platform().now();
-    takeNoticeInterval();
     buildWindow();
     createLogModel();
     connectButtons();
-    initSysTray();
-    initMobileDetectUI();
+    m_tray = new TrayIcon(this);
     showUser();
-    m_FirstAutoConnect = true;
-    createTimers();
-    createNetwork();
+    wireSession();
+    wireExit();
+    wireNotices();
+    listen();
     showMenu(MENU_HOME);
     ui->btnConnect->setFocus();
-    checkAndClearDB();
+    m_session->checkAndClearDB();
     on_btnConnect_clicked();
     aboutBtnCSS = ui->btnAbout->styleSheet();
-    setMobileDetectWidgetVisible(false);
-    createUpgrade();
-    connect(monitor::MonitorDatapath::instance(), &monitor::MonitorDatapath::datapathVanished, this,
-            &DlgMain::onDatapathVanished);
+    m_upgrade->checkUpgrade(false);
 }
 
 DlgMain::~DlgMain()
 {
-    monitor::MonitorDatapath::instance()->stop();
     Log::setLogModel(nullptr);
     OrchErrRes::release();
-}
-
-// The login window leaves the orchestrator's interval behind; it is taken once.
-void DlgMain::takeNoticeInterval()
-{
-    const qlonglong minutes = qApp->property(appproperty::kOrchUpgradeNoticeTime).toLongLong();
-    if (minutes == 0)
-        return;
-    qApp->setProperty(appproperty::kOrchUpgradeNoticeTime, QVariant());
-    m_reqOrchInterval = minutes;
 }
 
 void DlgMain::buildWindow()
@@ -85,9 +74,7 @@ void DlgMain::buildWindow()
     QPainterPath outline;
     outline.addRoundedRect(rect(), 1, 1);
     setMask(QRegion(outline.toFillPolygon().toPolygon()));
-
-    promptWidge = new WidgetTopPrompt(this);
-    m_OrchErrRes->setCustomerId(ConfigUtil::getvalue(ConfigUtil::CUSTOMERID, QString()).toString());
+    m_OrchErrRes->setCustomerId(ConfigUtil::savedText(ConfigUtil::CUSTOMERID));
 }
 
 void DlgMain::createLogModel()
@@ -112,83 +99,98 @@ void DlgMain::connectButtons()
     connect(ui->btnSwitchAccount, &QPushButton::clicked, this,
             &DlgMain::on_btnSwitchAccount_clicked);
     connect(ui->btnQuitApp, &QPushButton::clicked, this, &DlgMain::on_btnQuitApp_clicked);
-    ui->btnConnect->installEventFilter(this);
-    ui->btnConnect->setAttribute(Qt::WA_Hover);
     enableViewAllLogBtn(true);
-}
-
-void DlgMain::initSysTray()
-{
-    m_Tray = new QSystemTrayIcon(windowIcon(), this);
-    m_Tray->setObjectName(QStringLiteral("m_Tray"));
-    m_Tray->setToolTip(QLatin1String(product::kName));
-    m_Menu = new QMenu(this);
-    m_Menu->setObjectName(QStringLiteral("m_Menu"));
-    m_ActShowWin =
-        m_Menu->addAction(tr("Open ") + QLatin1String(product::kName), this, &DlgMain::showWindow);
-    m_ActShowWin->setObjectName(QStringLiteral("m_ActShowWin"));
-    m_ActExit = m_Menu->addAction(tr("Exit"), this, &DlgMain::quitUI);
-    m_ActExit->setObjectName(QStringLiteral("m_ActExit"));
-    m_Tray->setContextMenu(m_Menu);
-    connect(m_Tray, &QSystemTrayIcon::activated, this, &DlgMain::activeTray);
-    m_Tray->setVisible(true);
-}
-
-void DlgMain::initMobileDetectUI()
-{
-    ui->m_mobileDetectLabel->setText(tr("Running in\nIntranet Mode"));
 }
 
 void DlgMain::showUser()
 {
-    const QString user = ConfigUtil::getvalue(ConfigUtil::USERNAME, QString()).toString();
+    const QString user = ConfigUtil::savedText(ConfigUtil::USERNAME);
     logDisplayInfo(tr("User ") + user + tr(" login successful"));
     ui->labelUserName->setText(session::headerName(user));
-    ui->labelUserName->setToolTip(user);
+    setPlainToolTip(ui->labelUserName, user);
 }
 
-QTimer* DlgMain::makeTimer(const char* name, int milliseconds, void (DlgMain::*slot)())
+void DlgMain::wireSession()
 {
-    auto* timer = new QTimer(this);
-    timer->setObjectName(QLatin1String(name));
-    timer->setInterval(milliseconds);
-    connect(timer, &QTimer::timeout, this, slot);
-    return timer;
+    connect(m_session, &Session::beginning, this, [this] {
+        m_attempt.begin();
+        ui->m_SettingWidge->clearDisable401();
+        if (!m_showPromptTemp)
+            promptWidge->hidePrompt();
+        m_showPromptTemp = false;
+    });
+    connect(m_session, &Session::changed, m_home, &HomePage::onStatus);
+    connect(m_session, &Session::changed, this, &DlgMain::onStatus);
+    connect(m_session, &Session::encryptionChanged, m_home, &HomePage::updateQuantumUI);
+    connect(m_session, &Session::intranetEntered, m_home, &HomePage::setupMobileConnected);
+    connect(m_session, &Session::intranetLeft, m_home, &HomePage::setupMobileDisConnected);
+    connect(m_session->traffic(), &TrafficWatch::measured, m_home, &HomePage::showRates);
+    connect(m_session->traffic(), &TrafficWatch::unmeasured, m_home, &HomePage::showNoRates);
+    connect(m_session->traffic(), &TrafficWatch::tunnelsRestored, promptWidge,
+            &WidgetTopPrompt::hidePrompt);
+    connect(m_session, &Session::error, this, &DlgMain::showError);
+    connect(m_session, &Session::warning, this, &DlgMain::showWarning);
+    connect(m_session, &Session::slow, this, &DlgMain::showConnectionSlowWarning);
+    connect(m_session, &Session::orderTold, this, &DlgMain::tellOrder);
+    connect(m_session, &Session::failed, this, &DlgMain::reportHttpErr);
+    connect(m_session, &Session::badGateway, this,
+            [this] { m_maintenance->_queryOrchUpgradeWhen502(m_attempt); });
+    connect(m_session, &Session::diagnosisWanted, this, [this] { startDiagnosis(TriggerByOrch); });
+    connect(m_session, &Session::reconnectDue, this, &DlgMain::on_btnConnect_clicked);
 }
 
-void DlgMain::createTimers()
+void DlgMain::wireExit()
 {
-    m_StartBtnAnimTimer = makeTimer("m_StartBtnAnimTimer", 400, &DlgMain::onStartBtnAnimTick);
-    m_WaitAgentTimer = makeTimer("m_WaitAgentTimer", 90000, &DlgMain::onWaitDpFailed);
-    m_StatCountTimer = makeTimer("m_StatCountTimer", 3000, &DlgMain::onStatusNotify);
-    m_ConnectSlowWarningTimer =
-        makeTimer("m_ConnectSlowWarningTimer", 40000, &DlgMain::showConnectionSlowWarning);
-    m_CheckIpTimer = makeTimer("m_CheckIpTimer", 5000, &DlgMain::onCheckIp);
-    m_HeartBeatSendFailedTimer =
-        makeTimer("m_HeartBeatSendFailedTimer", 30000, &DlgMain::onHeartBeatSendFailed);
+    connect(m_tray, &TrayIcon::openWanted, this, &DlgMain::showWindow);
+    connect(m_tray, &TrayIcon::exitWanted, this, &DlgMain::quitUI);
+    connect(m_session, &Session::refusedByAgent, this, [this] { logout(true, true, false, true); });
+    connect(m_session, &Session::invalidDocument, m_exit, &SessionExit::_handle401);
+    connect(m_session, &Session::invalidHeartbeat, this, [this](const OrchReply& reply) {
+        closeAllPopupDlg();
+        m_exit->endSession(invalidSessionEnd(reply, ui->m_SettingWidge->isDisable401()));
+    });
+    connect(m_exit, &SessionExit::windowWanted, this, &DlgMain::showWindow);
+    connect(m_exit, &SessionExit::explaining, m_session, &Session::holdReconnect);
+    connect(m_exit, &SessionExit::leaving, this,
+            [this](bool notifyOrch, ipc::DisconnectTypeReason reason) {
+                m_session->close();
+                m_upgrade->close();
+                disconnect(notifyOrch, reason);
+            });
 }
 
-void DlgMain::createNetwork()
+void DlgMain::wireNotices()
 {
-    m_NetMgr = new QNetworkAccessManager(this);
-    m_NetMgr->setTransferTimeout(40000);
-    connect(m_NetMgr, &QNetworkAccessManager::finished, this, &DlgMain::netReply);
+    connect(m_upgrade, &UpgradeWatch::versionChecked, ui->m_AboutWidge, &WidgeAbout::showVersion);
+    connect(m_upgrade, &UpgradeWatch::marked, this, &DlgMain::showHideYellowDot);
+    connect(ui->m_AboutWidge, &WidgeAbout::newVersionRequested, m_upgrade,
+            &UpgradeWatch::popUpgradeDlg);
+    connect(m_upgrade, &UpgradeWatch::forcing, this, [this] {
+        m_session->refuse(); // nothing connects an outdated client any more
+        if (m_session->status() == CONNECTION || m_session->status() == CONNECTING)
+            disconnect(true, ipc::DisConnAbnormalReason);
+    });
+    connect(m_upgrade, &UpgradeWatch::forced, this, [this] { logout(true, false, false, true); });
+    connect(m_maintenance, &MaintenanceWatch::error, this, &DlgMain::showError);
+    connect(m_maintenance, &MaintenanceWatch::failed, this, &DlgMain::reportHttpErr);
 
+    // The login window leaves the orchestrator's interval behind; it is taken once.
+    const qlonglong minutes = qApp->property(appproperty::kOrchUpgradeNoticeTime).toLongLong();
+    if (minutes == 0)
+        return;
+    qApp->setProperty(appproperty::kOrchUpgradeNoticeTime, QVariant());
+    m_maintenance->setInterval(minutes);
+}
+
+void DlgMain::listen()
+{
     // No server means that listening failed at start; the window works without the agent.
     const SingleApp* app = SingleApp::instance();
-    if (app && app->getLocalServer()) {
-        connect(app->getLocalServer(), &QLocalServer::newConnection, this,
-                &DlgMain::onSingleSocketConnect);
-        onSingleSocketConnect();
-    }
-}
-
-void DlgMain::createUpgrade()
-{
-    m_checkUpgradeTimer = makeTimer("m_checkUpgradeTimer", 0, &DlgMain::onNextCheckUpgrade);
-    m_checkUpgradeTimer->setSingleShot(true);
-    m_DlgUpgrade = new DlgUpgrade(this, true);
-    connect(m_DlgUpgrade, &DlgUpgrade::checkAnswered, this, &DlgMain::upgradeNotify);
-    connect(ui->m_AboutWidge, &WidgeAbout::newVersionRequested, this, &DlgMain::popUpgradeDlg);
-    onNextCheckUpgrade();
+    if (!app || !app->getLocalServer())
+        return;
+    m_agent = new AgentChannel(app->getLocalServer(), this);
+    connect(m_agent, &AgentChannel::said, m_session, &Session::handleAgentText);
+    m_agent->onSingleSocketConnect();
+    // What waited there during the login is not hidden by the first attempt.
+    m_showPromptTemp = !promptWidge->isHidden();
 }

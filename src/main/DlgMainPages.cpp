@@ -1,21 +1,22 @@
-// The main window's pages, tray icon and window behaviour.
+// The main window's pages and window behaviour.
 
 #include "app/Log.h"
-#include "app/LogMarker.h"
 #include "app/Platform.h"
 #include "main/DlgMain.h"
 #include "main/DlgMainUi.h"
-#include "main/widgeChronometer.h"
-#include "upgrade/DlgUpgrade.h"
+#include "main/HomePage.h"
+#include "main/Session.h"
+#include "main/TrayIcon.h"
+#include "maintenance/MaintenanceWatch.h"
+#include "upgrade/UpgradeWatch.h"
+#include "widgets/FramelessDrag.h"
 #include "widgets/WidgeAbout.h"
-#include "widgets/WidgetSetting.h"
 #include "widgets/WidgetTopPrompt.h"
 
+#include <QApplication>
 #include <QEvent>
 #include <QLabel>
 #include <QListView>
-#include <QMenu>
-#include <QMouseEvent>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QToolButton>
@@ -44,7 +45,7 @@ QVector<QWidget*> DlgMain::pageWidgets(MENU_ITEM m) const
 
 void DlgMain::showMenu(MENU_ITEM m)
 {
-    if (m == MENU_HOME && m_mobileDetect)
+    if (m == MENU_HOME && m_session->isIntranet())
         m = MENU_INTRANET;
     const QVector<QWidget*> shown = pageWidgets(m);
     for (int page = MENU_HOME; page < MENU_END; ++page) {
@@ -55,13 +56,7 @@ void DlgMain::showMenu(MENU_ITEM m)
     ui->toolBtnSetting->setChecked(m == MENU_SETTING);
     ui->toolBtnLog->setChecked(m == MENU_LOG);
     ui->toolBtnQuit->setChecked(m == MENU_QUIT);
-    m_curMenuItem = m;
-
-    const bool home = m == MENU_HOME || m == MENU_INTRANET;
-    ui->m_Chronometer->setVisible(home && isConnected());
-    const bool quantum = m == MENU_HOME && isConnected() && (m_EnableQuantum || m_EnablePQC);
-    ui->labelQuantumPic->setVisible(quantum);
-    ui->labelQuantumText->setVisible(quantum);
+    m_home->setPage(m);
 }
 
 void DlgMain::on_toolBtnHome_clicked()
@@ -90,7 +85,7 @@ void DlgMain::on_btnAbout_clicked()
 {
     showMenu(MENU_ABOUT);
     ui->m_AboutWidge->startCheck();
-    m_DlgUpgrade->checkUpgrade(true);
+    m_upgrade->checkUpgrade(true);
 }
 
 void DlgMain::on_btnViewAll_clicked()
@@ -104,6 +99,18 @@ void DlgMain::on_btnViewAll_clicked()
 void DlgMain::enableViewAllLogBtn(bool enable)
 {
     ui->btnViewAll->setEnabled(enable);
+}
+
+void DlgMain::showHideYellowDot(bool show)
+{
+    // The sheet replaces the button's own picture, see IconButton.
+    ui->btnAbout->setStyleSheet(
+        show ? QStringLiteral(
+                   "QPushButton#btnAbout{border-image: url(:/Ostrana/res/info_notice.png)};")
+             : aboutBtnCSS);
+    ui->btnAbout->setFixedSize(show ? QSize(15, 12) : QSize(16, 16));
+    ui->btnAbout->move(ui->btnAbout->x(), show ? 18 : 16);
+    ui->btnAbout->setAccessibleDescription(show ? tr("A new version is available") : QString());
 }
 
 void DlgMain::showError(const QString& text)
@@ -120,7 +127,17 @@ void DlgMain::showWarning(const QString& text)
 
 void DlgMain::on_btnClose_clicked()
 {
-    hide();
+    reject();
+}
+
+// Also for Escape and the window manager's way of closing. Only the tray brings a hidden window
+// back.
+void DlgMain::reject()
+{
+    if (TrayIcon::isThere())
+        QDialog::reject();
+    else
+        showMinimized();
 }
 
 void DlgMain::on_btnMin_clicked()
@@ -134,40 +151,27 @@ void DlgMain::showWindow()
     showNormal();
 }
 
-void DlgMain::activeTray(QSystemTrayIcon::ActivationReason reason)
-{
-    if (reason == QSystemTrayIcon::Context)
-        m_Menu->popup(QCursor::pos());
-    else if (reason == QSystemTrayIcon::Trigger)
-        showWindow();
-}
-
 void DlgMain::mousePressEvent(QMouseEvent* event)
 {
-    if (event->button() != Qt::LeftButton)
-        return QDialog::mousePressEvent(event);
-    m_DragPos = event->globalPos() - frameGeometry().topLeft();
-    event->accept();
+    if (!beginDrag(m_DragPos, event, this))
+        QDialog::mousePressEvent(event);
 }
 
 void DlgMain::mouseMoveEvent(QMouseEvent* event)
 {
-    if (event->buttons() & Qt::LeftButton)
-        move(event->globalPos() - m_DragPos);
+    continueDrag(m_DragPos, event, this);
 }
 
-void DlgMain::mouseReleaseEvent(QMouseEvent* event)
+void DlgMain::focusInEvent(QFocusEvent* event)
 {
-    QDialog::mouseReleaseEvent(event);
+    m_maintenance->onFocusReturn();
+    QDialog::focusInEvent(event);
 }
 
-bool DlgMain::eventFilter(QObject* object, QEvent* event)
+// The focus goes to a widget of the window as a rule, and the window learns of it here.
+void DlgMain::changeEvent(QEvent* event)
 {
-    if (object == ui->btnConnect) {
-        if (event->type() == QEvent::HoverEnter)
-            m_MouseOverConnect = true;
-        else if (event->type() == QEvent::HoverLeave)
-            m_MouseOverConnect = false;
-    }
-    return QDialog::eventFilter(object, event);
+    if (event->type() == QEvent::ActivationChange && isActiveWindow())
+        m_maintenance->onFocusReturn();
+    QDialog::changeEvent(event);
 }

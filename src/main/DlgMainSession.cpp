@@ -1,43 +1,78 @@
-// The session as a whole: connect button, states, disconnecting and reconnecting.
+// What the user and the rest of the program do with the session through the main window.
 
 #include "app/ConfigUtil.h"
 #include "app/LogMarker.h"
 #include "app/Product.h"
-#include "dispatch/tarvelinGetFlowStatistics.h"
-#include "main/ConnectButton.h"
 #include "main/DlgMain.h"
 #include "main/DlgMainUi.h"
-#include "main/widgeChronometer.h"
-#include "monitor/MonitorDatapath.h"
-#include "orch/JsonUtil.h"
-#include "orch/OrchIdentity.h"
-#include "orch/OrchRequests.h"
-#include "orch/ReplyFacts.h"
+#include "main/FailedDiagnosis.h"
+#include "main/Session.h"
+#include "main/SessionExit.h"
+#include "maintenance/OrchUpgradeDialog.h"
+#include "orch/OrchReply.h"
 #include "widgets/DialogFrame.h"
+#include "widgets/DlgQuit.h"
 #include "widgets/dlgStopPrompt.h"
-#include "widgets/Style.h"
+#include "widgets/DlgSwitchAcc.h"
 #include "widgets/WidgetSetting.h"
 #include "widgets/WidgetTopPrompt.h"
 
-#include <QLabel>
-#include <QNetworkAccessManager>
-#include <QNetworkReply>
 #include <QPointer>
-#include <QPushButton>
-#include <QTimer>
 
-#include <utility>
+// Operations that the rest of the program reaches by name
+
+bool DlgMain::isConnected() const
+{
+    return m_session->isConnected();
+}
+
+void DlgMain::disconnect(bool notifyOrch, ipc::DisconnectTypeReason reason)
+{
+    m_session->disconnect(notifyOrch, reason);
+}
+
+void DlgMain::reConnect(ipc::DisconnectTypeReason reason)
+{
+    m_session->reConnect(reason);
+}
+
+void DlgMain::setConnStatus(CONN_STATUS s)
+{
+    m_session->setConnStatus(s);
+}
+
+void DlgMain::logout(bool notifyOrch, bool invalidToken, bool isByUser, bool showTipInLoginUI)
+{
+    m_exit->logout(notifyOrch, invalidToken, isByUser, showTipInLoginUI);
+}
+
+void DlgMain::quitUI()
+{
+    m_exit->quitUI();
+}
+
+void DlgMain::reportHttpErr(const OrchReply& reply)
+{
+    logDisplayDebug(failureLogText(reply, QStringLiteral(" Error Info: ")));
+    const MainFailure outcome =
+        mainFailure(reply, ui->m_SettingWidge->isDisable401(), OrchTexts::shared());
+    if (outcome.end == SessionEnd::None)
+        return showError(outcome.text);
+    closeAllPopupDlg();
+    m_exit->endSession(outcome.end);
+}
 
 // Connect button
 
 void DlgMain::on_btnConnect_clicked()
 {
-    if (m_sessionOver || m_explainingEnd)
+    if (m_exit->isUnderWay())
         return;
     const FailedDiagnosis diagnosis = failedDiagnosis();
-    switch (m_curStatus) {
+    switch (m_session->status()) {
     case DISCONNECTION:
-        return beginAttempt(diagnosis);
+        m_session->begin();
+        return rerun(diagnosis);
     case CONNECTION:
         return stopConnection(diagnosis);
     case CONNECTING:
@@ -47,34 +82,12 @@ void DlgMain::on_btnConnect_clicked()
     }
 }
 
-void DlgMain::beginAttempt(const FailedDiagnosis& diagnosis)
-{
-    ++m_attempt;
-    m_stepReply = nullptr;
-    m_ClickCancelConnecting = false;
-    m_HeartBeatSendFailedTimer->stop(); // a loss of the last connection is not one of this one
-    m_HeartBeatSendFailed = false;
-    setProperty(kReconnect, false);
-    ui->m_SettingWidge->clearDisable401();
-    logDisplayInfo(m_FirstAutoConnect || m_isReconnect ? tr("Reconnecting")
-                                                       : tr("Manual connect triggered"));
-    m_isReconnect = false;
-    m_FirstAutoConnect = false;
-    if (!m_showPromptTemp)
-        promptWidge->hidePrompt();
-    m_showPromptTemp = false;
-    setConnStatus(CONNECTING);
-    rerun(diagnosis);
-    m_ConnectSlowWarningTimer->start();
-    validateAndConnect(m_connect2OrchReason);
-}
-
 // Asks before a connection or an attempt is ended. False also when the window has gone meanwhile.
 bool DlgMain::confirmStop()
 {
     const QPointer<DlgMain> alive(this);
     m_PStopPrompt = new dlgStopPrompt(
-        tr("Are you sure to stop ") + QLatin1String(product::kName) + QStringLiteral(" ?"), this);
+        tr("Are you sure to stop ") + QLatin1String(product::kName) + tr(" ?"), this);
     const bool accepted = runAndDelete(m_PStopPrompt);
     if (!alive)
         return false;
@@ -90,7 +103,8 @@ void DlgMain::stopConnection(const FailedDiagnosis& diagnosis)
         return;
     if (stop) {
         logDisplayInfo(tr("Manual stop triggered"));
-        stopForUser();
+        promptWidge->hidePrompt();
+        m_session->stop();
     }
     rerun(diagnosis);
 }
@@ -100,218 +114,118 @@ void DlgMain::cancelAttempt()
     if (!confirmStop())
         return;
     logDisplayInfo(tr("Manual cancel triggered"));
-    stopForUser();
+    promptWidge->hidePrompt();
+    m_session->stop();
 }
 
-// Whatever the session has come to while the question was open.
-void DlgMain::stopForUser()
+void DlgMain::onStatus(Transition change)
+{
+    if (change != Transition::Connected)
+        return;
+    const QString text = m_session->isIntranet()
+                             ? tr(" is connected. In intranet mode, the tunnel is only established "
+                                  "by an intranet CPE")
+                             : tr(" is connected");
+    promptWidge->showPrompt(WidgetTopPrompt::SHOW_SUCCESS, QLatin1String(product::kName) + text,
+                            true);
+}
+
+void DlgMain::tellOrder(bool leave, const QString& text)
 {
     promptWidge->hidePrompt();
-    setProperty(kReconnect, false);
-    m_isReconnect = false;
-    if (m_curStatus == CONNECTION)
-        disconnect(true, ipc::DisConnNormalReason);
-    else if (m_curStatus == CONNECTING)
-        abandonAttempt();
+    promptWidge->showPrompt(leave ? WidgetTopPrompt::SHOW_ERROR : WidgetTopPrompt::SHOW_WARNING,
+                            text, false);
+    if (!leave)
+        m_showPromptTemp = true;
 }
 
-// Ends a running attempt: at once during the filter download and the wait for the agent, otherwise
-// when the connect request is answered.
-void DlgMain::abandonAttempt()
+void DlgMain::showConnectionSlowWarning()
 {
-    m_ClickCancelConnecting = true;
-    setConnStatus(DISCONNECTING);
-    if (m_stepReply)
-        return m_stepReply->abort();
-    if (!m_WaitAgentTimer->isActive())
+    promptWidge->hidePrompt();
+    showWarning(tr("Your network may be slow. Still connecting, please wait"));
+}
+
+// Ways out
+
+void DlgMain::on_btnSwitchAccount_clicked()
+{
+    if (!runAndDelete(new DlgSwitchAcc(this)))
         return;
-    finishCancelConnect();
-    logDisplayInfo(tr("Connection canceled during waiting agent"));
-    disconnect(true, ipc::DisConnNormalReason);
+    logDisplayInfo(tr("Logout"));
+    logout(true, false, true, true);
 }
 
-bool DlgMain::finishCancelConnect()
+void DlgMain::on_btnQuitApp_clicked()
 {
-    if (!m_ClickCancelConnecting)
-        return false;
-    setConnStatus(DISCONNECTION);
-    return true;
-}
-
-// States
-
-bool DlgMain::isConnected() const
-{
-    return m_curStatus == CONNECTION;
-}
-
-void DlgMain::setConnStatus(CONN_STATUS s)
-{
-    m_ConnectSlowWarningTimer->stop();
-    ui->labelQuantumPic->hide();
-    ui->labelQuantumText->hide();
-
-    const Transition change = transition(m_curStatus, s);
-    if (change == Transition::Ignored)
+    const QPointer<DlgMain> alive(this);
+    m_PQuitDlg = new DlgQuit(this);
+    const bool accepted = runAndDelete(m_PQuitDlg);
+    if (!alive)
         return;
-    if (change == Transition::Ended)
-        m_CheckIpTimer->stop();
-    if (s == CONNECTION || s == DISCONNECTION)
-        m_WaitAgentTimer->stop();
-    changeStartBtnStatus(s);
-    m_curStatus = s;
-    ui->showRoute(s == CONNECTION);
-    switch (change) {
-    case Transition::Connected:
-        return enterConnection();
-    case Transition::Ended:
-        clearRates(QStringLiteral("--"));
-        Q_FALLTHROUGH();
-    case Transition::Abandoned:
-        if (m_mobileDetect)
-            setupMobileDisConnected();
-        Q_FALLTHROUGH();
-    case Transition::Stopping:
-        ui->m_Chronometer->stop();
+    m_PQuitDlg = nullptr;
+    if (!accepted)
         return;
-    case Transition::Begin:
-    case Transition::Cancelling:
-    case Transition::Ignored:
-        return;
-    }
+    logDisplayInfo(tr("Quit"));
+    quitUI();
 }
 
-void DlgMain::enterConnection()
+void DlgMain::closeAllPopupDlg()
 {
-    QString text = QLatin1String(product::kName) + tr(" is connected");
-    if (m_mobileDetect) {
-        text = QLatin1String(product::kName) +
-               tr(" is connected. In intranet mode, the tunnel is only established by an "
-                  "intranet CPE");
-    }
-    promptWidge->showPrompt(WidgetTopPrompt::SHOW_SUCCESS, text, true);
-    ui->m_Chronometer->start();
-    if (m_curMenuItem != MENU_HOME && m_curMenuItem != MENU_INTRANET)
-        ui->m_Chronometer->hide();
-    ui->labelUpSpeed->setText(QStringLiteral("0"));
-    ui->labelDownSpeed->setText(QStringLiteral("0"));
-    logDisplayInfo(tr("NOTICE Connected"));
-    updateQuantumUI();
+    if (m_PQuitDlg)
+        m_PQuitDlg->reject();
+    if (m_PStopPrompt)
+        m_PStopPrompt->reject();
+    promptWidge->hidePrompt();
 }
 
-void DlgMain::clearRates(const QString& value)
+// Diagnosis
+
+FailedDiagnosis DlgMain::failedDiagnosis() const
 {
-    for (QLabel* speed : {ui->labelUpSpeed, ui->labelDownSpeed})
-        speed->setText(value);
-    for (QLabel* unit : {ui->labelUpKps, ui->labelDownKps})
-        unit->setText(QStringLiteral("Kbps"));
+    const FailedDiagnosis last =
+        FailedDiagnosis::of(ConfigUtil::getvalue(ConfigUtil::DIAGNOSIS_FAIL, 0).toInt(),
+                            ConfigUtil::getvalue(ConfigUtil::DIAGNOSIS_TRIGGER_TYPE, -1).toInt());
+    if (last.typeLost)
+        logDisplayDebug(QStringLiteral(
+            "Get last diagnostic type failed. using default value: 0(triggered by client)"));
+    return last;
 }
 
-void DlgMain::changeStartBtnStatus(CONN_STATUS s)
+// The diagnosis worker takes this over; until it exists the wish is only recorded.
+void DlgMain::startDiagnosis(DiagnoseTriggerType type)
 {
-    const bool running = s == CONNECTING || s == DISCONNECTING;
-    if (running)
-        m_StartBtnAnimTimer->start();
-    else
-        m_StartBtnAnimTimer->stop();
-    enableConnectButton(s != DISCONNECTING);
-    switch (s) {
-    case CONNECTING:
-        return ui->btnConnect->setText(tr("Connecting"));
-    case DISCONNECTING:
-        return ui->btnConnect->setText(tr("Disconnecting"));
-    case CONNECTION:
-        setRole(ui->btnConnect, "secondary");
-        return ui->btnConnect->setText(tr("Stop"));
-    case DISCONNECTION:
-        setRole(ui->btnConnect, "primary");
-        return ui->btnConnect->setText(tr("Connect"));
-    }
+    qInfo("Diagnosis requested, trigger type %d, connected %d", int(type), int(isConnected()));
 }
 
-// A button that is switched off passes the keyboard on; it gets it back from where it went, unless
-// the user has taken it elsewhere meanwhile.
-void DlgMain::enableConnectButton(bool enable)
+void DlgMain::rerun(const FailedDiagnosis& diagnosis)
 {
-    const bool hadFocus = focusWidget() == ui->btnConnect;
-    ui->btnConnect->setEnabled(enable);
-    if (!enable)
-        m_focusLent = hadFocus ? focusWidget() : nullptr;
-    else if (m_focusLent && std::exchange(m_focusLent, nullptr) == focusWidget())
-        ui->btnConnect->setFocus();
+    if (diagnosis.again)
+        startDiagnosis(diagnosis.type);
 }
 
-void DlgMain::onStartBtnAnimTick()
+// The worker asks for the logout itself once the dialog is closed.
+void DlgMain::explain(SessionEnd end)
 {
-    const ConnectButtonTexts texts{tr("Connecting"), tr("Cancel"), tr("Disconnecting")};
-    ui->btnConnect->setText(
-        nextButtonText(m_curStatus, m_MouseOverConnect, ui->btnConnect->text(), texts));
+    disconnect(false, ipc::DisConnNormalReason);
+    m_exit->explainEnd(end);
 }
 
-// Disconnecting
-
-void DlgMain::disconnect(bool notifyOrch, ipc::DisconnectTypeReason reason)
+void DlgMain::onShowKickedoutDialog()
 {
-    m_StatCountTimer->stop();
-    monitor::MonitorDatapath::instance()->stop();
-    TQ_GetFlowStatisticsExit();
-    if (m_mobileDetect)
-        setupMobileDisConnected();
-    else
-        stopDP();
-    if (notifyOrch && m_curStatus == CONNECTION) {
-        setConnStatus(DISCONNECTING);
-        m_curStep = DISCONNECT_NOTIFY_ORCH;
-        return postDisconnectNotice(reason);
-    }
-    setConnStatus(DISCONNECTION);
-    logDisplayInfo(tr("Disconnected"));
+    explain(SessionEnd::ForcedLogout);
 }
 
-void DlgMain::postDisconnectNotice(ipc::DisconnectTypeReason reason)
+void DlgMain::onShowLdapChangeDialog()
 {
-    const QString authUrl = ConfigUtil::getvalue(ConfigUtil::AUTHURL, QString()).toString();
-    sendForStep(orchrequest::disconnectNotice(authUrl, storedIdentity(), reason));
+    explain(SessionEnd::AccountChanged);
 }
 
-void DlgMain::reConnect(ipc::DisconnectTypeReason reason)
+void DlgMain::onShowChangePassDialog()
 {
-    disconnect(true, reason);
-    m_isReconnect = true;
-    setProperty(kReconnect, true);
+    explain(SessionEnd::PasswordChanged);
 }
 
-void DlgMain::sendForStep(const OrchRequest& request)
+void DlgMain::onShowOrchUpgradeDialog(const OrchUpgradeReply& notice, NoticeType type)
 {
-    m_stepReply = sendOrchRequest(*m_NetMgr, request);
-}
-
-void DlgMain::netReply(QNetworkReply* r)
-{
-    r->deleteLater();
-    // An answer that comes after its step is over is nobody's any more.
-    if (r != m_stepReply)
-        return;
-    m_stepReply = nullptr;
-    if (m_curStep == DISCONNECT_NOTIFY_ORCH)
-        disconnectNoticeAnswered(r);
-    else if (m_curStep == GET_FILTER)
-        filterAnswered(r);
-}
-
-// Whatever the orchestrator answered, the session is over here.
-void DlgMain::disconnectNoticeAnswered(QNetworkReply* reply)
-{
-    const QPointer<DlgMain> alive(this); // a dialog may outlive the window
-    setConnStatus(DISCONNECTION);
-    logDisplayInfo(tr("Disconnected"));
-    const QByteArray body = replyBody(reply);
-    if (!reply->rawHeader("orch-logfile").isEmpty())
-        startDiagnosis(TriggerByOrch);
-    if (JsonUtil::getInt(body, QStringLiteral("code"), 0) == 401)
-        _handle401(body);
-    if (alive && property(kReconnect).toBool()) {
-        setProperty(kReconnect, false);
-        on_btnConnect_clicked();
-    }
+    showOrchUpgradeDialog(this, notice, type);
 }

@@ -1,13 +1,14 @@
 #include "main/DlgMainUi.h"
 
 #include "main/CustomDelegate.h"
-#include "main/DlgMain.h"
 #include "main/widgeChronometer.h"
 #include "widgets/IconButton.h"
 #include "widgets/Style.h"
 #include "widgets/WidgeAbout.h"
+#include "widgets/WidgetParts.h"
 #include "widgets/WidgetSetting.h"
 
+#include <QDialog>
 #include <QFrame>
 #include <QLabel>
 #include <QListView>
@@ -23,40 +24,28 @@ constexpr QSize kWindow(600, 400);
 constexpr int kBarWidth = 72;
 constexpr int kCentre = 336; // of the area right of the bar
 constexpr QRect kPage(96, 88, 480, 296);
-constexpr QSize kChronometer(98, 34);
-
-template <class Widget>
-Widget* named(Widget* widget, const char* name)
-{
-    widget->setObjectName(QLatin1String(name));
-    return widget;
-}
 
 QLabel* label(QWidget* parent, const char* name, const QRect& place, const QString& text,
               const char* role)
 {
-    auto* made = named(new QLabel(text, parent), name);
-    made->setTextFormat(Qt::PlainText);
+    QLabel* made = makeLabel(parent, name, role, text);
     made->setGeometry(place);
-    setRole(made, role);
     return made;
 }
 
 QLabel* picture(QWidget* parent, const char* name, const QRect& place, const QString& file)
 {
-    auto* made = named(new QLabel(parent), name);
+    QLabel* made = makePicture(parent, name, file, place.size());
     made->setGeometry(place);
-    made->setPixmap(pictureIcon(file).pixmap(place.size()));
     return made;
 }
 
 QPushButton* button(QWidget* parent, const char* name, const QRect& place, const QString& text,
                     const char* role)
 {
-    auto* made = named(new QPushButton(text, parent), name);
+    QPushButton* made = makeButton(parent, name, role, text);
     made->setGeometry(place);
     made->setAutoDefault(false);
-    setRole(made, role);
     return made;
 }
 
@@ -103,15 +92,15 @@ void DlgMainUi::buildLeftBar(QDialog* window)
 {
     auto* bar = named(new QFrame(window), "leftBar");
     bar->setGeometry(0, 0, kBarWidth, kWindow.height());
-    auto* mark = picture(bar, "labelRoundLogo", QRect(), QString());
+    QLabel* mark = makePicture(bar, "labelRoundLogo", QStringLiteral("veltaro/orvek-round.png"),
+                               QSize(50, 50));
     mark->setFixedSize(40, 40);
     mark->setScaledContents(true);
-    mark->setPixmap(pictureIcon(QStringLiteral("veltaro/orvek-round.png")).pixmap(50, 50));
 
-    toolBtnHome = menuButton(bar, "toolBtnHome", DlgMain::tr("Home"), "home");
-    toolBtnSetting = menuButton(bar, "toolBtnSetting", DlgMain::tr("Setting"), "setting");
-    toolBtnLog = menuButton(bar, "toolBtnLog", DlgMain::tr("Log"), "log");
-    toolBtnQuit = menuButton(bar, "toolBtnQuit", DlgMain::tr("Quit"), "quit");
+    toolBtnHome = menuButton(bar, "toolBtnHome", tr("Home"), "home");
+    toolBtnSetting = menuButton(bar, "toolBtnSetting", tr("Setting"), "setting");
+    toolBtnLog = menuButton(bar, "toolBtnLog", tr("Log"), "log");
+    toolBtnQuit = menuButton(bar, "toolBtnQuit", tr("Quit"), "quit");
     // On the way out pressing Escape comes first to mind.
     toolBtnQuit->setShortcut(QKeySequence(Qt::Key_Escape));
 
@@ -132,9 +121,9 @@ void DlgMainUi::buildHeader(QDialog* window)
         picture(window, "labelLogo", QRect(92, 8, 152, 40), QStringLiteral("veltaro/logo.png"));
     labelUserName = label(window, "labelUserName", QRect(300, 14, 180, 20), QString(), "secondary");
     labelUserName->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    btnAbout = windowButton(window, "btnAbout", "about", QPoint(500, 16), DlgMain::tr("About"));
-    btnMin = windowButton(window, "btnMin", "min", QPoint(536, 16), DlgMain::tr("Minimise"));
-    btnClose = windowButton(window, "btnClose", "close", QPoint(568, 16), DlgMain::tr("Close"));
+    btnAbout = windowButton(window, "btnAbout", "about", QPoint(500, 16), tr("About"));
+    btnMin = windowButton(window, "btnMin", "min", QPoint(536, 16), tr("Minimise"));
+    btnClose = windowButton(window, "btnClose", "close", QPoint(568, 16), tr("Close"));
 }
 
 void DlgMainUi::buildHome(QDialog* window)
@@ -152,14 +141,14 @@ void DlgMainUi::buildHome(QDialog* window)
         unitLabel =
             label(window, unit, QRect(359, y - 2, 36, 20), QStringLiteral("Kbps"), "secondary");
     };
-    rateRow(148, "labelUpPic", "up.png", "labelUpSpeed", DlgMain::tr("Send rate"), "labelUpKps",
-            labelUpPic, labelUpSpeed, labelUpKps);
-    rateRow(172, "labelDownPic", "down.png", "labelDownSpeed", DlgMain::tr("Receive rate"),
-            "labelDownKps", labelDownPic, labelDownSpeed, labelDownKps);
+    rateRow(148, "labelUpPic", "up.png", "labelUpSpeed", tr("Send rate"), "labelUpKps", labelUpPic,
+            labelUpSpeed, labelUpKps);
+    rateRow(172, "labelDownPic", "down.png", "labelDownSpeed", tr("Receive rate"), "labelDownKps",
+            labelDownPic, labelDownSpeed, labelDownKps);
 
     m_Chronometer = new widgeChronometer(window);
-    btnConnect = button(window, "btnConnect", QRect(kCentre - 90, 248, 180, 40),
-                        DlgMain::tr("Connect"), "primary");
+    btnConnect =
+        button(window, "btnConnect", QRect(kCentre - 90, 248, 180, 40), tr("Connect"), "primary");
     btnConnect->setDefault(true);
     btnConnect->setCursor(Qt::PointingHandCursor);
 
@@ -174,7 +163,7 @@ void DlgMainUi::buildHome(QDialog* window)
 
 void DlgMainUi::buildPages(QDialog* window)
 {
-    labelSettingTitle = pageTitle(window, "labelSettingTitle", DlgMain::tr("Setting"));
+    labelSettingTitle = pageTitle(window, "labelSettingTitle", tr("Setting"));
     m_SettingWidge = new WidgetSetting(window);
     m_ScrollArea = named(new QScrollArea(window), "m_ScrollArea");
     m_ScrollArea->setGeometry(kPage);
@@ -183,12 +172,11 @@ void DlgMainUi::buildPages(QDialog* window)
     m_ScrollArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_ScrollArea->setWidget(m_SettingWidge);
 
-    labelLogTitle = pageTitle(window, "labelLogTitle", DlgMain::tr("Log"));
-    btnViewAll =
-        button(window, "btnViewAll", QRect(476, 56, 100, 24), DlgMain::tr("View All"), "link");
+    labelLogTitle = pageTitle(window, "labelLogTitle", tr("Log"));
+    btnViewAll = button(window, "btnViewAll", QRect(476, 56, 100, 24), tr("View All"), "link");
     logView = named(new QListView(window), "logView");
     logView->setGeometry(kPage);
-    logView->setAccessibleName(DlgMain::tr("Log"));
+    logView->setAccessibleName(tr("Log"));
     logView->setItemDelegate(new CustomDelegate(logView));
     logView->setSelectionMode(QAbstractItemView::NoSelection);
     logView->setEditTriggers(QAbstractItemView::NoEditTriggers);
@@ -199,15 +187,15 @@ void DlgMainUi::buildPages(QDialog* window)
     logView->setLayoutMode(QListView::Batched);
     logView->setBatchSize(200);
 
-    labelAboutTitle = pageTitle(window, "labelAboutTitle", DlgMain::tr("About"));
+    labelAboutTitle = pageTitle(window, "labelAboutTitle", tr("About"));
     m_AboutWidge = new WidgeAbout(window);
     m_AboutWidge->setGeometry(kPage);
 
-    labelQuitTitle = pageTitle(window, "labelQuitTitle", DlgMain::tr("Quit"));
+    labelQuitTitle = pageTitle(window, "labelQuitTitle", tr("Quit"));
     btnSwitchAccount = button(window, "btnSwitchAccount", QRect(kCentre - 90, 152, 180, 40),
-                              DlgMain::tr("Switch Account"), "secondary");
+                              tr("Switch Account"), "secondary");
     btnQuitApp = button(window, "btnQuitApp", QRect(kCentre - 90, 208, 180, 40),
-                        DlgMain::tr("Quit Application"), "primary");
+                        tr("Quit Application"), "primary");
 }
 
 void DlgMainUi::setTabOrder()
@@ -224,7 +212,7 @@ void DlgMainUi::placeChronometer(bool intranet)
     const QPoint place = intranet ? QPoint(m_mobileDetectLabel->x(),
                                            m_mobileDetectLabel->geometry().bottom() + 1 + 5)
                                   : QPoint(labelDownPic->x(), labelDownPic->y() + 20);
-    m_Chronometer->setGeometry(QRect(place, kChronometer));
+    m_Chronometer->setGeometry(QRect(place, widgeChronometer::kPlace));
 }
 
 void DlgMainUi::showRoute(bool connected)

@@ -1,16 +1,13 @@
 #pragma once
 
-#include <QtGlobal>
+#include <QCoreApplication>
 
-class CustomDelegate;
 class QDialog;
-class QFrame;
 class QLabel;
 class QListView;
 class QPushButton;
 class QScrollArea;
 class QToolButton;
-class QWidget;
 class WidgeAbout;
 class WidgetSetting;
 class widgeChronometer;
@@ -20,6 +17,7 @@ class widgeChronometer;
 class DlgMainUi
 {
     Q_DISABLE_COPY(DlgMainUi)
+    Q_DECLARE_TR_FUNCTIONS(DlgMain)
 
 public:
     /// Builds everything into `window`, which owns it.

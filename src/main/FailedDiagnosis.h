@@ -10,10 +10,11 @@ struct FailedDiagnosis
     DiagnoseTriggerType type = TriggerByClient;
 
     /// From the settings: 0 for a run that succeeded, 1 for one to be run again; the trigger type,
-    /// -1 for none.
+    /// where any other number than its values means that none was recorded.
     static FailedDiagnosis of(int failed, int type)
     {
-        const bool lost = failed != 0 && type == -1;
-        return {failed == 1, lost, lost ? TriggerByClient : DiagnoseTriggerType(type)};
+        const bool known = type == TriggerByClient || type == TriggerByOrch;
+        return {failed == 1, failed != 0 && !known,
+                known ? DiagnoseTriggerType(type) : TriggerByClient};
     }
 };

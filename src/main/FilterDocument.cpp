@@ -4,124 +4,80 @@
 
 #include <QCoreApplication>
 #include <QCryptographicHash>
-#include <QJsonArray>
 #include <QJsonDocument>
-#include <QJsonObject>
-#include <QSet>
 
 namespace {
 
-constexpr int kSummaryLength = 20;
+constexpr int kModeMissing = 99;
 
-// The texts of a list, each once, in the order of their first appearance. As long as all that is
-// received belongs in it, it is the received list itself: most are without a repetition.
-class UniqueTexts
+const QString kWhite = QStringLiteral("whiteIpSet");
+const QString kBlack = QStringLiteral("blackIpSet");
+
+struct Texts
 {
-public:
-    explicit UniqueTexts(const QJsonArray& received) : m_texts(received)
-    {
-        m_seen.reserve(received.size());
-        for (int i = 0; i < received.size(); ++i) {
-            const QJsonValue value = received.at(i);
-            if (value.isString() && isNew(value.toString())) {
-                if (m_ownList)
-                    m_texts.append(value);
-            } else if (!m_ownList) {
-                keepOnly(received, i);
-            }
-        }
-    }
-
-    void add(const QString& text)
-    {
-        if (isNew(text))
-            m_texts.append(text);
-    }
-
-    const QJsonArray& texts() const { return m_texts; }
-    const QString& joined() const { return m_joined; }
-
-private:
-    bool isNew(const QString& text)
-    {
-        const int before = m_seen.size();
-        m_seen.insert(text);
-        if (m_seen.size() == before)
-            return false;
-        if (m_joined.size() <= kSummaryLength)
-            m_joined += (before == 0 ? QString() : QStringLiteral(",")) + text;
-        return true;
-    }
-
-    void keepOnly(const QJsonArray& received, int count)
-    {
-        m_ownList = true;
-        m_texts = QJsonArray();
-        for (int i = 0; i < count; ++i)
-            m_texts.append(received.at(i));
-    }
-
-    QSet<QString> m_seen;
-    QJsonArray m_texts;
-    bool m_ownList = false; ///< m_texts is no longer what was received
-    QString m_joined;       ///< only as much as a summary needs
+    Q_DECLARE_TR_FUNCTIONS(FilterDocument)
 };
 
-QString cleanList(QJsonObject& document, const QString& key, const QStringList& added)
+QString summary(const std::optional<UniqueTexts>& list)
 {
-    UniqueTexts unique(document.value(key).toArray());
-    for (const QString& text : added)
-        unique.add(text);
-    document.insert(key, unique.texts());
-    return unique.joined();
-}
-
-QString summary(const QString& list)
-{
-    if (list.isEmpty())
+    if (!list || list->joined().isEmpty())
         return QStringLiteral("[]");
-    if (list.size() <= kSummaryLength)
-        return list;
-    return list.left(kSummaryLength) + QStringLiteral("...");
+    const QString& joined = list->joined();
+    if (joined.size() <= UniqueTexts::kJoined)
+        return joined;
+    return joined.left(UniqueTexts::kJoined) + QStringLiteral("...");
 }
 
 } // namespace
 
-FilterDocument FilterDocument::clean(const QByteArray& received, const QStringList& servers)
+FilterDocument::FilterDocument(const QByteArray& received)
+    : m_received(received), m_document(JsonUtil::object(received)),
+      m_code(JsonUtil::getInt(m_document, QStringLiteral("code"), 0)),
+      m_IpSetMode(JsonUtil::getInt(m_document, QStringLiteral("ipSetMode"), kModeMissing))
 {
-    FilterDocument filter;
-    filter.bytes = received;
-    QJsonObject document = JsonUtil::object(received);
-    filter.code = JsonUtil::getInt(document, QStringLiteral("code"), filter.code);
-    filter.ipSetMode = JsonUtil::getInt(document, QStringLiteral("ipSetMode"), filter.ipSetMode);
+}
 
-    const QString white = QStringLiteral("whiteIpSet");
-    const QString black = QStringLiteral("blackIpSet");
-    const bool hasWhite = document.contains(white);
-    const bool hasBlack = document.contains(black);
-    if (hasBlack)
-        filter.blackIpSet = cleanList(document, black, servers);
-    if (hasWhite)
-        filter.whiteIpSet = cleanList(document, white, {});
-    if (hasWhite || hasBlack)
-        filter.bytes = QJsonDocument(document).toJson(QJsonDocument::Compact);
-    return filter;
+void FilterDocument::_removeDuplicatesJson()
+{
+    if (m_document.contains(kBlack))
+        m_BlackIpSet.emplace(m_document.value(kBlack).toArray());
+    if (m_document.contains(kWhite))
+        m_WhiteIpSet.emplace(m_document.value(kWhite).toArray());
+}
+
+void FilterDocument::_rebuildFilterJson(const QStringList& commServIp)
+{
+    if (!m_BlackIpSet)
+        return;
+    for (const QString& address : commServIp)
+        m_BlackIpSet->add(address);
+}
+
+QByteArray FilterDocument::bytes() const
+{
+    if (!m_BlackIpSet && !m_WhiteIpSet)
+        return m_received;
+    QJsonObject document = m_document;
+    if (m_BlackIpSet)
+        document.insert(kBlack, m_BlackIpSet->texts());
+    if (m_WhiteIpSet)
+        document.insert(kWhite, m_WhiteIpSet->texts());
+    return QJsonDocument(document).toJson(QJsonDocument::Compact);
 }
 
 QStringList FilterDocument::logLines() const
 {
-    const auto tr = [](const char* text) { return QCoreApplication::translate("DlgMain", text); };
     QStringList lines;
-    if (ipSetMode == 1)
-        lines << tr(QT_TRANSLATE_NOOP("DlgMain", "Mode: inclusive filtering"));
-    else if (ipSetMode == -1)
-        lines << tr(QT_TRANSLATE_NOOP("DlgMain", "Mode: exclusive filtering"));
+    if (m_IpSetMode == 1)
+        lines << Texts::tr("Mode: inclusive filtering");
+    else if (m_IpSetMode == -1)
+        lines << Texts::tr("Mode: exclusive filtering");
     else
-        lines << tr(QT_TRANSLATE_NOOP("DlgMain", "Mode: inclusive and exclusive filtering"));
-    if (ipSetMode == 0 || ipSetMode == 1)
-        lines << tr(QT_TRANSLATE_NOOP("DlgMain", "Inclusive filtering ")) + summary(whiteIpSet);
-    if (ipSetMode == 0 || ipSetMode == -1)
-        lines << tr(QT_TRANSLATE_NOOP("DlgMain", "Exclusive filtering ")) + summary(blackIpSet);
+        lines << Texts::tr("Mode: inclusive and exclusive filtering");
+    if (m_IpSetMode == 0 || m_IpSetMode == 1)
+        lines << Texts::tr("Inclusive filtering ") + summary(m_WhiteIpSet);
+    if (m_IpSetMode == 0 || m_IpSetMode == -1)
+        lines << Texts::tr("Exclusive filtering ") + summary(m_BlackIpSet);
     return lines;
 }
 

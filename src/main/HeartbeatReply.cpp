@@ -1,60 +1,49 @@
 #include "main/HeartbeatReply.h"
 
-#include "orch/JsonUtil.h"
-
 #include <QJsonArray>
 
-namespace {
-
-constexpr int kDisconnect = 1;
-constexpr int kReconnect = 4;
-
-bool hasReasons(const params::AliveReplyParams& action, const HeartbeatReply& reply)
+HeartbeatReply HeartbeatReply::fromJson(const QJsonObject& json)
 {
-    if (!action.m_reason_en.isEmpty() && !action.m_reason_zh.isEmpty())
-        return true;
-    return !reply.mobileDetectFailed.isEmpty() && !reply.mobileDetectFailedEn.isEmpty();
-}
-
-QString reasonOf(const params::AliveReplyParams& action, const HeartbeatReply& reply, bool chinese)
-{
-    if (reply.subnetIpChange)
-        return chinese ? reply.mobileDetectFailed : reply.mobileDetectFailedEn;
-    return chinese ? action.m_reason_zh : action.m_reason_en;
-}
-
-} // namespace
-
-HeartbeatReply HeartbeatReply::fromJson(const QByteArray& body)
-{
-    const QJsonObject json = JsonUtil::object(body);
     const auto flag = [&json](const char* key) {
         return json.value(QLatin1String(key)).toBool(false);
     };
     HeartbeatReply reply;
     reply.success = flag("success");
-    reply.subnetIpChange = flag("subnetIpChange");
+    reply.m_subnetIpChange = flag("subnetIpChange");
     reply.enableQuantum = flag("enableQuantum");
     reply.enablePQC = flag("enablePQC");
-    reply.mobileDetectFailed = json.value(QLatin1String("mobileDetectFailed")).toString();
-    reply.mobileDetectFailedEn = json.value(QLatin1String("mobileDetectFailedEn")).toString();
+    reply.m_mobileDetectFailed = json.value(QLatin1String("mobileDetectFailed")).toString();
+    reply.m_mobileDetectFailedEn = json.value(QLatin1String("mobileDetectFailedEn")).toString();
     for (const QJsonValue element : json.value(QLatin1String("actionDataList")).toArray()) {
         const QJsonObject action = element.toObject();
-        reply.actions.append({action.value(QLatin1String("reason_zh")).toString(),
-                              action.value(QLatin1String("reason_en")).toString(),
-                              action.value(QLatin1String("action")).toInt(0)});
+        reply.m_actionsParams.append({action.value(QLatin1String("reason_zh")).toString(),
+                                      action.value(QLatin1String("reason_en")).toString(),
+                                      action.value(QLatin1String("action")).toInt(0)});
     }
     return reply;
 }
 
-HeartbeatOrder heartbeatOrder(const HeartbeatReply& reply, bool chinese)
+HeartbeatReply::Order HeartbeatReply::order() const
 {
-    for (const params::AliveReplyParams& action : reply.actions) {
-        if (action.m_action != kDisconnect && action.m_action != kReconnect)
-            continue;
-        const bool leave = action.m_action == kDisconnect && !reply.subnetIpChange;
-        return {leave ? HeartbeatOrder::Kind::Disconnect : HeartbeatOrder::Kind::Reconnect,
-                reasonOf(action, reply, chinese), hasReasons(action, reply)};
+    for (const params::AliveReplyParams& action : m_actionsParams) {
+        if (action.m_action == params::kReconnect)
+            return {Order::Reconnect, action};
+        if (action.m_action == params::kDisconnect)
+            return {m_subnetIpChange ? Order::Reconnect : Order::Disconnect, action};
     }
     return {};
+}
+
+bool HeartbeatReply::_isActionsResonEmpty(const params::AliveReplyParams& action) const
+{
+    if (!action.m_reason_en.isEmpty() && !action.m_reason_zh.isEmpty())
+        return false;
+    return m_mobileDetectFailed.isEmpty() || m_mobileDetectFailedEn.isEmpty();
+}
+
+QString HeartbeatReply::reason(const params::AliveReplyParams& action, bool chinese) const
+{
+    if (m_subnetIpChange)
+        return chinese ? m_mobileDetectFailed : m_mobileDetectFailedEn;
+    return chinese ? action.m_reason_zh : action.m_reason_en;
 }

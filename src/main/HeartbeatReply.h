@@ -1,17 +1,20 @@
 #pragma once
 
-#include <QByteArray>
+#include <QJsonObject>
 #include <QList>
 #include <QString>
 
 namespace params {
+
+constexpr int kDisconnect = 1;
+constexpr int kReconnect = 4;
 
 /// One order of the orchestrator in the answer to a heartbeat.
 struct AliveReplyParams
 {
     QString m_reason_zh;
     QString m_reason_en;
-    int m_action = 0; ///< 1 disconnect, 4 reconnect; others mean nothing to this client
+    int m_action = 0; ///< kDisconnect, kReconnect; others mean nothing to this client
 };
 
 } // namespace params
@@ -20,25 +23,29 @@ struct AliveReplyParams
 struct HeartbeatReply
 {
     bool success = false;
-    QList<params::AliveReplyParams> actions; ///< in the orchestrator's order
-    QString mobileDetectFailed;              ///< why the intranet was not detected, Chinese
-    QString mobileDetectFailedEn;            ///< the same in English
-    bool subnetIpChange = false;             ///< the client's subnet has changed
+    QList<params::AliveReplyParams> m_actionsParams; ///< in the orchestrator's order
+    QString m_mobileDetectFailed;                    ///< why no intranet was found, Chinese
+    QString m_mobileDetectFailedEn;                  ///< the same in English
+    bool m_subnetIpChange = false;                   ///< the client's subnet has changed
     bool enableQuantum = false;
     bool enablePQC = false;
 
-    static HeartbeatReply fromJson(const QByteArray& body);
+    static HeartbeatReply fromJson(const QJsonObject& json);
+
+    /// What the answer orders: the first disconnect or reconnect of its list. A disconnect because
+    /// of another subnet is carried out as a reconnect.
+    struct Order
+    {
+        enum Kind { None, Disconnect, Reconnect };
+
+        Kind kind = None;
+        params::AliveReplyParams action;
+    };
+    Order order() const;
+
+    /// The log will not tell more about the order than the prompt does.
+    bool _isActionsResonEmpty(const params::AliveReplyParams& action) const;
+
+    /// The order's reason in the wanted language; empty when the orchestrator gives none.
+    QString reason(const params::AliveReplyParams& action, bool chinese) const;
 };
-
-/// What a heartbeat's answer orders: the first disconnect or reconnect of its list.
-struct HeartbeatOrder
-{
-    enum class Kind { None, Disconnect, Reconnect };
-
-    Kind kind = Kind::None;
-    QString reason;          ///< in the wanted language; empty when the orchestrator gives none
-    bool hasReasons = false; ///< the log will tell more than the prompt
-};
-
-/// A disconnect because of another subnet is carried out as a reconnect.
-HeartbeatOrder heartbeatOrder(const HeartbeatReply& reply, bool chinese);

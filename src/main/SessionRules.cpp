@@ -29,11 +29,6 @@ bool heartbeatDue(long long now, long long last, int interval)
     return now - last >= static_cast<long long>(interval) - 1;
 }
 
-bool noticeQueryDue(long long elapsed, long long interval)
-{
-    return elapsed / 60.0 > double(interval); // the interval is the service's word: no overflow
-}
-
 QStringList logoutArguments(bool invalidToken, bool isByUser, bool showTipInLoginUI)
 {
     QStringList arguments{QStringLiteral("-logout")};

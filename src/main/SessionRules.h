@@ -20,10 +20,6 @@ bool mayRestartDatapath(int& restarts);
 /// Whether a heartbeat is due; all times in seconds since the epoch.
 bool heartbeatDue(long long now, long long last, int interval);
 
-/// Whether the maintenance notice is asked for again when the window takes the focus: `elapsed`
-/// seconds after the last query, which come every `interval` minutes.
-bool noticeQueryDue(long long elapsed, long long interval);
-
 /// The arguments of the restarted program at the end of a session.
 QStringList logoutArguments(bool invalidToken, bool isByUser, bool showTipInLoginUI);
 

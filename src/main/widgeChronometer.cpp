@@ -1,25 +1,19 @@
 #include "main/widgeChronometer.h"
 
+#include "app/NamedTimer.h"
 #include "app/Platform.h"
-#include "widgets/Style.h"
+#include "widgets/WidgetParts.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QTimer>
 
 widgeChronometer::widgeChronometer(QWidget* parent)
-    : QWidget(parent), m_Timer(new QTimer(this)), labelClock(new QLabel(this)),
-      labelTime(new QLabel(this))
+    : QWidget(parent),
+      m_Timer(makeTimer(this, "m_Timer", 1000, &widgeChronometer::onChangeTimeTick)),
+      labelClock(makePicture(this, "labelClock", QStringLiteral("time.png"), QSize(16, 16))),
+      labelTime(makeLabel(this, "labelTime", "text"))
 {
     setObjectName(QStringLiteral("m_Chronometer"));
-    m_Timer->setObjectName(QStringLiteral("m_Timer"));
-    m_Timer->setInterval(1000);
-    connect(m_Timer, &QTimer::timeout, this, &widgeChronometer::onChangeTimeTick);
-
-    labelClock->setObjectName(QStringLiteral("labelClock"));
-    labelClock->setPixmap(pictureIcon(QStringLiteral("time.png")).pixmap(16, 16));
-    labelTime->setObjectName(QStringLiteral("labelTime"));
-    setRole(labelTime, "text");
     labelTime->setAccessibleDescription(tr("Connected time")); // its name is the time
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
@@ -31,7 +25,7 @@ widgeChronometer::widgeChronometer(QWidget* parent)
 
 void widgeChronometer::start()
 {
-    labelTime->setText(timeText(0));
+    showTime(0);
     m_TimeRecord = platform().now();
     m_Second = m_TimeRecord.toSecsSinceEpoch();
     show();
@@ -63,5 +57,11 @@ QString widgeChronometer::timeText(qint64 seconds)
 void widgeChronometer::onChangeTimeTick()
 {
     // A clock that is set back does not show a negative time.
-    labelTime->setText(timeText(qMax<qint64>(0, platform().now().toSecsSinceEpoch() - m_Second)));
+    showTime(qMax<qint64>(0, platform().now().toSecsSinceEpoch() - m_Second));
+}
+
+void widgeChronometer::showTime(qint64 seconds)
+{
+    labelTime->setText(timeText(seconds));
+    resize(qMax(kPlace.width(), sizeHint().width()), kPlace.height());
 }

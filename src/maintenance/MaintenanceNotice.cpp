@@ -45,6 +45,11 @@ bool announcedOnFocus(const OrchUpgradeReply& notice, bool handled)
            !inProgress(notice);
 }
 
+bool queryDue(long long elapsed, long long interval)
+{
+    return elapsed / 60.0 > double(interval); // the interval is the service's word: no overflow
+}
+
 bool isRunning(const OrchUpgradeReply& notice)
 {
     return concernsClient(notice) && notice.startTime < notice.currentTime &&

@@ -21,6 +21,10 @@ bool stopsLogin(const OrchUpgradeReply& notice, bool handled);
 /// The main window announces the same, up to and including the last moment.
 bool announcedOnFocus(const OrchUpgradeReply& notice, bool handled);
 
+/// Whether the notice is asked for again: `elapsed` seconds after the last query, which come every
+/// `interval` minutes.
+bool queryDue(long long elapsed, long long interval);
+
 /// The maintenance is in progress by the orchestrator's own clock.
 bool isRunning(const OrchUpgradeReply& notice);
 

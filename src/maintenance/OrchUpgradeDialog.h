@@ -19,6 +19,9 @@ public:
     /// Replaces the built-in heading; plain text.
     void setTitle(const QString& title);
 
+    /// The text below the heading, as HTML; written anew when the dialog is shown.
+    void setContent(const QString& content);
+
     /// Milliseconds since 1970-01-01 UTC.
     void setStartEndTime(long long start, long long end);
 
@@ -35,4 +38,4 @@ private:
 
 /// Runs the notice modally over `window`, with the orchestrator's own heading when the notice
 /// names no template.
-void onShowOrchUpgradeDialog(QWidget* window, const OrchUpgradeReply& notice, NoticeType type);
+void showOrchUpgradeDialog(QWidget* window, const OrchUpgradeReply& notice, NoticeType type);

@@ -1,8 +1,7 @@
 #include "monitor/MonitorDatapath.h"
 
-#include "orch/Util.h"
-
-#include <QTimer>
+#include "app/NamedTimer.h"
+#include "orch/ProcessList.h"
 
 #include <algorithm>
 
@@ -22,31 +21,43 @@ MonitorDatapath* MonitorDatapath::instance()
     return &monitor;
 }
 
-MonitorDatapath::MonitorDatapath() : m_checkTimer(new QTimer(this))
+MonitorDatapath::MonitorDatapath()
+    : m_checkTimer(makeTimer(this, "m_checkTimer", 3000, &MonitorDatapath::onTimerOut))
 {
-    m_checkTimer->setObjectName(QStringLiteral("m_checkTimer"));
-    m_checkTimer->setInterval(3000);
-    connect(m_checkTimer, &QTimer::timeout, this, &MonitorDatapath::onTimerOut);
 }
 
 MonitorDatapath::~MonitorDatapath() = default;
 
 void MonitorDatapath::start()
 {
-    const QMutexLocker lock(&m_mutex);
-    if (m_running)
-        return;
-    m_running = true;
-    m_checkTimer->start();
+    watch(true);
 }
 
 void MonitorDatapath::stop()
 {
+    watch(false);
+}
+
+void MonitorDatapath::watch(bool wanted)
+{
+    {
+        const QMutexLocker lock(&m_mutex);
+        m_running = wanted;
+    }
+    // At once on the timer's own thread; no other may touch it.
+    QMetaObject::invokeMethod(this, &MonitorDatapath::followRunning);
+}
+
+// What holds is the last word, in whatever order the calls of several threads arrive here.
+void MonitorDatapath::followRunning()
+{
     const QMutexLocker lock(&m_mutex);
-    if (!m_running)
+    if (m_running == m_checkTimer->isActive())
         return;
-    m_running = false;
-    m_checkTimer->stop();
+    if (m_running)
+        m_checkTimer->start();
+    else
+        m_checkTimer->stop();
 }
 
 void MonitorDatapath::onTimerOut()

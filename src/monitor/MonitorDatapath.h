@@ -12,8 +12,8 @@ namespace monitor {
 bool datapathAlive(const QStringList& processNames);
 
 /// Watches, while the client is connected, that the datapath's processes are alive. One instance
-/// for the process; it lives on the GUI thread. start() and stop() may be called from any thread
-/// that the timer may be driven from.
+/// for the process; it lives on the GUI thread, which makes it. start() and stop() may be called
+/// from any thread; from another than the GUI thread they take effect in its event loop.
 class MonitorDatapath : public QObject
 {
     Q_OBJECT
@@ -40,7 +40,10 @@ private slots:
 private:
     MonitorDatapath();
 
-    bool m_running = false;
+    void watch(bool wanted);
+    void followRunning();
+
+    bool m_running = false; ///< what was asked for last
     QTimer* m_checkTimer;
     QMutex m_mutex; ///< guards m_running and the timer's start and stop
 };

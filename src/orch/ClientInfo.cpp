@@ -2,7 +2,7 @@
 
 #include "app/Platform.h"
 #include "app/Product.h"
-#include "orch/Util.h"
+#include "orch/HostIdentity.h"
 
 #include <QHostInfo>
 #include <QSysInfo>

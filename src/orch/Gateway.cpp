@@ -1,7 +1,6 @@
 #include "orch/Gateway.h"
 
 #include "app/Platform.h"
-#include "orch/Util.h"
 
 #include <QHostAddress>
 #include <QNetworkInterface>

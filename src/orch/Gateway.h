@@ -48,3 +48,14 @@ RouteChunk checkRouteChunk(const QByteArray& chunk);
 /// when that route has none or there is no such route. `messages` is the received dump; anything
 /// after the first inconsistent length is ignored (see rtnetlink(7)).
 quint32 parseDefaultGateway(const QByteArray& messages);
+
+namespace Util {
+
+/// Dotted IPv4 address of the interface on the default gateway's subnet, or "".
+QString getNICIp();
+
+/// The IPv4 default gateway in network byte order, 0 when there is none. `ok`, when given,
+/// tells whether the kernel could be asked. Blocks at most 2 s a datagram.
+quint32 getGateway(bool* ok);
+
+} // namespace Util

@@ -3,7 +3,6 @@
 #include "app/ConfigUtil.h"
 #include "app/Platform.h"
 #include "app/ProcessRun.h"
-#include "orch/Util.h"
 
 #include <QFile>
 #include <QRandomGenerator>
@@ -90,7 +89,7 @@ QString cpuArchitecture(const QByteArray& machine)
 
 QString Util::getSerial()
 {
-    QString serial = ConfigUtil::getvalue(ConfigUtil::SERIAL, QString()).toString();
+    QString serial = ConfigUtil::savedText(ConfigUtil::SERIAL);
     if (serial.size() != kSerialLength) {
         serial = newSerial();
         ConfigUtil::writeValue(ConfigUtil::SERIAL, serial);

@@ -3,16 +3,20 @@
 #include "app/Platform.h"
 #include "orch/ErrorCatalogue.h"
 #include "orch/JsonUtil.h"
-#include "orch/MaskSecrets.h"
 #include "orch/OrchErrCode.h"
 #include "orch/OrchErrRes.h"
 #include "orch/OrchTypes.h"
-#include "orch/ReplyFacts.h"
-#include "orch/Util.h"
+#include "orch/TextUtil.h"
 
+#include <QCoreApplication>
 #include <QMetaEnum>
 
 namespace {
+
+struct Texts
+{
+    Q_DECLARE_TR_FUNCTIONS(OrchReply)
+};
 
 QJsonObject parametersOf(const QJsonObject& body)
 {
@@ -25,40 +29,42 @@ int reasonCode(const QJsonObject& body)
 }
 
 /// The text for a failure without an error body; `systemError` is the window's own 6009.
-QString transferText(const HttpFailure& failure, bool verifyingCustomer, ErrorText systemError)
+QString transferText(const OrchReply& reply, bool verifyingCustomer, ErrorText systemError)
 {
-    switch (failure.error) {
+    switch (reply.error) {
     case QNetworkReply::NoError:
-        return errorText(systemError, failure.status);
+        return errorText(systemError, reply.status);
     case QNetworkReply::HostNotFoundError:
         return errorText(verifyingCustomer ? ErrorText::LookupHostNotFound
                                            : ErrorText::OrchHostNotFound);
     case QNetworkReply::OperationCanceledError: // the form a transfer time-out takes
         return errorText(verifyingCustomer ? ErrorText::LookupTimeout : ErrorText::OrchTimeout);
     case QNetworkReply::UnknownServerError:
-        if (failure.status == 502)
+        if (reply.status == 502)
             return errorText(ErrorText::BadGateway);
         break;
     default:
         break;
     }
-    return failure.errorString;
+    return reply.errorString;
 }
 
-QString messageInLanguage(const QJsonObject& body, int code, bool chinese)
+QString messageInLanguage(const OrchReply& reply, bool chinese)
 {
-    const QString message = JsonUtil::getQString(body, QStringLiteral("message"), QString());
+    const QString message =
+        JsonUtil::getQString(reply.json(), QStringLiteral("message"), QString());
     const QString messageCn =
-        JsonUtil::getQString(parametersOf(body), QStringLiteral("message_cn"), QString());
+        JsonUtil::getQString(parametersOf(reply.json()), QStringLiteral("message_cn"), QString());
     if (message.isEmpty() || messageCn.isEmpty())
         return QString();
-    return Util::oneLine(QString::number(code) + QLatin1Char(' ') +
+    return Util::oneLine(QString::number(reply.code()) + QLatin1Char(' ') +
                          (chinese ? messageCn : message));
 }
 
 /// The login window's text for an orchestrator code other than 0.
-QString codeText(int code, const QByteArray& body, const OrchTexts& texts)
+QString codeText(const OrchReply& reply, const OrchTexts& texts)
 {
+    const int code = reply.code();
     switch (code) {
     case orchcode::kSmsSendingFailed:
     case orchcode::kSmsSendingRefused:
@@ -73,18 +79,19 @@ QString codeText(int code, const QByteArray& body, const OrchTexts& texts)
     case QuerySmsStatusFrequently:
         return errorText(ErrorText::SmsTooFrequent);
     default:
-        return texts.content(body);
+        return texts.content(reply);
     }
 }
 
-LoginFailure refusal(int code, const QString& text, const QJsonObject& body, const OrchTexts& texts)
+LoginFailure refusal(const OrchReply& reply, const QString& text, const OrchTexts& texts)
 {
+    const int code = reply.code();
     LoginFailure result;
     result.text = text;
     if (code == orchcode::kTokenInvalid) {
-        result.text =
-            errorText(reasonCode(body) == KickedByChangePassword ? ErrorText::PasswordWasReset
-                                                                 : ErrorText::LoginExpired);
+        result.text = errorText(reasonCode(reply.json()) == KickedByChangePassword
+                                    ? ErrorText::PasswordWasReset
+                                    : ErrorText::LoginExpired);
     }
     result.forgetCredentials =
         code == orchcode::kTokenInvalid || code == orchcode::kCredentialsNoLongerValid;
@@ -100,73 +107,49 @@ LoginFailure refusal(int code, const QString& text, const QJsonObject& body, con
     return result;
 }
 
-QString errorName(const HttpFailure& failure)
+QString errorName(const OrchReply& reply)
 {
     const auto names = QMetaEnum::fromType<QNetworkReply::NetworkError>();
-    return QStringLiteral("Error code: ") + QLatin1String(names.valueToKey(failure.error));
-}
-
-QString withStatus(const HttpFailure& failure)
-{
-    return failure.errorString + QStringLiteral(" statuscode ") + QString::number(failure.status);
+    return QLatin1String(names.valueToKey(reply.error));
 }
 
 } // namespace
 
-HttpFailure HttpFailure::of(const QByteArray& body, const QNetworkReply* reply)
+QString failureCauseText(const OrchReply& reply)
 {
-    if (!reply)
-        return {body, QNetworkReply::NoError, QString(), 0};
-    // The error string names the address, and a query may carry an identifier.
-    QString text = reply->errorString();
-    if (reply->url().hasQuery())
-        text.replace(reply->url().toString(), reply->url().toString(QUrl::RemoveQuery));
-    return {body, reply->error(), Util::oneLine(text), httpStatus(reply)};
+    return Texts::tr("Error code: %1Error Info: %2 statuscode %3")
+        .arg(errorName(reply), reply.errorString, QString::number(reply.status));
 }
 
-QString HttpFailure::logText() const
+QString failureLogText(const OrchReply& reply, const QString& separator)
 {
-    return withStatus(*this) + QStringLiteral(" orch return text ") + maskSecrets(body);
-}
-
-QString failureCauseText(const HttpFailure& failure, const QString& separator)
-{
-    return errorName(failure) + separator + withStatus(failure);
-}
-
-QString failureLogText(const HttpFailure& failure, const QString& separator)
-{
-    return errorName(failure) + separator + failure.logText();
+    return QStringLiteral("Error code: ") + errorName(reply) + separator + reply.logText();
 }
 
 OrchTexts OrchTexts::shared()
 {
     return {
         platform().isChinese(),
-        [](const QByteArray& body) { return OrchErrRes::getInstance()->getOrchErrContent(body); },
+        [](const OrchReply& reply) { return OrchErrRes::getInstance()->getOrchErrContent(reply); },
         [](int code) { return OrchErrRes::getInstance()->isVersionLow(code); }};
 }
 
-LoginFailure loginFailure(const HttpFailure& failure, bool verifyingCustomer,
-                          const OrchTexts& texts)
+LoginFailure loginFailure(const OrchReply& reply, bool verifyingCustomer, const OrchTexts& texts)
 {
-    const QJsonObject body = JsonUtil::object(failure.body);
-    const int code = JsonUtil::getInt(body, QStringLiteral("code"), 0);
-
     LoginFailure result;
-    result.text = messageInLanguage(body, code, texts.chinese);
+    result.text = messageInLanguage(reply, texts.chinese);
     if (!result.text.isEmpty())
         return result;
-    if (!failure.body.contains("message")) {
-        result.text = transferText(failure, verifyingCustomer, ErrorText::SystemErrorAtLogin);
+    if (!reply.body.contains("message")) {
+        result.text = transferText(reply, verifyingCustomer, ErrorText::SystemErrorAtLogin);
         return result;
     }
-    const QString text = code == 0 ? QString() : codeText(code, failure.body, texts);
+    const QString text = reply.code() == 0 ? QString() : codeText(reply, texts);
     if (text.isEmpty()) {
-        result.text = errorText(ErrorText::SystemErrorAtLogin, failure.status);
+        result.text = errorText(ErrorText::SystemErrorAtLogin, reply.status);
         return result;
     }
-    return refusal(code, text, body, texts);
+    return refusal(reply, text, texts);
 }
 
 Kickout kickout(const QJsonObject& body)
@@ -185,9 +168,9 @@ Kickout kickout(const QJsonObject& body)
     }
 }
 
-SessionEnd invalidSessionEnd(const QByteArray& body, bool settingsChangePassword)
+SessionEnd invalidSessionEnd(const OrchReply& reply, bool settingsChangePassword)
 {
-    switch (kickout(JsonUtil::object(body))) {
+    switch (kickout(reply.json())) {
     case Kickout::ForcedLogout:
         return SessionEnd::ForcedLogout;
     case Kickout::AccountChanged:
@@ -201,22 +184,18 @@ SessionEnd invalidSessionEnd(const QByteArray& body, bool settingsChangePassword
     }
     if (settingsChangePassword)
         return SessionEnd::LeftToSettings;
-    return body.contains("password") ? SessionEnd::KeepToken : SessionEnd::InvalidToken;
+    return reply.body.contains("password") ? SessionEnd::KeepToken : SessionEnd::InvalidToken;
 }
 
-MainFailure mainFailure(const HttpFailure& failure, bool settingsChangePassword,
-                        const OrchTexts& texts)
+MainFailure mainFailure(const OrchReply& reply, bool settingsChangePassword, const OrchTexts& texts)
 {
-    if (!failure.body.contains("message")) {
-        return {SessionEnd::None, transferText(failure, false, ErrorText::SystemErrorNoErrorBody)};
+    if (!reply.body.contains("message")) {
+        return {SessionEnd::None, transferText(reply, false, ErrorText::SystemErrorNoErrorBody)};
     }
-    const QString text = texts.content(failure.body);
+    const QString text = texts.content(reply);
     if (text.isEmpty())
-        return {SessionEnd::None, errorText(ErrorText::SystemErrorNoErrorText, failure.status)};
-
-    const QJsonObject body = JsonUtil::object(failure.body);
-    const int code = JsonUtil::getInt(body, QStringLiteral("code"), 0);
-    if (code != orchcode::kTokenInvalid && !text.contains(QLatin1String("401")))
+        return {SessionEnd::None, errorText(ErrorText::SystemErrorNoErrorText, reply.status)};
+    if (reply.code() != orchcode::kTokenInvalid && !text.contains(QLatin1String("401")))
         return {SessionEnd::None, text};
-    return {invalidSessionEnd(failure.body, settingsChangePassword), QString()};
+    return {invalidSessionEnd(reply, settingsChangePassword), QString()};
 }

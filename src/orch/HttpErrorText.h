@@ -1,42 +1,28 @@
 #pragma once
 
-#include <QByteArray>
+#include "orch/OrchReply.h"
+
 #include <QJsonObject>
-#include <QNetworkReply>
 #include <QString>
 
 #include <functional>
 
 /// How a failed request becomes a text in a window's top prompt and an action. The decisions are
-/// pure; the windows read the reply, decide, and act.
+/// pure; the windows decide and act.
 
-/// What is left of a failed request.
-struct HttpFailure
-{
-    QByteArray body;
-    QNetworkReply::NetworkError error = QNetworkReply::NoError;
-    QString errorString;
-    int status = 0; ///< HTTP status, 0 when none arrived
+/// Name of the network error, error string, status and body in one line for the log, secrets
+/// masked; `separator` stands behind the name.
+QString failureLogText(const OrchReply& reply, const QString& separator);
 
-    /// Reads a finished reply; without a reply, a failure that has a body alone.
-    static HttpFailure of(const QByteArray& body, const QNetworkReply* reply);
-
-    /// Error string, status and body in one line for the log, secrets masked.
-    QString logText() const;
-};
-
-/// The same with the name of the network error in front, and `separator` behind that.
-QString failureLogText(const HttpFailure& failure, const QString& separator);
-
-/// The same without the body, for the user's activity log.
-QString failureCauseText(const HttpFailure& failure, const QString& separator);
+/// Error name, error string and status in one line for the user's activity log, translated.
+QString failureCauseText(const OrchReply& reply);
 
 /// Where the texts for the orchestrator's own codes come from.
 struct OrchTexts
 {
     bool chinese = false;
     /// The text for an orchestrator error body (OrchErrRes::getOrchErrContent).
-    std::function<QString(const QByteArray&)> content;
+    std::function<QString(const OrchReply&)> content;
     /// Whether the code means that this client is too old (OrchErrRes::isVersionLow).
     std::function<bool(int)> versionLow;
 
@@ -65,8 +51,7 @@ struct LoginFailure
 };
 
 /// `verifyingCustomer`: the lookup servers are being asked; the public key has not arrived yet.
-LoginFailure loginFailure(const HttpFailure& failure, bool verifyingCustomer,
-                          const OrchTexts& texts);
+LoginFailure loginFailure(const OrchReply& reply, bool verifyingCustomer, const OrchTexts& texts);
 
 /// Why a session is over, by the "invalidReasonCode" of a reply with code 401.
 enum class Kickout {
@@ -89,9 +74,9 @@ enum class SessionEnd {
     PasswordChanged, ///< dialog, then log out keeping the token
 };
 
-/// How a session ends whose token was refused with this body; never None.
+/// How a session ends whose token was refused with this reply; never None.
 /// `settingsChangePassword`: the settings page itself is changing the password.
-SessionEnd invalidSessionEnd(const QByteArray& body, bool settingsChangePassword);
+SessionEnd invalidSessionEnd(const OrchReply& reply, bool settingsChangePassword);
 
 /// What the main window does about a failure.
 struct MainFailure
@@ -101,5 +86,5 @@ struct MainFailure
 };
 
 /// `settingsChangePassword`: the settings page itself is changing the password.
-MainFailure mainFailure(const HttpFailure& failure, bool settingsChangePassword,
+MainFailure mainFailure(const OrchReply& reply, bool settingsChangePassword,
                         const OrchTexts& texts);

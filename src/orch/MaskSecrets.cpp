@@ -1,6 +1,6 @@
 #include "orch/MaskSecrets.h"
 
-#include <algorithm>
+#include "app/SecretNames.h"
 
 namespace {
 
@@ -52,14 +52,6 @@ int afterValue(const QByteArray& text, int at)
     return text.size();
 }
 
-bool isSecret(const QByteArray& name)
-{
-    const auto& names = secretNames();
-    return std::any_of(names.begin(), names.end(), [&name](const QByteArray& secret) {
-        return qstricmp(secret.constData(), name.constData()) == 0;
-    });
-}
-
 QByteArray withoutSecretValues(const QByteArray& text)
 {
     QByteArray shown;
@@ -73,7 +65,8 @@ QByteArray withoutSecretValues(const QByteArray& text)
         const int end = afterString(text, at);
         shown += text.mid(at, end - at);
         const int colon = skipSpace(text, end);
-        if (colon < text.size() && text[colon] == ':' && isSecret(text.mid(at + 1, end - at - 2))) {
+        if (colon < text.size() && text[colon] == ':' &&
+            isSecretName(text.mid(at + 1, end - at - 2))) {
             shown += ":\"***\"";
             at = afterValue(text, skipSpace(text, colon + 1));
         } else {
@@ -85,39 +78,9 @@ QByteArray withoutSecretValues(const QByteArray& text)
 
 } // namespace
 
-const QList<QByteArray>& secretNames()
-{
-    static const QList<QByteArray> names{
-        "X-TQ-AUTH-HEADER",
-        "X-TQ-AUTH-DEVICE-BIND",
-        "token",
-        "middleToken",
-        "otpMiddleToken",
-        "deviceBindMiddleToken",
-        "forgetPasswordMiddleToken",
-        "requestIdForPoll",
-        "authResultCheckUrl",
-        "password",
-        "oldPassword",
-        "newPassword",
-        "encryptPassword",
-        "oldEncryptPassword",
-        "newEncryptPassword",
-        "encryptAccountName",
-        "otpKey",
-        "otpRecoverCode",
-        "supportOtpCode",
-        "verification",
-    };
-    return names;
-}
-
 QString maskSecrets(const QByteArray& body)
 {
     QString shown = QString::fromUtf8(withoutSecretValues(body.left(kLogBodyLimit)));
-    std::replace_if(
-        shown.begin(), shown.end(), [](QChar c) { return c.category() == QChar::Other_Control; },
-        QChar(QLatin1Char(' ')));
     if (body.size() > kLogBodyLimit)
         shown += QStringLiteral("... (%1 bytes)").arg(body.size());
     return shown;

@@ -2,17 +2,16 @@
 
 #include "app/ConfigUtil.h"
 #include "app/Platform.h"
+#include "orch/HostIdentity.h"
 #include "orch/JsonUtil.h"
 #include "orch/MaskSecrets.h"
 #include "orch/OrchErrCode.h"
 #include "orch/OrchRequests.h"
-#include "orch/ReplyFacts.h"
-#include "orch/Util.h"
+#include "orch/TextUtil.h"
 
 #include <QCoreApplication>
 #include <QJsonDocument>
 #include <QNetworkAccessManager>
-#include <QNetworkReply>
 #include <QtDebug>
 
 namespace {
@@ -21,7 +20,6 @@ namespace {
 constexpr int kLargestDocument = 1 << 20;
 
 constexpr int kTransferTimeoutMs = 40000;
-constexpr char kVersionProperty[] = "resourceVersion";
 
 /// A published resource.
 struct ResourceAddress
@@ -40,11 +38,6 @@ struct ResourceAddress
 QJsonObject parametersOf(const QJsonObject& body)
 {
     return JsonUtil::getObject(body, QStringLiteral("parameters"));
-}
-
-QString stored(const QString& key)
-{
-    return ConfigUtil::getvalue(key, QString()).toString();
 }
 
 bool isHttp(const QUrl& url)
@@ -90,14 +83,14 @@ void OrchErrRes::init()
     downVersion.clear();
 }
 
-QNetworkReply* OrchErrRes::start(const OrchRequest& request)
+void OrchErrRes::start(const OrchRequest& request)
 {
     if (!m_NetMgr) {
         m_NetMgr = new QNetworkAccessManager(this);
         m_NetMgr->setTransferTimeout(kTransferTimeoutMs);
-        connect(m_NetMgr, &QNetworkAccessManager::finished, this, &OrchErrRes::netReply);
     }
-    return sendOrchRequest(*m_NetMgr, request);
+    sendOrchRequest(*m_NetMgr, request,
+                    m_alive.step([this](const OrchReply& reply) { netReply(reply); }));
 }
 
 void OrchErrRes::setCustomerId(const QString& customerId)
@@ -114,10 +107,10 @@ void OrchErrRes::loadRes(const QString& path, const QString& authUrl)
 {
     if (!version.isEmpty() && isComplete())
         return;
-    const QString storedVersion = stored(ConfigUtil::ORCH_ERROR_VERSION);
-    const QString storedRes = stored(ConfigUtil::ORCH_ERROR_RES);
+    const QString storedVersion = ConfigUtil::savedText(ConfigUtil::ORCH_ERROR_VERSION);
+    const QString storedRes = ConfigUtil::savedText(ConfigUtil::ORCH_ERROR_RES);
     if (!storedVersion.isEmpty() && !storedRes.isEmpty()) {
-        updateMemoryRes(storedRes.toUtf8());
+        updateMemoryRes(JsonUtil::object(storedRes.toUtf8()));
         version = storedVersion;
     }
     updateResFromOrch(path, authUrl);
@@ -125,20 +118,19 @@ void OrchErrRes::loadRes(const QString& path, const QString& authUrl)
 
 void OrchErrRes::updateResFromOrch(const QString& path, const QString& authUrl)
 {
-    const QString root = authUrl.isEmpty() ? stored(ConfigUtil::AUTHURL) : authUrl;
+    const QString root = authUrl.isEmpty() ? ConfigUtil::savedText(ConfigUtil::AUTHURL) : authUrl;
     start(orchrequest::errorResourceAddress(root, path,
                                             {Util::getSerial(), m_customerId, QString()}));
 }
 
-void OrchErrRes::downloadAndUpdaeRes(const QByteArray& json)
+void OrchErrRes::downloadAndUpdaeRes(const QJsonObject& body)
 {
-    const QJsonObject body = JsonUtil::object(json);
     ResourceAddress address = ResourceAddress::in(body);
     if (address.version.isEmpty() && address.url.isEmpty())
         address = ResourceAddress::in(parametersOf(body));
     if (address.version == version && isComplete())
         return;
-    if (m_download && address.version == downVersion)
+    if (m_downloading && address.version == downVersion)
         return;
     const QUrl url(address.url);
     if (!isHttp(url)) {
@@ -146,9 +138,10 @@ void OrchErrRes::downloadAndUpdaeRes(const QByteArray& json)
         return;
     }
     downVersion = address.version;
-    m_download = start(orchrequest::errorResourceDocument(address.url, Util::getSerial()));
-    // Another download may have started by the time this one ends.
-    m_download->setProperty(kVersionProperty, downVersion);
+    OrchRequest request = orchrequest::errorResourceDocument(address.url, Util::getSerial());
+    request.userData = downVersion; // another download may have started by the time this one ends
+    m_downloading = true;
+    start(request);
 }
 
 void OrchErrRes::saveResToLocal(const QString& res, const QString& resVersion)
@@ -158,12 +151,11 @@ void OrchErrRes::saveResToLocal(const QString& res, const QString& resVersion)
     version = resVersion;
 }
 
-void OrchErrRes::updateMemoryRes(const QByteArray& json)
+void OrchErrRes::updateMemoryRes(const QJsonObject& document)
 {
     mapCn.clear();
     mapEn.clear();
     m_mapVersionLow.clear();
-    const QJsonObject document = JsonUtil::object(json);
     for (const QJsonValue& member : document) {
         const QJsonObject entry = member.toObject();
         if (!entry.value(QStringLiteral("error_Code")).isDouble())
@@ -182,59 +174,56 @@ bool OrchErrRes::isVersionLow(int code) const
     return m_mapVersionLow.value(code, false);
 }
 
-QString OrchErrRes::getOrchErrContent(const QByteArray& body)
+QString OrchErrRes::getOrchErrContent(const OrchReply& reply)
 {
-    const QJsonObject object = JsonUtil::object(body);
-    const int code = JsonUtil::getInt(object, QStringLiteral("code"), -1);
+    const int code = JsonUtil::getInt(reply.json(), QStringLiteral("code"), -1);
     if (code == -1)
         return QString();
-    const ResourceAddress address = ResourceAddress::in(parametersOf(object));
+    const ResourceAddress address = ResourceAddress::in(parametersOf(reply.json()));
     if (!address.version.isEmpty() && !address.url.isEmpty() &&
         (address.version != version || !isComplete()))
-        downloadAndUpdaeRes(body);
+        downloadAndUpdaeRes(reply.json());
     const bool chinese = platform().isChinese();
     const QString text = chinese ? mapCn.value(code) : mapEn.value(code);
-    return renderOrchError(object, text, isVersionLow(code), chinese);
+    return renderOrchError(reply.json(), text, isVersionLow(code), chinese);
 }
 
-void OrchErrRes::netReply(QNetworkReply* reply)
+// Downloads carry a mark, their version; an address, which the service chooses, tells nothing.
+void OrchErrRes::netReply(const OrchReply& reply)
 {
-    const QByteArray body = replyBody(reply);
-    const int status = httpStatus(reply);
-    const bool ok = status == 200 && reply->error() == QNetworkReply::NoError;
-    if (reply->url().toString().contains(QLatin1String("error/resource/url")))
-        addressReply(body, status, ok);
+    if (reply.userData.isValid())
+        documentReply(reply);
     else
-        documentReply(reply, body, status, ok);
-    reply->deleteLater();
+        addressReply(reply);
 }
 
-void OrchErrRes::addressReply(const QByteArray& body, int status, bool ok)
+void OrchErrRes::addressReply(const OrchReply& reply)
 {
-    if (ok) {
+    if (reply.answered()) {
         qDebug("Succeeded in obtaining orch error resource url");
-        downloadAndUpdaeRes(body);
-        return;
+        return downloadAndUpdaeRes(reply.json());
     }
     qDebug().noquote().nospace() << "Failed to get resource file of orch: "
-                                 << " statuscode " << status << " orch return text "
-                                 << maskSecrets(body);
+                                 << " statuscode " << reply.status << " orch return text "
+                                 << maskSecrets(reply.body);
 }
 
-void OrchErrRes::documentReply(QNetworkReply* reply, const QByteArray& body, int status, bool ok)
+void OrchErrRes::documentReply(const OrchReply& reply)
 {
-    if (m_download && reply != m_download)
+    if (reply.userData.toString() != downVersion)
         return; // a newer download is under way
-    m_download.clear();
+    m_downloading = false;
     // A login page of the network in between answers 200 as well.
-    if (!ok || body.size() > kLargestDocument || !QJsonDocument::fromJson(body).isObject()) {
+    const bool isDocument =
+        reply.body.size() <= kLargestDocument && QJsonDocument::fromJson(reply.body).isObject();
+    if (!reply.answered() || !isDocument) {
         qDebug().noquote().nospace()
             << "Failed to download orch resource: "
-            << " statuscode " << status << " orch return text " << maskSecrets(body);
+            << " statuscode " << reply.status << " orch return text " << maskSecrets(reply.body);
         return;
     }
-    saveResToLocal(QString::fromUtf8(body), reply->property(kVersionProperty).toString());
-    updateMemoryRes(body);
+    saveResToLocal(QString::fromUtf8(reply.body), downVersion);
+    updateMemoryRes(reply.json());
 }
 
 QString renderOrchError(const QJsonObject& body, const QString& resourceText, bool versionLow,

@@ -1,14 +1,14 @@
 #pragma once
 
-#include <QByteArray>
+#include "app/Attempt.h"
+
 #include <QJsonObject>
 #include <QMap>
 #include <QObject>
-#include <QPointer>
 #include <QString>
 
+class OrchReply;
 class QNetworkAccessManager;
-class QNetworkReply;
 struct OrchRequest;
 
 /// The orchestrator's error texts: a table of its numeric codes with English and Chinese texts,
@@ -40,13 +40,13 @@ public:
     /// Starts a download when the body names a resource other than the one in memory: members
     /// "errorResourceVersion" and "errorResourceDownloadUrl", at the top level or, when both are
     /// empty there, in "parameters". An address that is not http or https is left alone.
-    void downloadAndUpdaeRes(const QByteArray& json);
+    void downloadAndUpdaeRes(const QJsonObject& body);
 
     /// Stores the document and its version, which becomes the version in memory.
     void saveResToLocal(const QString& res, const QString& resVersion);
 
     /// Replaces all texts in memory by those of a document.
-    void updateMemoryRes(const QByteArray& json);
+    void updateMemoryRes(const QJsonObject& document);
 
     /// Whether the code means that this client is too old; false for unknown codes.
     bool isVersionLow(int code) const;
@@ -54,17 +54,15 @@ public:
     /// The text for an orchestrator error body in the system's language, the code in front unless
     /// it means that the client is too old; empty when the body names no code. Starts a download
     /// when the body names a newer resource.
-    QString getOrchErrContent(const QByteArray& body);
-
-private slots:
-    void netReply(QNetworkReply* reply);
+    QString getOrchErrContent(const OrchReply& reply);
 
 private:
     OrchErrRes();
     void init();
-    QNetworkReply* start(const OrchRequest& request);
-    void addressReply(const QByteArray& body, int status, bool ok);
-    void documentReply(QNetworkReply* reply, const QByteArray& body, int status, bool ok);
+    void start(const OrchRequest& request);
+    void netReply(const OrchReply& reply);
+    void addressReply(const OrchReply& reply);
+    void documentReply(const OrchReply& reply);
     bool isComplete() const;
 
     QString version; ///< of the resource in memory, empty when there is none
@@ -74,7 +72,8 @@ private:
     QNetworkAccessManager* m_NetMgr = nullptr; ///< made with the first request
     QString downVersion;                       ///< of the resource being downloaded
     QString m_customerId;
-    QPointer<QNetworkReply> m_download; ///< the download in flight
+    bool m_downloading = false;
+    Attempt m_alive;
 
     static OrchErrRes* m_pInstance;
 };

@@ -1,15 +1,14 @@
 #include "orch/OrchIdentity.h"
 
 #include "app/ConfigUtil.h"
-#include "orch/Util.h"
+#include "orch/HostIdentity.h"
 
 OrchIdentity storedIdentity()
 {
-    return storedIdentity(ConfigUtil::getvalue(ConfigUtil::CUSTOMERID, QString()).toString());
+    return storedIdentity(ConfigUtil::savedText(ConfigUtil::CUSTOMERID));
 }
 
 OrchIdentity storedIdentity(const QString& customerId)
 {
-    return {Util::getSerial(), customerId,
-            ConfigUtil::getvalue(ConfigUtil::TOKEN, QString()).toString()};
+    return {Util::getSerial(), customerId, ConfigUtil::savedText(ConfigUtil::TOKEN)};
 }

@@ -3,13 +3,12 @@
 #include "app/ConfigUtil.h"
 #include "app/Deployment.h"
 #include "orch/ClientInfo.h"
+#include "orch/Gateway.h"
+#include "orch/HostIdentity.h"
 #include "orch/JsonUtil.h"
 #include "orch/MaskSecrets.h"
 #include "orch/OrchIdentity.h"
 #include "orch/OrchRequests.h"
-#include "orch/ReplyFacts.h"
-#include "orch/ReplyVerdict.h"
-#include "orch/Util.h"
 
 #include <QCoreApplication>
 #include <QJsonDocument>
@@ -45,11 +44,11 @@ OrchIpc* OrchIpc::instance()
         s_instance = new OrchIpc;
         qAddPostRoutine(&releaseInstance);
     }
-    const QString debugUrl = ConfigUtil::getvalue(ConfigUtil::DEBUGAUTHURL, QString()).toString();
+    const QString debugUrl = ConfigUtil::savedText(ConfigUtil::DEBUGAUTHURL);
     if (!debugUrl.isEmpty())
         s_instance->m_authUrl = debugUrl;
     else if (s_instance->m_authUrl.isEmpty())
-        s_instance->m_authUrl = ConfigUtil::getvalue(ConfigUtil::AUTHURL, QString()).toString();
+        s_instance->m_authUrl = ConfigUtil::savedText(ConfigUtil::AUTHURL);
     return s_instance;
 }
 
@@ -87,13 +86,10 @@ void OrchIpc::onFinished(QNetworkReply* reply)
     // before the next reply does.
     const OrchCallbacks callbacks = m_callbackMap.take(reply);
     if (callbacks.m_cb || callbacks.m_errCb) {
-        const QByteArray body = replyBody(reply);
-        if (replySucceeded(reply->error(), httpStatus(reply), body)) {
-            if (callbacks.m_cb)
-                callbacks.m_cb(body);
-        } else if (callbacks.m_errCb) {
-            callbacks.m_errCb(body, reply);
-        }
+        const OrchReply answer = OrchReply::read(reply);
+        const OrchReplyFunc& callback = answer.succeeded() ? callbacks.m_cb : callbacks.m_errCb;
+        if (callback)
+            callback(answer);
     }
     reply->deleteLater();
 }

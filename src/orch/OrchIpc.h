@@ -15,7 +15,7 @@ namespace ipc {
 
 /// The object through which most requests to the lookup servers and the orchestrator go. It knows
 /// the orchestrator's authentication address and turns every finished reply into exactly one call
-/// of the success or of the error callback of its request. Success is what replySucceeded() says:
+/// of the success or of the error callback of its request. Success is OrchReply::succeeded():
 /// HTTP status 200, "code" 0 and no "errorInfo"; so a body that is not JSON is a success.
 ///
 /// Every request returns at once and calls back from the event loop. A callback may send further

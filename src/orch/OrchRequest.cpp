@@ -58,11 +58,25 @@ QNetworkReply* sendOrchRequest(QNetworkAccessManager& manager, const OrchRequest
         QObject::connect(deadline, &QTimer::timeout, reply, &QNetworkReply::abort);
         deadline->start(request.deadlineMs);
     }
-    QObject::connect(reply, &QNetworkReply::downloadProgress, reply, [reply](qint64 received) {
-        if (received <= kMostReplyBytes)
+    // Nobody reads before the end: what is available is all that has come, unpacked.
+    const qint64 most = request.mostBytes;
+    QObject::connect(reply, &QNetworkReply::readyRead, reply, [reply, most] {
+        if (reply->bytesAvailable() <= most)
             return;
-        qWarning("A reply of more than %lld bytes is not taken", kMostReplyBytes);
+        qWarning("A reply of more than %lld bytes is not taken", most);
+        reply->setProperty(OrchReply::kTooLong, true);
         reply->abort();
+    });
+    return reply;
+}
+
+QNetworkReply* sendOrchRequest(QNetworkAccessManager& manager, const OrchRequest& request,
+                               const OrchReplyFunc& done)
+{
+    QNetworkReply* const reply = sendOrchRequest(manager, request);
+    QObject::connect(reply, &QNetworkReply::finished, reply, [reply, done] {
+        reply->deleteLater();
+        done(OrchReply::read(reply));
     });
     return reply;
 }

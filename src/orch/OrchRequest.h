@@ -1,5 +1,7 @@
 #pragma once
 
+#include "orch/OrchReply.h"
+
 #include <QByteArray>
 #include <QList>
 #include <QPair>
@@ -22,19 +24,24 @@ struct OrchRequest
     /// Longest time without any data in either direction, in milliseconds; 0 for no bound.
     int timeoutMs = 40000;
     /// Longest time for the whole exchange, in milliseconds, so that a server that sends a byte
-    /// now and then holds nobody up; 0 for none, as for a document of any size.
-    int deadlineMs = 40000;
+    /// now and then does not hold its client up for ever; 0 for none, as for a document of any
+    /// size. Far above what a slow line needs for an answer.
+    int deadlineMs = 600000;
+    /// The longest body that is received, in bytes.
+    qint64 mostBytes = 128 << 20;
     /// The sender's own mark, not sent: comes back as QNetworkRequest::User of the reply.
     QVariant userData = {};
 };
 
-/// The longest body that is received.
-constexpr qint64 kMostReplyBytes = 128 << 20;
-
 /// Sends the request and returns its reply, which belongs to the manager until the receiver of
 /// its finished signal releases it. Always finishes asynchronously: also an address that is
 /// empty, malformed or neither http nor https only leads to a reply with a network error.
-/// Redirects are not followed: a 3xx answer is the answer. A time-out, a passed deadline and more
-/// than kMostReplyBytes finish the reply with QNetworkReply::OperationCanceledError. Call on the
-/// manager's thread.
+/// Redirects are not followed: a 3xx answer is the answer. A time-out, a passed deadline and too
+/// long a body finish the reply with QNetworkReply::OperationCanceledError; OrchReply tells the
+/// last from the others. Call on the manager's thread.
 QNetworkReply* sendOrchRequest(QNetworkAccessManager& manager, const OrchRequest& request);
+
+/// The same; once it has finished, the reply is read, released, and handed to `done`. What is
+/// returned is good for breaking the exchange off, which calls `done` at once.
+QNetworkReply* sendOrchRequest(QNetworkAccessManager& manager, const OrchRequest& request,
+                               const OrchReplyFunc& done);

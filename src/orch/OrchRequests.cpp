@@ -283,7 +283,9 @@ OrchRequest errorResourceAddress(const QString& authUrl, const QString& path,
 
 OrchRequest errorResourceDocument(const QString& documentUrl, const QString& serial)
 {
-    return makeRequest(Method::Get, documentUrl, serial);
+    OrchRequest request = makeRequest(Method::Get, documentUrl, serial);
+    request.deadlineMs = 0;
+    return request;
 }
 
 } // namespace orchrequest

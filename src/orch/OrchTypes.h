@@ -1,11 +1,8 @@
 #pragma once
 
-#include <QByteArray>
+#include "orch/OrchReply.h"
+
 #include <QString>
-
-#include <functional>
-
-class QNetworkReply;
 
 /// Padding of an encrypted credential; the value travels as "rsaType".
 enum RSAPaddingType {
@@ -30,16 +27,15 @@ enum DiagnoseTriggerType {
 /// The orchestrator's requests and their parameter records.
 namespace ipc {
 
-/// Receives the reply body of a request that succeeded.
-using OrchIpcCbFunc = std::function<void(const QByteArray&)>;
+/// Receives the reply of a request that succeeded.
+using OrchIpcCbFunc = OrchReplyFunc;
 
-/// Receives the body (possibly empty) and the finished reply of a request that failed. The reply
-/// is valid during the call only.
-using OrchIpcErrCbFunc = std::function<void(const QByteArray&, QNetworkReply*)>;
+/// Receives the reply of a request that failed.
+using OrchIpcErrCbFunc = OrchReplyFunc;
 
 /// What is called when a request finishes: exactly one of the two, once. There is no cancelling of
-/// a request; the callbacks of an object that may be thrown away earlier are wrapped in guarded()
-/// (app/Guarded.h).
+/// a request; callbacks of which the answer may no longer be wanted are wrapped in
+/// Attempt::step() (app/Attempt.h).
 struct OrchCallbacks
 {
     OrchIpcCbFunc m_cb;

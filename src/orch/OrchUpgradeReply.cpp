@@ -1,9 +1,6 @@
 #include "orch/OrchUpgradeReply.h"
 
 #include "app/Platform.h"
-#include "orch/JsonUtil.h"
-
-#include <QJsonObject>
 
 namespace {
 
@@ -12,9 +9,8 @@ constexpr int kTitleLimit = 200;
 
 } // namespace
 
-OrchUpgradeReply parseOrchUpgradeReply(const QByteArray& body)
+OrchUpgradeReply parseOrchUpgradeReply(const QJsonObject& json)
 {
-    const QJsonObject json = JsonUtil::object(body);
     const bool chinese = platform().isChinese();
     const auto text = [&json](const char* key) {
         return json.value(QLatin1String(key)).toString();

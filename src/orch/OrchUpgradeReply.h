@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QByteArray>
+#include <QJsonObject>
 #include <QString>
 
 /// The orchestrator's maintenance notice. Times are milliseconds since 1970-01-01 UTC.
@@ -19,4 +19,4 @@ struct OrchUpgradeReply
 };
 
 /// Reads a reply; what is missing or of another type takes its default.
-OrchUpgradeReply parseOrchUpgradeReply(const QByteArray& body);
+OrchUpgradeReply parseOrchUpgradeReply(const QJsonObject& json);

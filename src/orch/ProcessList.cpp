@@ -1,4 +1,4 @@
-#include "orch/Util.h"
+#include "orch/ProcessList.h"
 
 #include "app/Platform.h"
 

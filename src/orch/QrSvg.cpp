@@ -1,4 +1,4 @@
-#include "orch/Util.h"
+#include "orch/QrSvg.h"
 
 #include <qrcodegen.hpp>
 

@@ -1,4 +1,4 @@
-#include "orch/Util.h"
+#include "orch/TextUtil.h"
 
 #include <algorithm>
 

@@ -5,7 +5,7 @@
     <name>AccountDialogs</name>
     <message>
         <source>The account %1 logged into your device has been forcibly logged out on Orchestrator. For more details, please contact the network administrator.</source>
-        <translation>您设备上登录的账号 %1 已被控制器强制下线。如需了解详情，请联系网络管理员。</translation>
+        <translation>您设备上登录的账号 %1 已在控制器上被强制下线。如需了解详情，请联系网络管理员。</translation>
     </message>
     <message>
         <source>The extension property of your account has changed. Please log in again. If you have any queries, please contact the administrator.</source>
@@ -35,6 +35,83 @@
     </message>
 </context>
 <context>
+    <name>CustomerStep</name>
+    <message>
+        <source>Agree to privacy policy</source>
+        <translation>已同意隐私政策</translation>
+    </message>
+    <message>
+        <source>Failed to get authentication URL: %1 statuscode %2 orch return text %3</source>
+        <translation>获取认证地址失败：%1，状态码：%2，控制器返回：%3</translation>
+    </message>
+    <message>
+        <source>Try to get authentication URL again</source>
+        <translation>再次尝试获取认证地址</translation>
+    </message>
+    <message>
+        <source>Original URL is </source>
+        <translation>原始地址为 </translation>
+    </message>
+    <message>
+        <source>Converted url is </source>
+        <translation>转换后的地址为 </translation>
+    </message>
+</context>
+<context>
+    <name>DatapathControl</name>
+    <message>
+        <source>Start connecting</source>
+        <translation>开始连接</translation>
+    </message>
+    <message>
+        <source>Stop data path</source>
+        <translation>停止数据通道</translation>
+    </message>
+    <message>
+        <source>Username:</source>
+        <translation>用户名：</translation>
+    </message>
+    <message>
+        <source> Customer ID:</source>
+        <translation> 客户 ID：</translation>
+    </message>
+    <message>
+        <source> Serial Number:</source>
+        <translation> 序列号：</translation>
+    </message>
+    <message>
+        <source> Connect Mode:Intranet</source>
+        <translation> 连接模式：内网模式</translation>
+    </message>
+    <message>
+        <source> Connect Mode:Native</source>
+        <translation> 连接模式：普通模式</translation>
+    </message>
+    <message>
+        <source>Waiting for agent to synchronize configuration</source>
+        <translation>正在等待 Agent 同步配置</translation>
+    </message>
+    <message>
+        <source>Failed to init dispatch tool</source>
+        <translation>流量统计组件初始化失败</translation>
+    </message>
+</context>
+<context>
+    <name>DatapathFile</name>
+    <message>
+        <source>Can not remove </source>
+        <translation>无法删除 </translation>
+    </message>
+    <message>
+        <source>Can not open </source>
+        <translation>无法打开 </translation>
+    </message>
+    <message>
+        <source>Can not write </source>
+        <translation>无法写入 </translation>
+    </message>
+</context>
+<context>
     <name>DialogPrivacy</name>
     <message>
         <source>User Agreement and Privacy Policy</source>
@@ -42,7 +119,7 @@
     </message>
     <message>
         <source>We respect your privacy. Please read the following to learn more about out User Agreement and Privacy Policy.This Policy explains which personal data we collect and process through interactions with you or your use of our services.&lt;br&gt;&lt;br&gt;The Permissions we will use: Access Device Information, View Network Connections, Full Network Access.&lt;br&gt;Please check our &lt;a style=&quot;color:%1&quot; href=&quot;%2&quot;&gt;User Agreement&lt;/a&gt; and &lt;a style=&quot;color:%3&quot; href=&quot;%4&quot;&gt;Privacy Policy&lt;/a&gt;.</source>
-        <translation>我们尊重您的隐私。请阅读以下内容，了解我们的用户协议和隐私政策。本政策说明在您与我们互动或使用我们的服务时，我们会收集和处理哪些个人数据。&lt;br&gt;&lt;br&gt;我们将使用以下权限：读取设备信息、查看网络连接、完全的网络访问权限。&lt;br&gt;请查阅我们的&lt;a style=&quot;color:%1&quot; href=&quot;%2&quot;&gt;《用户协议》&lt;/a&gt;和&lt;a style=&quot;color:%3&quot; href=&quot;%4&quot;&gt;《隐私政策》&lt;/a&gt;。</translation>
+        <translation>我们尊重您的隐私。请阅读以下内容，了解我们的用户协议和隐私政策。本政策说明在您与我们互动或使用我们的服务时，我们会收集和处理哪些个人数据。&lt;br&gt;&lt;br&gt;我们将使用以下权限：读取设备信息、查看网络连接、完全网络访问。&lt;br&gt;请查阅我们的&lt;a style=&quot;color:%1&quot; href=&quot;%2&quot;&gt;《用户协议》&lt;/a&gt;和&lt;a style=&quot;color:%3&quot; href=&quot;%4&quot;&gt;《隐私政策》&lt;/a&gt;。</translation>
     </message>
     <message>
         <source>Decline</source>
@@ -69,7 +146,7 @@
     </message>
     <message>
         <source>Your device is no longer permitted to access Veltaro</source>
-        <translation>您的设备已不允许访问 Veltaro</translation>
+        <translation>您的设备已无权访问 Veltaro</translation>
     </message>
 </context>
 <context>
@@ -107,11 +184,11 @@
     </message>
     <message>
         <source>Your client is outdated, please update it to the latest version and login again. Notice: You will be automatically logged out once you close current popup box.</source>
-        <translation>您的客户端版本过低，请更新到最新版本后重新登录。注意：关闭本弹窗后，您将自动退出登录。</translation>
+        <translation>您的客户端版本过低，请升级到最新版本后重新登录。注意：关闭此弹窗后，您将自动退出登录。</translation>
     </message>
     <message>
         <source>Your client is outdated, please update it to the latest version and login again.</source>
-        <translation>您的客户端版本过低，请更新到最新版本后重新登录。</translation>
+        <translation>您的客户端版本过低，请升级到最新版本后重新登录。</translation>
     </message>
 </context>
 <context>
@@ -122,7 +199,7 @@
     </message>
     <message>
         <source>Continue...</source>
-        <translation>继续...</translation>
+        <translation>继续……</translation>
     </message>
     <message>
         <source>Continue</source>
@@ -138,11 +215,11 @@
     </message>
     <message>
         <source>Customer ID</source>
-        <translation>客户ID</translation>
+        <translation>客户 ID</translation>
     </message>
     <message>
         <source>Enter the customer ID that you received from your administrator.</source>
-        <translation>请输入管理员提供给您的客户ID。</translation>
+        <translation>请输入管理员提供给您的客户 ID。</translation>
     </message>
     <message>
         <source>Welcome</source>
@@ -182,7 +259,11 @@
     </message>
     <message>
         <source>Your client is outdated, please update it to the latest version.</source>
-        <translation>您的客户端版本过低，请更新到最新版本。</translation>
+        <translation>您的客户端版本过低，请升级到最新版本。</translation>
+    </message>
+    <message>
+        <source>Get privacy version again</source>
+        <translation>重新获取隐私政策版本</translation>
     </message>
 </context>
 <context>
@@ -240,20 +321,6 @@
         <translation>退出程序</translation>
     </message>
     <message>
-        <source>Open </source>
-        <translation>打开 </translation>
-    </message>
-    <message>
-        <source>Exit</source>
-        <translation>退出</translation>
-    </message>
-    <message>
-        <source>Running in
-Intranet Mode</source>
-        <translation>运行于
-内网模式</translation>
-    </message>
-    <message>
         <source>User </source>
         <translation>用户 </translation>
     </message>
@@ -262,120 +329,20 @@ Intranet Mode</source>
         <translation> 登录成功</translation>
     </message>
     <message>
-        <source>Connection canceled during waiting agent</source>
-        <translation>等待 agent 时取消连接</translation>
-    </message>
-    <message>
-        <source>Firewall is enabled, %1 inbound traffic will not pass through the firewall.</source>
-        <translation>防火墙已启用，%1 入站流量将不经过防火墙。</translation>
-    </message>
-    <message>
-        <source>Firewall is closed</source>
-        <translation>防火墙已关闭</translation>
-    </message>
-    <message>
-        <source>The rule for %1 inbound traffic was removed and the rule has been rewritten to restore it.</source>
-        <translation>%1 入站流量的规则被删除，已重新写入规则进行恢复。</translation>
-    </message>
-    <message>
-        <source>Received DP data</source>
-        <translation>收到 DP 数据</translation>
-    </message>
-    <message>
-        <source>Receive disconnect event</source>
-        <translation>收到断开连接事件</translation>
-    </message>
-    <message>
-        <source>The assigned virtual IP is </source>
-        <translation>分配的虚拟 IP 为 </translation>
-    </message>
-    <message>
-        <source>Connection canceled after receiving agent notification</source>
-        <translation>收到 agent 通知后取消连接</translation>
-    </message>
-    <message>
-        <source>Failed to init dispatch tool</source>
-        <translation>初始化 dispatch 工具失败</translation>
-    </message>
-    <message>
-        <source>Connection canceled during connection orchestrator</source>
-        <translation>连接控制器时取消连接</translation>
-    </message>
-    <message>
-        <source>NOTICE Connect event requested successfully</source>
-        <translation>NOTICE 连接请求成功</translation>
-    </message>
-    <message>
-        <source>Save data path configuration successfully</source>
-        <translation>数据通道配置保存成功</translation>
-    </message>
-    <message>
-        <source>Start connecting</source>
-        <translation>开始连接</translation>
-    </message>
-    <message>
-        <source> Connect Mode:Native</source>
-        <translation> 连接模式：普通模式</translation>
-    </message>
-    <message>
-        <source>Username:</source>
-        <translation>用户名：</translation>
-    </message>
-    <message>
-        <source> Customer ID:</source>
-        <translation> 客户ID：</translation>
-    </message>
-    <message>
-        <source> Serial Number:</source>
-        <translation> 序列号：</translation>
-    </message>
-    <message>
-        <source>Stop data path</source>
-        <translation>停止数据通道</translation>
-    </message>
-    <message>
-        <source>Checking for IP filter configurations</source>
-        <translation>正在检查 IP 过滤配置</translation>
-    </message>
-    <message>
-        <source>Loading IP filter configurations</source>
-        <translation>正在加载 IP 过滤配置</translation>
-    </message>
-    <message>
-        <source>Latest IP filter configurations, no need for reload</source>
-        <translation>IP 过滤配置已是最新，无需重新加载</translation>
-    </message>
-    <message>
-        <source>Connection canceled during getting filter</source>
-        <translation>获取过滤配置时取消连接</translation>
-    </message>
-    <message>
-        <source>Waiting for agent to synchronize configuration</source>
-        <translation>等待 agent 同步配置</translation>
-    </message>
-    <message>
         <source>Logs Loaded! Scroll down to view logs for last 15 days</source>
-        <translation>日志已加载！向下滚动可查看最近15天的日志</translation>
-    </message>
-    <message>
-        <source>Reconnecting</source>
-        <translation>正在重新连接</translation>
-    </message>
-    <message>
-        <source>Manual connect triggered</source>
-        <translation>手动触发连接</translation>
+        <translation>日志已加载！向下滚动可查看最近 15 天的日志</translation>
     </message>
     <message>
         <source>Are you sure to stop </source>
-        <translation>确定要停止 </translation>
+        <translation>确定要断开 </translation>
     </message>
     <message>
         <source>Manual stop triggered</source>
-        <translation>手动触发停止</translation>
+        <translation>手动断开连接</translation>
     </message>
     <message>
         <source>Manual cancel triggered</source>
-        <translation>手动触发取消</translation>
+        <translation>手动取消连接</translation>
     </message>
     <message>
         <source> is connected</source>
@@ -383,87 +350,23 @@ Intranet Mode</source>
     </message>
     <message>
         <source> is connected. In intranet mode, the tunnel is only established by an intranet CPE</source>
-        <translation> 已连接。内网模式下，仅由内网 CPE 建立隧道</translation>
-    </message>
-    <message>
-        <source>NOTICE Connected</source>
-        <translation>NOTICE 已连接</translation>
-    </message>
-    <message>
-        <source>Connecting</source>
-        <translation>连接中</translation>
-    </message>
-    <message>
-        <source>Disconnecting</source>
-        <translation>断开中</translation>
-    </message>
-    <message>
-        <source>Stop</source>
-        <translation>停止</translation>
-    </message>
-    <message>
-        <source>Cancel</source>
-        <translation>取消</translation>
-    </message>
-    <message>
-        <source>Disconnected</source>
-        <translation>已断开连接</translation>
+        <translation> 已连接。内网模式下，隧道仅由内网 CPE 建立</translation>
     </message>
     <message>
         <source>Logout</source>
         <translation>退出登录</translation>
     </message>
     <message>
-        <source>Check the DP status and find an exception</source>
-        <translation>检查 DP 状态时发现异常</translation>
-    </message>
-    <message>
-        <source>NOTICE Network restored</source>
-        <translation>NOTICE 网络已恢复</translation>
-    </message>
-    <message>
-        <source>Quantum Encryption Enabled</source>
-        <translation>量子加密已启用</translation>
-    </message>
-    <message>
-        <source>PQC Encryption Enabled</source>
-        <translation>PQC 加密已启用</translation>
-    </message>
-    <message>
         <source>Your network may be slow. Still connecting, please wait</source>
         <translation>您的网络可能较慢，仍在连接，请稍候</translation>
-    </message>
-    <message>
-        <source> Connect Mode:Intranet</source>
-        <translation> 连接模式：内网模式</translation>
     </message>
     <message>
         <source>A new version is available</source>
         <translation>有新版本可用</translation>
     </message>
     <message>
-        <source>The client has received the message from the server for disconnecting to the network.Please refer to the logs for more information.</source>
-        <translation>客户端收到服务器断开网络的消息，详情请查看日志。</translation>
-    </message>
-    <message>
-        <source>The client has received the message from the server for disconnecting to the network.</source>
-        <translation>客户端收到服务器断开网络的消息。</translation>
-    </message>
-    <message>
-        <source>The client has received the message from the server for connecting to the network again. Please refer to the logs for more information.</source>
-        <translation>客户端收到服务器重新连接网络的消息，详情请查看日志。</translation>
-    </message>
-    <message>
-        <source>The client has received the message from the server for connecting to the network again.</source>
-        <translation>客户端收到服务器重新连接网络的消息。</translation>
-    </message>
-    <message>
-        <source>Disconnecting due to receiving ORCH notification.</source>
-        <translation>收到控制器通知，断开连接。</translation>
-    </message>
-    <message>
-        <source>Reconnecting due to receiving ORCH notification.</source>
-        <translation>收到控制器通知，重新连接。</translation>
+        <source> ?</source>
+        <translation> 吗？</translation>
     </message>
 </context>
 <context>
@@ -514,6 +417,10 @@ Intranet Mode</source>
         <source>Discover A New Version V</source>
         <translation>发现新版本 V</translation>
     </message>
+    <message>
+        <source>Check new version</source>
+        <translation>检查新版本</translation>
+    </message>
 </context>
 <context>
     <name>ErrorCatalogue</name>
@@ -527,15 +434,15 @@ Intranet Mode</source>
     </message>
     <message>
         <source>6009 System error(%1). Please contact your network administrator</source>
-        <translation>6009 系统错误(%1)，请联系您的网络管理员</translation>
+        <translation>6009 系统错误（%1），请联系您的网络管理员</translation>
     </message>
     <message>
         <source>6009 System error (%1). Please contact your network administrator</source>
-        <translation>6009 系统错误 (%1)，请联系您的网络管理员</translation>
+        <translation>6009 系统错误（%1），请联系您的网络管理员</translation>
     </message>
     <message>
         <source>6009 System error (%1). Please contact your network administrator.</source>
-        <translation>6009 系统错误 (%1)，请联系您的网络管理员。</translation>
+        <translation>6009 系统错误（%1），请联系您的网络管理员。</translation>
     </message>
     <message>
         <source>6010 Unable to receive the notification of finish sending messages from the server, please check your network connections.</source>
@@ -551,15 +458,15 @@ Intranet Mode</source>
     </message>
     <message>
         <source>6015 Invalid Customer ID. Please enter again or contact your network administrator</source>
-        <translation>6015 客户ID无效，请重新输入或联系您的网络管理员</translation>
+        <translation>6015 客户 ID 无效，请重新输入或联系您的网络管理员</translation>
     </message>
     <message>
         <source>6016 The username cannot exceed the 64 characters in length. Please try again.</source>
-        <translation>6016 用户名长度不能超过64个字符，请重试。</translation>
+        <translation>6016 用户名长度不能超过 64 个字符，请重新输入。</translation>
     </message>
     <message>
         <source>6017 The password cannot exceed the 64 characters in length. Please try again.</source>
-        <translation>6017 密码长度不能超过64个字符，请重试。</translation>
+        <translation>6017 密码长度不能超过 64 个字符，请重新输入。</translation>
     </message>
     <message>
         <source>6018 Failed to save configuration file, contact your network administrator</source>
@@ -567,27 +474,27 @@ Intranet Mode</source>
     </message>
     <message>
         <source>6018 Failed to save Datapath configuration file, please try again.</source>
-        <translation>6018 保存 Datapath 配置文件失败，请重试。</translation>
+        <translation>6018 保存数据通道配置文件失败，请重试。</translation>
     </message>
     <message>
         <source>6019 Failed to stop DP(%1)</source>
-        <translation>6019 停止 DP 失败(%1)</translation>
+        <translation>6019 停止数据通道失败（%1）</translation>
     </message>
     <message>
         <source>6021 Failed to load executable file Datapath, please try again.</source>
-        <translation>6021 加载可执行文件 Datapath 失败，请重试。</translation>
+        <translation>6021 加载数据通道可执行文件失败，请重试。</translation>
     </message>
     <message>
         <source>6022 Network connection error: It appears that all tunnels have been disconnected. Rebuilding a tunnel...</source>
-        <translation>6022 网络连接异常：所有隧道均已断开，正在重建隧道...</translation>
+        <translation>6022 网络连接异常：所有隧道均已断开，正在重建隧道……</translation>
     </message>
     <message>
         <source>6023 SMS verification code sent too frequently, please try again 24 hours.</source>
-        <translation>6023 短信验证码发送过于频繁，请24小时后重试。</translation>
+        <translation>6023 短信验证码发送过于频繁，请 24 小时后重试。</translation>
     </message>
     <message>
         <source>6024 Phone number blocked. Contact network administrator to update account info.</source>
-        <translation>6024 手机号已被屏蔽，请联系网络管理员更新账号信息。</translation>
+        <translation>6024 手机号已被封禁，请联系网络管理员更新账号信息。</translation>
     </message>
     <message>
         <source>6025 Invalid phone number, please contact your network administrator to change the phone number on your account.</source>
@@ -595,7 +502,7 @@ Intranet Mode</source>
     </message>
     <message>
         <source>6026 Failed to send SMS authentication code, please try again.(%1).</source>
-        <translation>6026 短信验证码发送失败，请重试。(%1)。</translation>
+        <translation>6026 短信验证码发送失败，请重试（%1）。</translation>
     </message>
     <message>
         <source>6027 Authentication information has expired. Please log in again.</source>
@@ -603,19 +510,19 @@ Intranet Mode</source>
     </message>
     <message>
         <source>6029 The connection to the Lookup Server timed out, please check your network connections.</source>
-        <translation>6029 连接查询服务器超时，请检查您的网络连接。</translation>
+        <translation>6029 连接 Lookup 服务器超时，请检查您的网络连接。</translation>
     </message>
     <message>
         <source>6030 Failed to resolve the domain name of the Lookup Server. Please check your network connections.</source>
-        <translation>6030 查询服务器域名解析失败，请检查您的网络连接。</translation>
+        <translation>6030 Lookup 服务器域名解析失败，请检查您的网络连接。</translation>
     </message>
     <message>
         <source>6031 Please enter the 6-digit code from your authenticator.</source>
-        <translation>6031 请输入身份验证器中的6位验证码。</translation>
+        <translation>6031 请输入身份验证器中的 6 位验证码。</translation>
     </message>
     <message>
         <source>6032 Orchestrator server has not enable the Forgot Password function yet.</source>
-        <translation>6032 控制器尚未启用忘记密码功能。</translation>
+        <translation>6032 控制器尚未启用“忘记密码”功能。</translation>
     </message>
     <message>
         <source>6033 The Orchestrator server returned an invalid or unrecognized response. If there is any proxy server, please close it and try again.</source>
@@ -623,19 +530,19 @@ Intranet Mode</source>
     </message>
     <message>
         <source>6033 Orch reply: </source>
-        <translation>6033 控制器返回：</translation>
+        <translation>6033 控制器返回： </translation>
     </message>
     <message>
         <source>6034 Orchestrator server is outdated and Forgot Password function may not be available.</source>
-        <translation>6034 控制器版本过低，可能不支持忘记密码功能。</translation>
+        <translation>6034 控制器版本过低，可能不支持“忘记密码”功能。</translation>
     </message>
     <message>
         <source>6037 Please enter your Customer ID, Username and Password.</source>
-        <translation>6037 请输入您的客户ID、用户名和密码。</translation>
+        <translation>6037 请输入您的客户 ID、用户名和密码。</translation>
     </message>
     <message>
         <source>6037 Please fill in customer ID, username and password.</source>
-        <translation>6037 请填写客户ID、用户名和密码。</translation>
+        <translation>6037 请填写客户 ID、用户名和密码。</translation>
     </message>
     <message>
         <source>6038 Failed to connect Orchestrator server (Error Code 502). If you did not use proxy server, Orchestrator server may be upgrading and please try again later.</source>
@@ -663,7 +570,7 @@ Intranet Mode</source>
     </message>
     <message>
         <source>6044 Failed to send verification code to your email. Please try again(%1).</source>
-        <translation>6044 邮箱验证码发送失败，请重试(%1)。</translation>
+        <translation>6044 邮箱验证码发送失败，请重试（%1）。</translation>
     </message>
     <message>
         <source>6045 Query timeout: Unable to retrieve the result of the SMS sending. Please try again later or contact the administrator.</source>
@@ -683,10 +590,146 @@ Intranet Mode</source>
     </message>
 </context>
 <context>
+    <name>FilterDocument</name>
+    <message>
+        <source>Mode: inclusive filtering</source>
+        <translation>模式：包含过滤</translation>
+    </message>
+    <message>
+        <source>Mode: exclusive filtering</source>
+        <translation>模式：排除过滤</translation>
+    </message>
+    <message>
+        <source>Mode: inclusive and exclusive filtering</source>
+        <translation>模式：包含过滤和排除过滤</translation>
+    </message>
+    <message>
+        <source>Inclusive filtering </source>
+        <translation>包含过滤 </translation>
+    </message>
+    <message>
+        <source>Exclusive filtering </source>
+        <translation>排除过滤 </translation>
+    </message>
+</context>
+<context>
+    <name>FilterLists</name>
+    <message>
+        <source>Checking for IP filter configurations</source>
+        <translation>正在检查 IP 过滤配置</translation>
+    </message>
+    <message>
+        <source>Loading IP filter configurations</source>
+        <translation>正在加载 IP 过滤配置</translation>
+    </message>
+    <message>
+        <source>Latest IP filter configurations, no need for reload</source>
+        <translation>IP 过滤配置已是最新，无需重新加载</translation>
+    </message>
+</context>
+<context>
+    <name>Heartbeat</name>
+    <message>
+        <source>The client has received the message from the server for disconnecting to the network.</source>
+        <translation>客户端已收到服务器下发的断开网络指令。</translation>
+    </message>
+    <message>
+        <source>The client has received the message from the server for disconnecting to the network.Please refer to the logs for more information.</source>
+        <translation>客户端已收到服务器下发的断开网络指令，详情请查看日志。</translation>
+    </message>
+    <message>
+        <source>The client has received the message from the server for connecting to the network again.</source>
+        <translation>客户端已收到服务器下发的重新连接网络指令。</translation>
+    </message>
+    <message>
+        <source>The client has received the message from the server for connecting to the network again. Please refer to the logs for more information.</source>
+        <translation>客户端已收到服务器下发的重新连接网络指令，详情请查看日志。</translation>
+    </message>
+    <message>
+        <source>Disconnecting due to receiving ORCH notification.</source>
+        <translation>收到控制器通知，正在断开连接。</translation>
+    </message>
+    <message>
+        <source>Reconnecting due to receiving ORCH notification.</source>
+        <translation>收到控制器通知，正在重新连接。</translation>
+    </message>
+</context>
+<context>
+    <name>HomePage</name>
+    <message>
+        <source>Running in
+Intranet Mode</source>
+        <translation>当前为
+内网模式</translation>
+    </message>
+    <message>
+        <source>Connecting</source>
+        <translation>连接中</translation>
+    </message>
+    <message>
+        <source>Disconnecting</source>
+        <translation>断开中</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>断开</translation>
+    </message>
+    <message>
+        <source>Connect</source>
+        <translation>连接</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Quantum Encryption Enabled</source>
+        <translation>量子加密已启用</translation>
+    </message>
+    <message>
+        <source>PQC Encryption Enabled</source>
+        <translation>后量子加密（PQC）已启用</translation>
+    </message>
+</context>
+<context>
     <name>Log</name>
     <message>
         <source>Failed to remove old log file</source>
         <translation>删除旧日志文件失败</translation>
+    </message>
+</context>
+<context>
+    <name>LoginRequest</name>
+    <message>
+        <source>Verification successful</source>
+        <translation>验证成功</translation>
+    </message>
+    <message>
+        <source>Get token successfully</source>
+        <translation>获取令牌成功</translation>
+    </message>
+    <message>
+        <source>Authorization succeeded</source>
+        <translation>授权成功</translation>
+    </message>
+    <message>
+        <source>Verification failed</source>
+        <translation>验证失败</translation>
+    </message>
+    <message>
+        <source>Asynchronous authenticatin failed</source>
+        <translation>异步认证失败</translation>
+    </message>
+</context>
+<context>
+    <name>OrchReply</name>
+    <message>
+        <source>Error code: %1Error Info: %2 statuscode %3</source>
+        <translation>错误码：%1，错误信息：%2，状态码：%3</translation>
+    </message>
+    <message>
+        <source>The server&apos;s reply is too large.</source>
+        <translation>服务器返回的数据过大。</translation>
     </message>
 </context>
 <context>
@@ -717,6 +760,103 @@ Intranet Mode</source>
     <message>
         <source>Close</source>
         <translation>关闭</translation>
+    </message>
+</context>
+<context>
+    <name>Session</name>
+    <message>
+        <source>NOTICE Network restored</source>
+        <translation>NOTICE 网络已恢复</translation>
+    </message>
+    <message>
+        <source>Check the DP status and find an exception</source>
+        <translation>数据通道状态异常</translation>
+    </message>
+    <message>
+        <source>NOTICE Connected</source>
+        <translation>NOTICE 已连接</translation>
+    </message>
+    <message>
+        <source>Reconnecting</source>
+        <translation>正在重新连接</translation>
+    </message>
+    <message>
+        <source>Manual connect triggered</source>
+        <translation>手动发起连接</translation>
+    </message>
+    <message>
+        <source>Connection canceled during waiting agent</source>
+        <translation>等待 Agent 期间，连接已取消</translation>
+    </message>
+    <message>
+        <source>Disconnected</source>
+        <translation>已断开连接</translation>
+    </message>
+    <message>
+        <source>Connection canceled during connection orchestrator</source>
+        <translation>连接控制器期间，连接已取消</translation>
+    </message>
+    <message>
+        <source>NOTICE Connect event requested successfully</source>
+        <translation>NOTICE 连接请求成功</translation>
+    </message>
+    <message>
+        <source>Save data path configuration successfully</source>
+        <translation>数据通道配置保存成功</translation>
+    </message>
+    <message>
+        <source>Connection canceled during getting filter</source>
+        <translation>获取过滤配置期间，连接已取消</translation>
+    </message>
+    <message>
+        <source>Firewall is enabled, %1 inbound traffic will not pass through the firewall.</source>
+        <translation>防火墙已启用，%1 的入站流量将无法通过防火墙。</translation>
+    </message>
+    <message>
+        <source>Firewall is closed</source>
+        <translation>防火墙已关闭</translation>
+    </message>
+    <message>
+        <source>The rule for %1 inbound traffic was removed and the rule has been rewritten to restore it.</source>
+        <translation>%1 的入站流量规则已被删除，现已重新写入规则予以恢复。</translation>
+    </message>
+    <message>
+        <source>Received DP data</source>
+        <translation>收到数据通道消息</translation>
+    </message>
+    <message>
+        <source>Receive disconnect event</source>
+        <translation>收到断开连接事件</translation>
+    </message>
+    <message>
+        <source>The assigned virtual IP is </source>
+        <translation>分配的虚拟 IP 为 </translation>
+    </message>
+    <message>
+        <source>Connection canceled after receiving agent notification</source>
+        <translation>收到 Agent 通知后，连接已取消</translation>
+    </message>
+</context>
+<context>
+    <name>TrayIcon</name>
+    <message>
+        <source>Open </source>
+        <translation>打开 </translation>
+    </message>
+    <message>
+        <source>Exit</source>
+        <translation>退出</translation>
+    </message>
+</context>
+<context>
+    <name>UpgradeWatch</name>
+    <message>
+        <source>Failed to check, please try again.</source>
+        <translation>检查失败，请重试。</translation>
+    </message>
+    <message>
+        <source>Discover a new version </source>
+        <translation>发现新版本 </translation>
     </message>
 </context>
 <context>
@@ -754,7 +894,7 @@ Intranet Mode</source>
     <name>WidgeDiagnoseResult</name>
     <message>
         <source>Check Result</source>
-        <translation>检测结果</translation>
+        <translation>诊断结果</translation>
     </message>
     <message>
         <source>Close</source>
@@ -785,7 +925,7 @@ Intranet Mode</source>
     </message>
     <message>
         <source>Customer ID</source>
-        <translation>客户ID</translation>
+        <translation>客户 ID</translation>
     </message>
     <message>
         <source>Username</source>
@@ -811,11 +951,11 @@ Intranet Mode</source>
     </message>
     <message>
         <source>1 day %1:%2:%3</source>
-        <translation>1天 %1:%2:%3</translation>
+        <translation>1 天 %1:%2:%3</translation>
     </message>
     <message>
         <source>%1 days %2:%3:%4</source>
-        <translation>%1天 %2:%3:%4</translation>
+        <translation>%1 天 %2:%3:%4</translation>
     </message>
 </context>
 </TS>

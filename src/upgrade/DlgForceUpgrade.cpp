@@ -3,6 +3,7 @@
 #include "upgrade/InstallerHandover.h"
 #include "widgets/DialogFrame.h"
 #include "widgets/Style.h"
+#include "widgets/WidgetParts.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -14,41 +15,33 @@ namespace {
 
 constexpr int kWidth = 304;
 constexpr int kNoteHeight = 72;
-constexpr int kPicture = 64;
+constexpr QSize kPicture(64, 64);
 
 } // namespace
 
 DlgForceUpgrade::DlgForceUpgrade(QDialog* parent)
-    : OtpBaseDlg(parent), m_noteEdit(new QTextEdit(contentWidget())),
-      m_newVersionLabel(new QLabel(contentWidget())), m_titleLabel(new QLabel(contentWidget()))
+    : OtpBaseDlg(parent), m_noteEdit(named(new QTextEdit(contentWidget()), "m_noteEdit")),
+      m_newVersionLabel(makeLabel(contentWidget(), "m_newVersionLabel", "")),
+      m_titleLabel(makeLabel(contentWidget(), "m_titleLabel", "title"))
 {
     setObjectName(QStringLiteral("DlgForceUpgrade"));
-    auto* picture = new QLabel(contentWidget());
-    picture->setPixmap(
-        pictureIcon(QStringLiteral("upgrade_warning2x.png")).pixmap(kPicture, kPicture));
-    m_titleLabel->setObjectName(QStringLiteral("m_titleLabel"));
-    m_titleLabel->setTextFormat(Qt::PlainText);
+    QLabel* picture =
+        makePicture(contentWidget(), "", QStringLiteral("upgrade_warning2x.png"), kPicture);
     m_titleLabel->setWordWrap(true);
     m_titleLabel->setFixedWidth(kWidth);
     m_titleLabel->setAlignment(Qt::AlignCenter);
-    setRole(m_titleLabel, "title");
-    m_newVersionLabel->setObjectName(QStringLiteral("m_newVersionLabel"));
-    m_newVersionLabel->setTextFormat(Qt::PlainText);
-    m_noteEdit->setObjectName(QStringLiteral("m_noteEdit"));
     m_noteEdit->setReadOnly(true);
     m_noteEdit->setFixedHeight(kNoteHeight);
     m_noteEdit->setAccessibleName(tr("Release note"));
     setRole(m_noteEdit, "panel");
-    auto* upgrade = new QPushButton(tr("Upgrade"), contentWidget());
-    upgrade->setObjectName(QStringLiteral("btnUpgrade"));
-    upgrade->setCursor(Qt::PointingHandCursor);
+    QPushButton* upgrade =
+        makeDialogButton(contentWidget(), "btnUpgrade", "primary", tr("Upgrade"));
     upgrade->setDefault(true);
-    setRole(upgrade, "primary");
     connect(upgrade, &QPushButton::clicked, this, &DlgForceUpgrade::onUpgradePressed);
 
     auto* version = new QHBoxLayout;
     version->setSpacing(0);
-    version->addWidget(new QLabel(tr("Discover A New Version V"), contentWidget()));
+    version->addWidget(makeLabel(contentWidget(), "", "", tr("Discover A New Version V")));
     version->addWidget(m_newVersionLabel, 1);
     auto* layout = new QVBoxLayout(contentWidget());
     layout->setContentsMargins(0, 0, 0, 0);

@@ -2,14 +2,15 @@
 
 #include "app/ConfigUtil.h"
 #include "app/LogMarker.h"
+#include "orch/HostIdentity.h"
 #include "orch/OrchIdentity.h"
 #include "orch/OrchRequests.h"
-#include "orch/Util.h"
 #include "upgrade/InstallerHandover.h"
 #include "upgrade/UpgradePolicy.h"
 #include "widgets/DialogFrame.h"
 #include "widgets/IconButton.h"
 #include "widgets/Style.h"
+#include "widgets/WidgetParts.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -23,7 +24,8 @@
 namespace {
 
 constexpr QSize kSize(252, 284);
-constexpr QSize kPicture(252, 104);
+constexpr QRect kPicture(0, 0, 252, 104);
+constexpr QRect kBadge(20, 16, 32, 16);
 constexpr QRect kNote(20, 140, 212, 76);
 constexpr int kNoteWidth = 200; // leaves room for the scroll bar
 constexpr QSize kButton(80, 28);
@@ -32,49 +34,65 @@ constexpr QPoint kUpgradeAlone(86, 224);
 
 } // namespace
 
+// The length of the longest start of `text` that is not wider than `width`: doubled until it is
+// too wide, then narrowed down. What has no width is so measured a few times over, not once a
+// character.
+static int fittingLength(const QStringRef& text, int width,
+                         const std::function<int(const QString&)>& lineWidth)
+{
+    const auto fits = [&](int length) {
+        if (length < text.size() && text.at(length).isLowSurrogate())
+            ++length; // a pair is one character
+        return lineWidth(text.left(length).toString()) <= width;
+    };
+    int good = 1; // a line has at least one character
+    int bad = 2;
+    while (bad <= text.size() && fits(bad)) {
+        good = bad;
+        bad *= 2;
+    }
+    bad = qMin(bad, text.size() + 1);
+    while (bad - good > 1) {
+        const int middle = good + (bad - good) / 2;
+        (fits(middle) ? good : bad) = middle;
+    }
+    return good < text.size() && text.at(good).isLowSurrogate() ? good + 1 : good;
+}
+
 QString brokenToWidth(const QString& text, int width,
                       const std::function<int(const QString&)>& lineWidth)
 {
     QString broken;
-    QString line;
-    for (const QChar c : text) {
-        if (c == QLatin1Char('\n')) {
-            broken += line + c;
-            line.clear();
-            continue;
+    for (const QStringRef& ownLine : text.splitRef(QLatin1Char('\n'))) {
+        QStringRef rest = ownLine;
+        while (!rest.isEmpty()) {
+            const QStringRef line = rest.left(fittingLength(rest, width, lineWidth));
+            rest = rest.mid(line.size());
+            broken += line;
+            if (!rest.isEmpty())
+                broken += QLatin1Char('\n');
         }
-        if (!line.isEmpty() && !c.isLowSurrogate() && lineWidth(line + c) > width) {
-            broken += line + QLatin1Char('\n');
-            line.clear();
-        }
-        line += c;
+        broken += QLatin1Char('\n');
     }
-    return broken + line;
+    broken.chop(1);
+    return broken;
 }
 
 DlgUpgrade::DlgUpgrade(QWidget* parent, bool forwardReplies)
     : QDialog(parent), m_NetMgr(new QNetworkAccessManager(this)), m_Parent(parent),
-      m_labelTitle(new QLabel(this)), m_labelContent(new QLabel)
+      m_forwardReplies(forwardReplies), m_labelTitle(makeLabel(this, "labelTitle", "heading")),
+      m_labelContent(makeLabel(nullptr, "labelContent", ""))
 {
     setObjectName(QStringLiteral("DlgUpgrade"));
     setWindowFlags(Qt::Dialog | Qt::FramelessWindowHint);
     setStyleSheet(styleSheetFor("dialogs"));
     setFixedSize(kSize);
     cutToCard(this);
-    if (forwardReplies)
-        connect(m_NetMgr, &QNetworkAccessManager::finished, this, &DlgUpgrade::checkAnswered);
 
-    auto* picture = new QLabel(this);
-    picture->setObjectName(QStringLiteral("labelPic"));
-    picture->setGeometry(QRect(QPoint(), kPicture));
-    picture->setPixmap(pictureIcon(QStringLiteral("upgrade.png")).pixmap(kPicture));
-    auto* badge = new QLabel(this);
-    badge->setObjectName(QStringLiteral("newIconLabel"));
-    badge->setGeometry(20, 16, 32, 16);
-    badge->setPixmap(pictureIcon(QStringLiteral("new.png")).pixmap(32, 16));
-    m_labelTitle->setObjectName(QStringLiteral("labelTitle"));
-    m_labelTitle->setTextFormat(Qt::PlainText);
-    setRole(m_labelTitle, "heading");
+    makePicture(this, "labelPic", QStringLiteral("upgrade.png"), kPicture.size())
+        ->setGeometry(kPicture);
+    makePicture(this, "newIconLabel", QStringLiteral("new.png"), kBadge.size())
+        ->setGeometry(kBadge);
     m_labelTitle->setGeometry(20, 112, 212, 20);
     buildNote();
 
@@ -84,8 +102,7 @@ DlgUpgrade::DlgUpgrade(QWidget* parent, bool forwardReplies)
                         &DlgUpgrade::on_btnLater_clicked);
     m_btnSkip = button("btnSkip", tr("Skip This Version"), "link", QRect(46, 254, 160, 24),
                        &DlgUpgrade::on_btnSkip_clicked);
-    auto* close = new IconButton("close_white", tr("Close"), this);
-    close->setObjectName(QStringLiteral("btnClose"));
+    auto* close = named(new IconButton("close_white", tr("Close"), this), "btnClose");
     close->move(kSize.width() - close->width() - 8, 8);
     connect(close, &QPushButton::clicked, this, &DlgUpgrade::on_btnClose_clicked);
     setTabOrder(m_btnUpgrade, m_btnLater);
@@ -98,12 +115,9 @@ DlgUpgrade::~DlgUpgrade() = default;
 QPushButton* DlgUpgrade::button(const char* name, const QString& text, const char* role,
                                 const QRect& place, void (DlgUpgrade::*slot)())
 {
-    auto* made = new QPushButton(text, this);
-    made->setObjectName(QLatin1String(name));
+    QPushButton* made = makeDialogButton(this, name, role, text);
     made->setGeometry(place);
-    made->setCursor(Qt::PointingHandCursor);
     made->setAutoDefault(false);
-    setRole(made, role);
     connect(made, &QPushButton::clicked, this, slot);
     return made;
 }
@@ -111,11 +125,8 @@ QPushButton* DlgUpgrade::button(const char* name, const QString& text, const cha
 // A long note scrolls.
 void DlgUpgrade::buildNote()
 {
-    m_labelContent->setObjectName(QStringLiteral("labelContent"));
-    m_labelContent->setTextFormat(Qt::PlainText);
     m_labelContent->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-    auto* scroll = new QScrollArea(this);
-    scroll->setObjectName(QStringLiteral("noteArea"));
+    auto* scroll = named(new QScrollArea(this), "noteArea");
     scroll->setGeometry(kNote);
     scroll->setFrameShape(QFrame::NoFrame);
     scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -147,12 +158,15 @@ void DlgUpgrade::setUrl(const QString& url)
 
 void DlgUpgrade::checkUpgrade(bool byUser)
 {
-    logDisplayInfo(QStringLiteral("Check new version"));
-    const QString authUrl = ConfigUtil::getvalue(ConfigUtil::AUTHURL, QString()).toString();
+    logDisplayInfo(tr("Check new version"));
+    const QString authUrl = ConfigUtil::savedText(ConfigUtil::AUTHURL);
     OrchRequest request = orchrequest::upgradeCheck(
         authUrl, storedIdentity(), Util::getDistributionId(), Util::getCpuArchitecture());
     request.userData = byUser;
-    sendOrchRequest(*m_NetMgr, request);
+    sendOrchRequest(*m_NetMgr, request, [this](const OrchReply& reply) {
+        if (m_forwardReplies)
+            emit checkAnswered(reply);
+    });
 }
 
 void DlgUpgrade::on_btnUpgrade_clicked()
@@ -198,7 +212,8 @@ void DlgUpgrade::closeEvent(QCloseEvent* event)
 
 void DlgUpgrade::showEvent(QShowEvent* event)
 {
-    m_btnUpgrade->setFocus();
+    // Return that is pressed as the offer pops up puts it off and starts nothing.
+    (m_btnLater->isHidden() ? m_btnUpgrade : m_btnLater)->setFocus();
     QDialog::showEvent(event);
     centerOver(this, m_Parent);
 }

@@ -1,11 +1,11 @@
 #pragma once
 
 #include <QDialog>
-#include <QNetworkReply>
 #include <QString>
 
 #include <functional>
 
+class OrchReply;
 class QLabel;
 class QNetworkAccessManager;
 class QPushButton;
@@ -35,13 +35,12 @@ public:
     /// Address of the installer package.
     void setUrl(const QString& url);
 
-    /// Asks the upgrade service. `byUser` comes back with the reply as its request's attribute
-    /// QNetworkRequest::User.
+    /// Asks the upgrade service. `byUser` travels with the request as its mark.
     void checkUpgrade(bool byUser);
 
 signals:
-    /// A finished reply; the receiver releases it.
-    void checkAnswered(QNetworkReply* reply);
+    /// The service has answered, or has failed to; OrchReply::userData is `byUser`.
+    void checkAnswered(const OrchReply& reply);
 
 public slots:
     void on_btnUpgrade_clicked();
@@ -62,6 +61,7 @@ private:
 
     QNetworkAccessManager* m_NetMgr;
     QWidget* m_Parent;
+    bool m_forwardReplies;
     QString m_NewVersion;
     QString m_Url;
     QLabel* m_labelTitle;

@@ -2,7 +2,7 @@
 
 #include "app/LogMarker.h"
 #include "app/Platform.h"
-#include "orch/Util.h"
+#include "orch/HostIdentity.h"
 
 #include <QFile>
 #include <QProcess>
@@ -37,7 +37,7 @@ void handOverToInstaller(const QString& url)
 
 void inner::openNewInstaller()
 {
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    QProcessEnvironment environment = platform().sessionEnvironment();
     const QString desktop = environment.value(QStringLiteral("XDG_CURRENT_DESKTOP"));
     if (!isUkui(desktop))
         environment.remove(QStringLiteral("LD_LIBRARY_PATH"));

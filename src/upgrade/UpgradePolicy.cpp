@@ -4,7 +4,7 @@
 #include "app/Platform.h"
 #include "app/Product.h"
 #include "orch/JsonUtil.h"
-#include "orch/Util.h"
+#include "orch/TextUtil.h"
 
 namespace {
 
@@ -21,9 +21,8 @@ bool isOlder(const QString& version)
 
 } // namespace
 
-UpgradeReply UpgradeReply::fromJson(const QByteArray& body, bool chinese)
+UpgradeReply UpgradeReply::fromJson(const QJsonObject& json, bool chinese)
 {
-    const QJsonObject json = JsonUtil::object(body);
     const auto text = [&json](const char* key) {
         return json.value(QLatin1String(key)).toString();
     };
@@ -74,17 +73,17 @@ void UpgradeChoices::skip(const QString& version)
     ConfigUtil::writeValue(ConfigUtil::SKIP_VERSION, version);
 }
 
-UpgradeDecision decideUpgrade(const UpgradeReply& reply, const UpgradeChoices& choices,
+UpgradeDecision decideUpgrade(const UpgradeOffer& offer, const UpgradeChoices& choices,
                               const QString& today, bool firstCheck)
 {
     UpgradeDecision decision;
-    if (!reply.isNewer() || reply.ignore)
+    if (!offer.newer || offer.ignored)
         return decision;
     decision.showNew = true;
-    if (!choices.skipVersion.isEmpty() && choices.skipVersion == reply.version)
+    if (!choices.skipVersion.isEmpty() && choices.skipVersion == offer.version)
         return decision;
     decision.mark = true;
-    if (reply.isForced()) {
+    if (offer.forced) {
         decision.displayLog.append(QStringLiteral("Force upgrade"));
         decision.pop = true;
     }
@@ -93,9 +92,9 @@ UpgradeDecision decideUpgrade(const UpgradeReply& reply, const UpgradeChoices& c
         QStringLiteral("%1, last version is %2, new version is %3, last date is %4, "
                        "now is %5")
             .arg(firstCheck ? QStringLiteral("First check") : QStringLiteral("check again"),
-                 choices.laterVersion, reply.version, choices.laterDate, today);
+                 choices.laterVersion, offer.version, choices.laterDate, today);
     // Dates of this form compare as text.
-    const bool putOff = choices.laterVersion == reply.version &&
+    const bool putOff = choices.laterVersion == offer.version &&
                         (firstCheck ? today <= choices.laterDate : today == choices.laterDate);
     if (!putOff)
         decision.pop = true;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QByteArray>
+#include <QJsonObject>
 #include <QString>
 #include <QStringList>
 
@@ -18,7 +18,7 @@ struct UpgradeReply
     QString note;             ///< release note in the system language, at most 8000 characters
 
     /// Reads an answer; what is missing or of another type takes its default.
-    static UpgradeReply fromJson(const QByteArray& body, bool chinese);
+    static UpgradeReply fromJson(const QJsonObject& json, bool chinese);
 
     /// This client is older than the oldest one allowed.
     bool isForced() const;
@@ -39,6 +39,15 @@ struct UpgradeChoices
     static void skip(const QString& version);
 };
 
+/// What is to be decided on.
+struct UpgradeOffer
+{
+    QString version;      ///< the newest client
+    bool newer = false;   ///< it is newer than this client
+    bool forced = false;  ///< this client is no longer allowed
+    bool ignored = false; ///< it is not to be offered at all
+};
+
 /// What follows from an answer.
 struct UpgradeDecision
 {
@@ -53,7 +62,7 @@ struct UpgradeDecision
 /// `today` is yyyy-MM-dd; `firstCheck`: no check of this window has counted yet. A version that
 /// was put off pops up again on a later day, and at once when it is another version; a forced one
 /// always, unless it was skipped.
-UpgradeDecision decideUpgrade(const UpgradeReply& reply, const UpgradeChoices& choices,
+UpgradeDecision decideUpgrade(const UpgradeOffer& offer, const UpgradeChoices& choices,
                               const QString& today, bool firstCheck);
 
 /// Today's date as the choices write it.

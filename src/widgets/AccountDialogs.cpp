@@ -38,7 +38,7 @@ void showTip(QWidget* parent, const QString& text)
 
 } // namespace
 
-void showOrchKickOff(QWidget* parent, const QString& username)
+void Util::showOrchKickOff(QWidget* parent, const QString& username)
 {
     showTip(parent, Texts::tr("The account %1 logged into your device has been forcibly logged out "
                               "on Orchestrator. For more details, please contact the network "
@@ -46,7 +46,7 @@ void showOrchKickOff(QWidget* parent, const QString& username)
                         .arg(breakable(username)));
 }
 
-void showLdapChange(QWidget* parent)
+void Util::showLdapChange(QWidget* parent)
 {
     showTip(parent, Texts::tr("The extension property of your account has changed. Please log in "
                               "again. If you have any queries, please contact the administrator."));

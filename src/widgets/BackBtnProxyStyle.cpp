@@ -3,7 +3,6 @@
 #include "widgets/Style.h"
 
 #include <QPainter>
-#include <QStyleFactory>
 #include <QStyleOption>
 
 namespace {

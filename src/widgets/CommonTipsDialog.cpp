@@ -1,27 +1,24 @@
 #include "widgets/CommonTipsDialog.h"
 
 #include "widgets/DialogFrame.h"
-#include "widgets/Style.h"
+#include "widgets/WidgetParts.h"
 
 #include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
 
 CommonTipsDialog::CommonTipsDialog(QWidget* parent)
-    : OtpBaseDlg(parent), m_contentLabel(new QLabel(contentWidget())), m_Parent(parent)
+    : OtpBaseDlg(parent), m_contentLabel(makeLabel(contentWidget(), "contentLabel", "")),
+      m_Parent(parent)
 {
     setObjectName(QStringLiteral("CommonTipsDialog"));
-    m_contentLabel->setObjectName(QStringLiteral("contentLabel"));
-    m_contentLabel->setTextFormat(Qt::PlainText);
     m_contentLabel->setWordWrap(true);
     m_contentLabel->setFixedWidth(304);
     m_contentLabel->setAlignment(Qt::AlignHCenter | Qt::AlignVCenter);
 
-    auto* confirm = new QPushButton(tr("Confirm"), contentWidget());
-    confirm->setObjectName(QStringLiteral("btnConfirm"));
-    confirm->setCursor(Qt::PointingHandCursor);
+    QPushButton* confirm =
+        makeDialogButton(contentWidget(), "btnConfirm", "primary", tr("Confirm"));
     confirm->setDefault(true);
-    setRole(confirm, "primary");
     connect(confirm, &QPushButton::clicked, this, &QDialog::accept);
 
     auto* layout = new QVBoxLayout(contentWidget());

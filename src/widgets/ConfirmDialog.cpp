@@ -1,7 +1,7 @@
 #include "widgets/ConfirmDialog.h"
 
 #include "widgets/DialogFrame.h"
-#include "widgets/Style.h"
+#include "widgets/WidgetParts.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -10,16 +10,13 @@
 namespace {
 
 constexpr int kTextWidth = 264;
-constexpr int kPicture = 32;
+constexpr QSize kPicture(32, 32);
 
-QLabel* label(QWidget* parent, const char* name, const char* role)
+QLabel* wrappingLabel(QWidget* parent, const char* name, const char* role)
 {
-    auto* made = new QLabel(parent);
-    made->setObjectName(QLatin1String(name));
-    made->setTextFormat(Qt::PlainText);
-    made->setWordWrap(true);
-    setRole(made, role);
-    return made;
+    QLabel* label = makeLabel(parent, name, role);
+    label->setWordWrap(true);
+    return label;
 }
 
 } // namespace
@@ -27,16 +24,14 @@ QLabel* label(QWidget* parent, const char* name, const char* role)
 ConfirmDialog::ConfirmDialog(const char* picture, const QString& title, const QString& text,
                              QWidget* parent)
     : OtpBaseDlg(parent), m_Parent(parent),
-      m_labelText(label(contentWidget(), "labelText", "heading")),
-      m_labelNote(label(contentWidget(), "labelNote", "secondary")),
+      m_labelText(wrappingLabel(contentWidget(), "labelText", "heading")),
+      m_labelNote(wrappingLabel(contentWidget(), "labelNote", "secondary")),
       m_buttonRow(new QWidget(contentWidget()))
 {
     setWindowTitle(title);
-    auto* labelTitle = label(contentWidget(), "labelTitle", "title");
+    QLabel* labelTitle = wrappingLabel(contentWidget(), "labelTitle", "title");
     labelTitle->setText(title);
-    auto* labelPic = new QLabel(contentWidget());
-    labelPic->setObjectName(QStringLiteral("labelPic"));
-    labelPic->setPixmap(pictureIcon(QLatin1String(picture)).pixmap(kPicture, kPicture));
+    QLabel* labelPic = makePicture(contentWidget(), "labelPic", QLatin1String(picture), kPicture);
 
     auto* words = new QVBoxLayout;
     words->setSpacing(4);
@@ -82,10 +77,7 @@ void ConfirmDialog::setNote(const QString& note)
 
 QPushButton* ConfirmDialog::addButton(const QString& text, const char* name, const char* role)
 {
-    auto* button = new QPushButton(text, m_buttonRow);
-    button->setObjectName(QLatin1String(name));
-    button->setCursor(Qt::PointingHandCursor);
-    setRole(button, role);
+    QPushButton* button = makeDialogButton(m_buttonRow, name, role, text);
     m_buttonRow->layout()->addWidget(button);
     return button;
 }

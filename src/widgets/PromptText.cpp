@@ -31,3 +31,11 @@ QString breakPromptText(const QString& text, int width, bool chinese)
     const int position = breakPosition(text, chinese);
     return position < 0 ? text : QString(text).insert(position, QLatin1Char('\n'));
 }
+
+QString shortenedText(const QString& text, int longest)
+{
+    if (text.size() <= longest)
+        return text;
+    const bool pairCut = text.at(longest).isLowSurrogate();
+    return text.left(pairCut ? longest - 1 : longest) + QChar(0x2026);
+}

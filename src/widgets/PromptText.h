@@ -10,3 +10,7 @@ constexpr int kPromptLineWidth = 460;
 /// "," from its middle on; without one of these it stays whole. No character is lost.
 /// `width` is the measured width of `text`.
 QString breakPromptText(const QString& text, int width, bool chinese);
+
+/// The first `longest` units of a text that is longer, with an ellipsis for the rest; a character
+/// is not cut in two. Servers may send texts of any length; what a glance can take in is enough.
+QString shortenedText(const QString& text, int longest);

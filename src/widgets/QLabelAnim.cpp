@@ -1,18 +1,17 @@
 #include "widgets/QLabelAnim.h"
 
+#include "app/NamedTimer.h"
+
 #include <QPainter>
-#include <QTimer>
 
 int nextSpinnerAngle(int angle)
 {
     return (angle + 10) % 360;
 }
 
-QLabelAnim::QLabelAnim(QWidget* parent) : QLabel(parent), m_AnimTimer(new QTimer(this))
+QLabelAnim::QLabelAnim(QWidget* parent)
+    : QLabel(parent), m_AnimTimer(makeTimer(this, "m_AnimTimer", 200, &QLabelAnim::advance))
 {
-    m_AnimTimer->setObjectName(QStringLiteral("m_AnimTimer"));
-    m_AnimTimer->setInterval(200);
-    connect(m_AnimTimer, &QTimer::timeout, this, &QLabelAnim::advance);
 }
 
 void QLabelAnim::init(QPixmap pixmap)

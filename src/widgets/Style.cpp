@@ -10,6 +10,7 @@
 #include <QResource>
 #include <QStyle>
 #include <QtEndian>
+#include <QTextDocument>
 #include <QVariant>
 #include <QVector>
 #include <QWidget>
@@ -128,6 +129,14 @@ void setRole(QWidget* widget, const char* role)
         widget->style()->unpolish(widget);
         widget->style()->polish(widget);
     }
+}
+
+void setPlainToolTip(QWidget* widget, const QString& text)
+{
+    // Tool tips have no text format: one that looks like markup is shown as such.
+    widget->setToolTip(
+        Qt::mightBeRichText(text) ? Qt::convertFromPlainText(text, Qt::WhiteSpaceNormal) : text);
+    widget->setAccessibleDescription(text);
 }
 
 QIcon pictureIcon(const QString& name)

@@ -17,6 +17,10 @@ QString styleSheetFor(const char* window);
 /// Takes effect at once, also on a widget that is already shown.
 void setRole(QWidget* widget, const char* role);
 
+/// Gives a widget the tool tip `text`, which may come from a service: markup in it is shown as it
+/// was written, and a screen reader hears the same text as description.
+void setPlainToolTip(QWidget* widget, const QString& text);
+
 /// A picture of the resource tree by its name below ":/Ostrana/res/", for example
 /// "right1x.png" or "btnleft.ico", with its double-size variant or all its sizes; null when there
 /// is none of that name. Reads PNG and ICO and nothing else, which keeps Qt from loading every

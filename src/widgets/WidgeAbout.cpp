@@ -5,6 +5,7 @@
 #include "app/Product.h"
 #include "widgets/QLabelAnim.h"
 #include "widgets/Style.h"
+#include "widgets/WidgetParts.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -14,35 +15,33 @@
 
 namespace {
 
-constexpr int kIcon = 16;
+constexpr QSize kIcon(16, 16);
 
-QLabel* label(QWidget* parent, const char* name, const char* role)
+QLabel* centred(QLabel* label)
 {
-    auto* made = new QLabel(parent);
-    made->setObjectName(QLatin1String(name));
-    made->setAlignment(Qt::AlignCenter);
-    setRole(made, role);
-    return made;
+    label->setAlignment(Qt::AlignCenter);
+    return label;
 }
 
 } // namespace
 
 WidgeAbout::WidgeAbout(QWidget* parent)
-    : QWidget(parent), m_rotatePng(new QLabelAnim(this)), m_Parent(parent),
-      m_btnNewVersion(new QPushButton(this)), m_upgradeIcon(label(this, "labelUpgradeIcon", ""))
+    : QWidget(parent), m_rotatePng(new QLabelAnim(this)),
+      m_btnNewVersion(makeDialogButton(this, "btnNewVersion", "link", QString())),
+      m_upgradeIcon(
+          centred(makePicture(this, "labelUpgradeIcon", QStringLiteral("new.png"), QSize(32, 16))))
 {
     setObjectName(QStringLiteral("WidgeAbout"));
-    auto* picture = label(this, "labelLogo", "");
-    picture->setPixmap(
-        pictureIcon(QStringLiteral("veltaro/ostrana-logo-version.png")).pixmap(200, 64));
+    QLabel* picture = centred(makePicture(
+        this, "labelLogo", QStringLiteral("veltaro/ostrana-logo-version.png"), QSize(200, 64)));
     picture->setAccessibleName(QLatin1String(product::kName));
-    auto* version = label(this, "labelVersion", "heading");
-    version->setText(tr("Version ") + QLatin1String(product::kVersion));
-    auto* maker = label(this, "labelMaker", "secondary");
-    maker->setText(deployment::makerName());
-    auto* rights = label(this, "labelRights", "hint");
-    rights->setText(tr("Copyright © ") + platform().now().toString(QStringLiteral("yyyy ")) +
-                    deployment::makerName());
+    QLabel* version = centred(makeLabel(this, "labelVersion", "heading",
+                                        tr("Version ") + QLatin1String(product::kVersion)));
+    QLabel* maker = centred(makeLabel(this, "labelMaker", "secondary", deployment::makerName()));
+    QLabel* rights =
+        centred(makeLabel(this, "labelRights", "hint",
+                          tr("Copyright © ") + platform().now().toString(QStringLiteral("yyyy ")) +
+                              deployment::makerName()));
 
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(24, 8, 24, 16);
@@ -60,15 +59,11 @@ WidgeAbout::WidgeAbout(QWidget* parent)
 QWidget* WidgeAbout::makeVersionRow()
 {
     m_rotatePng->setObjectName(QStringLiteral("m_rotatePng"));
-    m_rotatePng->setFixedSize(kIcon, kIcon);
+    m_rotatePng->setFixedSize(kIcon);
     m_rotatePng->setAccessibleName(tr("Checking for a new version"));
-    m_rotatePng->init(pictureIcon(QStringLiteral("version_loading.png")).pixmap(kIcon, kIcon));
+    m_rotatePng->init(pictureIcon(QStringLiteral("version_loading.png")).pixmap(kIcon));
     m_rotatePng->hide();
-    m_upgradeIcon->setPixmap(pictureIcon(QStringLiteral("new.png")).pixmap(32, kIcon));
     m_upgradeIcon->hide();
-    m_btnNewVersion->setObjectName(QStringLiteral("btnNewVersion"));
-    m_btnNewVersion->setCursor(Qt::PointingHandCursor);
-    setRole(m_btnNewVersion, "link");
     m_btnNewVersion->hide();
     connect(m_btnNewVersion, &QPushButton::clicked, this, &WidgeAbout::on_btnNewVersion_clicked);
 
@@ -86,7 +81,7 @@ QLabel* WidgeAbout::makeLinks()
 {
     const bool chinese = platform().isChinese();
     const QString colour = QStringLiteral("rgb(2, 144, 255)");
-    auto* links = label(this, "labelLinks", "text");
+    QLabel* links = centred(makeLabel(this, "labelLinks", "text"));
     links->setTextFormat(Qt::RichText);
     links->setText(tr("<a style=\"color:%1\" href=\"%2\">User Agreement</a> and "
                       "<a style=\"color:%3\" href=\"%4\">Privacy Policy</a>.")
@@ -98,9 +93,9 @@ QLabel* WidgeAbout::makeLinks()
     return links;
 }
 
-void WidgeAbout::showVersion(QString version, bool showNew, bool failed)
+void WidgeAbout::showVersion(const QString& version, bool showNew, bool failed)
 {
-    m_NewVersion = std::move(version);
+    setNewVersion(version);
     m_ShowNewVersion = showNew;
     stopAnim();
     const bool offered = m_ShowNewVersion && !m_NewVersion.isEmpty();

@@ -16,7 +16,7 @@ public:
     explicit WidgeAbout(QWidget* parent = nullptr);
 
     /// Shows the outcome of a check: `version` and whether to offer it, or that the check failed.
-    void showVersion(QString version, bool showNew, bool failed);
+    void showVersion(const QString& version, bool showNew, bool failed);
     /// Shows that a check runs: spinner on, version button hidden.
     void startCheck();
     void startAnim();
@@ -38,7 +38,6 @@ private:
     bool m_ShowNewVersion = false;
     QString m_NewVersion;
     QLabelAnim* m_rotatePng;
-    QWidget* m_Parent;
     QPushButton* m_btnNewVersion;
     QLabel* m_upgradeIcon;
 };

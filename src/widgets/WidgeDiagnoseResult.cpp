@@ -3,6 +3,7 @@
 #include "widgets/DialogFrame.h"
 #include "widgets/IconButton.h"
 #include "widgets/Style.h"
+#include "widgets/WidgetParts.h"
 
 #include <QGraphicsDropShadowEffect>
 #include <QGridLayout>
@@ -11,14 +12,6 @@
 namespace {
 
 constexpr int kIcon = 16;
-
-QLabel* label(QWidget* parent, const char* name)
-{
-    auto* made = new QLabel(parent);
-    made->setObjectName(QLatin1String(name));
-    setRole(made, "text");
-    return made;
-}
 
 void setFinding(QLabel* icon, QLabel* text, bool ok, const QString& words)
 {
@@ -31,8 +24,10 @@ void setFinding(QLabel* icon, QLabel* text, bool ok, const QString& words)
 
 WidgeDiagnoseResult::WidgeDiagnoseResult(QWidget* parent)
     : QWidget(parent), effect(new QGraphicsDropShadowEffect(this)),
-      m_networkIcon(label(this, "labelNetworkIcon")), m_networkText(label(this, "labelNetwork")),
-      m_orchIcon(label(this, "labelOrchIcon")), m_orchText(label(this, "labelOrch"))
+      m_networkIcon(makeLabel(this, "labelNetworkIcon", "text")),
+      m_networkText(makeLabel(this, "labelNetwork", "text")),
+      m_orchIcon(makeLabel(this, "labelOrchIcon", "text")),
+      m_orchText(makeLabel(this, "labelOrch", "text"))
 {
     setObjectName(QStringLiteral("WidgeDiagnoseResult"));
     setAccessibleName(tr("Check Result"));
@@ -42,11 +37,8 @@ WidgeDiagnoseResult::WidgeDiagnoseResult(QWidget* parent)
     effect->setColor(QColor(53, 64, 82, 70));
     setGraphicsEffect(effect);
 
-    auto* title = label(this, "labelTitle");
-    title->setText(tr("Check Result"));
-    setRole(title, "title");
-    auto* close = new IconButton("close", tr("Close"), this);
-    close->setObjectName(QStringLiteral("pushBtnClose"));
+    QLabel* title = makeLabel(this, "labelTitle", "title", tr("Check Result"));
+    auto* close = named(new IconButton("close", tr("Close"), this), "pushBtnClose");
     connect(close, &QPushButton::clicked, this, &WidgeDiagnoseResult::on_pushBtnClose_clicked);
 
     auto* grid = new QGridLayout(this);

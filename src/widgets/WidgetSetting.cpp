@@ -1,8 +1,10 @@
 #include "widgets/WidgetSetting.h"
 
 #include "app/ConfigUtil.h"
-#include "orch/Util.h"
+#include "orch/HostIdentity.h"
+#include "orch/TextUtil.h"
 #include "widgets/Style.h"
+#include "widgets/WidgetParts.h"
 
 #include <QFormLayout>
 #include <QFrame>
@@ -17,25 +19,21 @@ WidgetSetting::WidgetSetting(QWidget* parent) : QWidget(parent)
 
 void WidgetSetting::initUI()
 {
-    const auto saved = [](const QString& key) {
-        return ConfigUtil::getvalue(key, QString()).toString();
-    };
-    const QString typed = saved(ConfigUtil::CUSTOMERIDSTR);
-    const QString number = saved(ConfigUtil::CUSTOMERID);
+    const QString typed = ConfigUtil::savedText(ConfigUtil::CUSTOMERIDSTR);
+    const QString number = ConfigUtil::savedText(ConfigUtil::CUSTOMERID);
     const QString customer = typed == number ? typed
                                              : Util::GetStringWithLength(typed, 20) +
                                                    QLatin1Char('(') + number + QLatin1Char(')');
 
     auto* card = new QFrame(this);
     setRole(card, "card");
-    auto* heading = new QLabel(tr("Account Information"), card);
-    setRole(heading, "heading");
+    QLabel* heading = makeLabel(card, "", "heading", tr("Account Information"));
     auto* form = new QFormLayout;
     form->setHorizontalSpacing(24);
     form->setVerticalSpacing(12);
     form->setLabelAlignment(Qt::AlignLeft);
     addRow(form, tr("Customer ID"), customer);
-    addRow(form, tr("Username"), saved(ConfigUtil::USERNAME));
+    addRow(form, tr("Username"), ConfigUtil::savedText(ConfigUtil::USERNAME));
     addRow(form, tr("Serial Number"), Util::getSerial());
 
     auto* inside = new QVBoxLayout(card);
@@ -51,10 +49,8 @@ void WidgetSetting::initUI()
 
 void WidgetSetting::addRow(QFormLayout* form, const QString& title, const QString& value)
 {
-    auto* caption = new QLabel(title, this);
-    setRole(caption, "secondary");
-    auto* text = new QLabel(value, this);
-    text->setTextFormat(Qt::PlainText);
+    QLabel* caption = makeLabel(this, "", "secondary", title);
+    QLabel* text = makeLabel(this, "", "", value);
     text->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     text->setAccessibleName(title);
     form->addRow(caption, text);

@@ -1,18 +1,19 @@
 #include "widgets/WidgetTopPrompt.h"
 
 #include "app/LogMarker.h"
+#include "app/NamedTimer.h"
 #include "app/Platform.h"
 #include "widgets/DialogFrame.h"
 #include "widgets/IconButton.h"
 #include "widgets/PromptText.h"
 #include "widgets/Style.h"
+#include "widgets/WidgetParts.h"
 
 #include <QAccessible>
 #include <QFontMetrics>
 #include <QGraphicsDropShadowEffect>
 #include <QLabel>
 #include <QTextLayout>
-#include <QTimer>
 
 namespace {
 
@@ -46,12 +47,6 @@ Look lookOf(WidgetTopPrompt::PROMPT_TYPE type)
     return {QColor(53, 64, 82), "right1x.png"};
 }
 
-// Servers may send texts of any length; what a glance can take in is enough here.
-QString shortened(const QString& text)
-{
-    return text.size() <= kLongestShown ? text : text.left(kLongestShown) + QChar(0x2026);
-}
-
 int widthOf(const QString& lines, const QFontMetrics& metrics)
 {
     int width = 0;
@@ -83,8 +78,10 @@ QString wrapped(const QString& lines, const QFont& font, int width)
 
 WidgetTopPrompt::WidgetTopPrompt(QWidget* parent)
     : QWidget(parent), m_Parent(parent), effect(new QGraphicsDropShadowEffect(this)),
-      m_Chinese(platform().isChinese()), m_HideTimer(new QTimer(this)), m_icon(new QLabel(this)),
-      m_label(new QLabel(this)), m_closeBtn(new IconButton("close", tr("Close"), this))
+      m_Chinese(platform().isChinese()),
+      m_HideTimer(makeTimer(this, "m_HideTimer", kHideAfterMs, &WidgetTopPrompt::onTimeout)),
+      m_icon(named(new QLabel(this), "labelIcon")), m_label(makeLabel(this, "labelText", "")),
+      m_closeBtn(named(new IconButton("close", tr("Close"), this), "btnClose"))
 {
     setObjectName(QStringLiteral("promptWidge"));
     effect->setOffset(0, 2);
@@ -92,17 +89,10 @@ WidgetTopPrompt::WidgetTopPrompt(QWidget* parent)
     effect->setColor(QColor(53, 64, 82, 60));
     setGraphicsEffect(effect);
 
-    m_icon->setObjectName(QStringLiteral("labelIcon"));
-    m_label->setObjectName(QStringLiteral("labelText"));
-    m_label->setTextFormat(Qt::PlainText);
     m_label->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    m_closeBtn->setObjectName(QStringLiteral("btnClose"));
     connect(m_closeBtn, &IconButton::clicked, this, &WidgetTopPrompt::on_btnClose_clicked);
 
-    m_HideTimer->setObjectName(QStringLiteral("m_HideTimer"));
     m_HideTimer->setSingleShot(true);
-    m_HideTimer->setInterval(kHideAfterMs);
-    connect(m_HideTimer, &QTimer::timeout, this, &WidgetTopPrompt::onTimeout);
     hide();
 }
 
@@ -147,12 +137,12 @@ void WidgetTopPrompt::fitTo(const QString& text)
     m_WidthParent = m_Parent->width();
     const QFontMetrics metrics = m_label->fontMetrics();
     const int widest = m_WidthParent - kFrame - 2 * kTop;
-    const QString shown = shortened(text);
+    const QString shown = shortenedText(text, kLongestShown);
     QString lines = breakPromptText(shown, metrics.horizontalAdvance(shown), m_Chinese);
     if (widthOf(lines, metrics) > widest)
         lines = wrapped(lines, m_label->font(), widest);
     m_label->setText(lines);
-    setToolTip(shown == text ? QString() : text.left(kLongestToolTip));
+    setPlainToolTip(this, shown == text ? QString() : text.left(kLongestToolTip));
 
     const int labelWidth = widthOf(lines, metrics) + kTextMargin;
     const int labelHeight = m_label->sizeHint().height();

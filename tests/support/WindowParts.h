@@ -1,9 +1,6 @@
 #pragma once
 
-#include "widgets/WidgetTopPrompt.h"
-
 #include <QCoreApplication>
-#include <QLabel>
 #include <QTimer>
 #include <QTimerEvent>
 #include <QWidget>
@@ -17,15 +14,6 @@ Part* part(const QWidget* window, const char* name)
     if (!found)
         qFatal("no %s", name);
     return found;
-}
-
-/// The top prompt's text in one line; empty while none is shown.
-inline QString promptText(const QWidget* window)
-{
-    const auto* prompt = window->findChild<WidgetTopPrompt*>();
-    if (!prompt || !prompt->isVisible())
-        return {};
-    return part<QLabel>(prompt, "labelText")->text().remove(QLatin1Char('\n'));
 }
 
 /// Lets a timer of the window run out now.

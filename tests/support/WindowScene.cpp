@@ -3,15 +3,16 @@
 #include "app/ConfigUtil.h"
 #include "app/Log.h"
 #include "app/Platform.h"
+#include "orch/HostIdentity.h"
 #include "orch/OrchErrRes.h"
 #include "orch/OrchIpc.h"
-#include "orch/Util.h"
 
 #include <QApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
+#include <QTest>
 #include <QTimer>
 
 WindowScene::WindowScene()
@@ -60,11 +61,6 @@ void WindowScene::stageDatapath()
         QFile::copy(program, file(QFileInfo(program).fileName()));
 }
 
-QVariant WindowScene::setting(const QString& key)
-{
-    return ConfigUtil::getvalue(key, QVariant());
-}
-
 void WindowScene::logIn()
 {
     const QString token = service.issueToken(username, Util::getSerial());
@@ -88,6 +84,12 @@ ModalGuard::ModalGuard(const char* className, std::function<void(QDialog*)> act)
     : m_class(className), m_act(std::move(act))
 {
     look();
+}
+
+ModalGuard::~ModalGuard()
+{
+    if (!m_seen)
+        QTest::qFail("no " + m_class, __FILE__, __LINE__);
 }
 
 void ModalGuard::look()

@@ -44,19 +44,20 @@ public:
     /// What the log file holds for this scene.
     QString log() const { return QString::fromUtf8(read(QStringLiteral("ui.log"))); }
 
-    static QVariant setting(const QString& key);
-
 private:
     QTemporaryDir m_folder;
     QtMessageHandler m_previous = nullptr;
 };
 
-/// Waits in the background for a modal dialog of this class and hands it to `act`, once. Fails
-/// the test run when the guard is destroyed before that.
+/// Waits in the background for a modal dialog of this class and hands it to `act`, once. The test
+/// function fails when the guard is destroyed before that.
 class ModalGuard : public QObject
 {
 public:
-    ModalGuard(const char* className, std::function<void(QDialog*)> act);
+    explicit ModalGuard(
+        const char* className,
+        std::function<void(QDialog*)> act = [](QDialog* dialog) { dialog->accept(); });
+    ~ModalGuard() override;
     bool seen() const { return m_seen; }
 
 private:

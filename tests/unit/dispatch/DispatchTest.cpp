@@ -2,11 +2,11 @@
 #include "dispatch/DispatchTool.h"
 #include "dispatch/FlowText.h"
 #include "dispatch/tarvelinGetFlowStatistics.h"
+#include "support/Rows.h"
+#include "unit/Files.h"
 
 #include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
-#include <QTest>
 
 #include <arpa/inet.h>
 #include <cerrno>
@@ -29,9 +29,18 @@ QByteArray message(quint8 version, quint8 module, quint16 type, quint32 length,
     return bytes + payload;
 }
 
-QByteArray reply(const QByteArray& payload)
+QByteArray reply(const QByteArray& payload, quint8 module = 2, quint16 type = 16)
 {
-    return message(0, 2, 16, quint32(8 + payload.size()), payload);
+    return message(0, module, type, quint32(8 + payload.size()), payload);
+}
+
+sockaddr_in loopback(int port)
+{
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    address.sin_port = htons(quint16(port));
+    return address;
 }
 
 // A listener on a free port that the client is told of; nobody accepts by itself.
@@ -40,9 +49,7 @@ class Listener
 public:
     Listener() : m_listener(::socket(AF_INET, SOCK_STREAM, 0))
     {
-        sockaddr_in address{};
-        address.sin_family = AF_INET;
-        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        sockaddr_in address = loopback(0);
         socklen_t size = sizeof address;
         ::bind(m_listener, reinterpret_cast<sockaddr*>(&address), size);
         ::listen(m_listener, 1);
@@ -116,60 +123,38 @@ class DispatchTest : public QObject
     Q_OBJECT
 
 private slots:
-    void scan_data()
-    {
-        QTest::addColumn<QByteArray>("text");
-        QTest::addColumn<qlonglong>("up");
-        QTest::addColumn<qlonglong>("down");
-        QTest::addColumn<bool>("tunDown");
-        QTest::addColumn<bool>("hasTunnels");
-        const QByteArray counters = "Tunnel(txbytes/rxbytes/txpkts/rxpkts):";
-        QTest::newRow("second tunnel up")
-            << "State: INIT\n" + counters + " 100,200,1,2\nState: UP\n" + counters + " 1000,2000"
-            << 1100LL << 2200LL << false << true;
-        QTest::newRow("none up") << "State: DOWN " + counters + " 7,8" << 7LL << 8LL << true
-                                 << true;
-        QTest::newRow("no state") << counters + " 7,8" << 0LL << 0LL << true << false;
-        QTest::newRow("state without counters")
-            << QByteArray("State: UP") << 0LL << 0LL << false << false;
-        QTest::newRow("states after UP are not looked at")
-            << "State: UP " + counters + "1,1 State: DOWN " + counters + "2,2" << 3LL << 3LL
-            << false << true;
-        QTest::newRow("unreadable counters repeat the last ones")
-            << "State: UP " + counters + " 4,5 " + counters + " x " + counters + " 6;7" << 14LL
-            << 15LL << false << true;
-        QTest::newRow("empty") << QByteArray() << 0LL << 0LL << true << false;
-        QTest::newRow("beyond the range")
-            << "State: UP " + counters + " 99999999999999999999,1 " + counters + " 0,1"
-            << std::numeric_limits<qlonglong>::max() << 2LL << false << true;
-    }
-
     void scan()
     {
-        QFETCH(QByteArray, text);
-        const FlowTotals totals = scanFlowText(text.constData());
-        QTEST(totals.upSize, "up");
-        QTEST(totals.downSize, "down");
-        QTEST(totals.tunDown, "tunDown");
-        QTEST(totals.hasTunnels, "hasTunnels");
+        // Up, down, all tunnels down, any tunnels; "C:" stands for the mark of the counters.
+        const auto check = [](QByteArray text, const char* expected) {
+            text.replace("C:", "Tunnel(txbytes/rxbytes/txpkts/rxpkts):");
+            const FlowTotals t = scanFlowText(text.constData());
+            const QString read = QString("%1 %2 %3 %4").arg(t.upSize).arg(t.downSize);
+            QCOMPARE(read.arg(t.tunDown).arg(t.hasTunnels), QString(expected));
+        };
+        check("State: INIT\nC: 100,200,1,2\nState: UP\nC: 1000,2000", "1100 2200 0 1");
+        check("State: DOWN C: 7,8", "7 8 1 1");
+        check("C: 7,8", "0 0 1 0");
+        check("State: UP", "0 0 0 0");
+        check("State: UP C:1,1 State: DOWN C:2,2", "3 3 0 1");
+        check("State: UP C: 4,5 C: x C: 6;7", "14 15 0 1"); // an unreadable one repeats the last
+        check("State: UP C: 0,0", "0 0 0 1");
+        check("", "0 0 1 0");
+        check("State: UP C: 99999999999999999999,1 C: 0,1", "9223372036854775807 2 0 1");
     }
 
     void exchange_data()
     {
-        QTest::addColumn<QByteArray>("answer");
-        QTest::addColumn<bool>("hold");
-        QTest::addColumn<int>("result");
-        QTest::newRow("well formed") << reply(kUp) << false << 0;
-        QTest::newRow("larger than the buffer") << reply(QByteArray(9992, ' ') + kUp) << false << 0;
-        QTest::newRow("exactly the buffer")
-            << reply(QByteArray(4088 - kUp.size(), ' ') + kUp) << false << 0;
-        QTest::newRow("other version") << message(1, 2, 16, 8, {}) << false << -EBADR;
-        QTest::newRow("closed in the header") << QByteArray("\0\2\20", 3) << false << -EIO;
-        QTest::newRow("closed in the payload")
-            << message(0, 2, 16, 100, "State: ") << false << -EIO;
-        QTest::newRow("silent") << message(0, 2, 16, 100, "State: ") << true << -EIO;
-        QTest::newRow("absurd length") << message(0, 2, 16, 0xffffffffu, "x") << false << -ENOMEM;
-        QTest::newRow("length below the header") << message(0, 2, 16, 3, {}) << false << 0;
+        const auto row = columns<QByteArray, bool, int>("answer", "hold", "result");
+        row("well formed", reply(kUp), false, 0);
+        row("larger than the buffer", reply(QByteArray(9992, ' ') + kUp), false, 0);
+        row("exactly the buffer", reply(QByteArray(4088 - kUp.size(), ' ') + kUp), false, 0);
+        row("other version", message(1, 2, 16, 8, {}), false, -EBADR);
+        row("closed in the header", QByteArray("\0\2\20", 3), false, -EIO);
+        row("closed in the payload", message(0, 2, 16, 100, "State: "), false, -EIO);
+        row("silent", message(0, 2, 16, 100, "State: "), true, -EIO);
+        row("absurd length", message(0, 2, 16, 0xffffffffu, "x"), false, -ENOMEM);
+        row("length below the header", message(0, 2, 16, 3, {}), false, 0);
     }
 
     void exchange()
@@ -194,14 +179,13 @@ private slots:
 
     void aFailedExchangeConnectsAgainToTheNewPort()
     {
+        Flow flow;
         {
             Service first({reply(kUp)});
-            Flow flow;
             QCOMPARE(flow.ask(), 0);
             QCOMPARE(flow.ask(), -EIO); // the service has closed
         }
         Service second({reply(kUp), reply(kUp)});
-        Flow flow;
         QCOMPARE(flow.ask(), 0);
         QCOMPARE(flow.ask(), 0);
         TQ_GetFlowStatisticsExit();
@@ -211,71 +195,50 @@ private slots:
     {
         // The listener's queue is filled; the kernel then leaves further connections waiting.
         Listener crowded;
-        QVector<int> queue;
-        for (int i = 0; i < 8; ++i) {
-            sockaddr_in address{};
-            address.sin_family = AF_INET;
-            address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-            address.sin_port = htons(quint16(dispatch::port));
-            queue << ::socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK, 0);
-            ::connect(queue.last(), reinterpret_cast<sockaddr*>(&address), sizeof address);
+        sockaddr_in address = loopback(dispatch::port);
+        int queue[8];
+        for (int& sock : queue) {
+            sock = ::socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK, 0);
+            ::connect(sock, reinterpret_cast<sockaddr*>(&address), sizeof address);
         }
         QCOMPARE(TQ_GetFlowStatisticsInit(), -1);
-        for (const int sock : qAsConst(queue))
+        for (const int sock : queue)
             ::close(sock);
-    }
 
-    void nobodyListens()
-    {
-        dispatch::port = 1;
+        dispatch::port = 1; // nobody listens
         QCOMPARE(TQ_GetFlowStatisticsInit(), -1);
-        Flow flow;
-        QCOMPARE(flow.ask(), -1);
-    }
-
-    void captureFolderAnswer_data()
-    {
-        QTest::addColumn<QByteArray>("output");
-        QTest::addColumn<QString>("folder");
-        QTest::newRow("answer") << QByteArray("x\n ##############--\n/tmp/a b\nrest\n")
-                                << "/tmp/a b";
-        QTest::newRow("no second line feed") << QByteArray("##############\n/tmp/a") << "";
-        QTest::newRow("no line feed") << QByteArray("##############") << "";
-        QTest::newRow("no marker") << QByteArray("a\nb\nc\n") << "";
+        QCOMPARE(Flow().ask(), -1);
     }
 
     void captureFolderAnswer()
     {
-        QFETCH(QByteArray, output);
-        QTEST(dispatchtool::parseCaptureFolder(output), "folder");
+        QCOMPARE(dispatchtool::parseCaptureFolder("x\n ##############--\n/tmp/a b\nrest\n"),
+                 QString("/tmp/a b"));
+        for (const char* none : {"##############\n/tmp/a", "##############", "a\nb\nc\n"})
+            QCOMPARE(dispatchtool::parseCaptureFolder(none), QString());
     }
 
     // The real shell hands the tool one argument, whatever the folder's name holds.
     void theShellHandsOverOneArgument()
     {
-        QTemporaryDir dir(QDir::tempPath() + QStringLiteral("/a $(touch x)`b`\"XXXXXX"));
+        QTemporaryDir dir(QDir::tempPath() + "/a $(touch x)`b`\"XXXXXX");
         const QString folder = dir.path();
         platform().programDir = [folder] { return folder; };
-        QFile tool(dir.filePath(QStringLiteral("dispatch")));
-        QVERIFY(tool.open(QIODevice::WriteOnly));
-        tool.write("#!/bin/sh\nprintf '%s|' \"$#\" \"$1\" >> \"$(dirname \"$0\")/calls\"\n");
-        tool.close();
-        tool.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        const QString tool = dir.filePath("dispatch");
+        QVERIFY(writeFile(
+            tool, "#!/bin/sh\nprintf '%s|' \"$#\" \"$1\" >> \"$(dirname \"$0\")/calls\"\n"));
+        QFile::setPermissions(tool, QFile::ReadOwner | QFile::ExeOwner);
         dispatchtool::run(dispatchtool::captureFolderText(folder));
         dispatchtool::run(dispatchtool::commandText(dispatchtool::Command::StartEngineCapture));
-        QFile calls(dir.filePath(QStringLiteral("calls")));
-        QVERIFY(calls.open(QIODevice::ReadOnly));
-        QCOMPARE(
-            QString::fromUtf8(calls.readAll()),
-            QStringLiteral("1|set_pcap_dir/%1|1|set_orvek_pcapEnable/engine=0 1|").arg(folder));
+        QCOMPARE(QString(readFile(dir.filePath("calls"))),
+                 QString("1|set_pcap_dir/%1|1|set_orvek_pcapEnable/engine=0 1|").arg(folder));
         platform() = Platform();
     }
 
     void tunnelAddress()
     {
         const QByteArray address = "10.8.0.2";
-        const QByteArray answer = message(0, 4, 22, quint32(8 + address.size()), address);
-        Service service({answer, answer});
+        Service service({reply(address, 4, 22), reply(address, 4, 22)});
         char room[32];
         QCOMPARE(TQ_DispatchGetTunIp(room, sizeof room), 0);
         QCOMPARE(QByteArray(room), address);

@@ -1,12 +1,13 @@
 #include "main/FilterDocument.h"
 #include "main/ConnectReply.h"
 #include "main/DatapathFile.h"
+#include "orch/JsonUtil.h"
+#include "support/Rows.h"
+#include "unit/Files.h"
 
 #include <QDir>
-#include <QFile>
 #include <QRegularExpression>
 #include <QTemporaryDir>
-#include <QTest>
 
 /// What the datapath gets to read: filter document and agent configuration.
 class FilterDocumentTest : public QObject
@@ -14,105 +15,96 @@ class FilterDocumentTest : public QObject
     Q_OBJECT
 
 private slots:
-    void clean_data()
-    {
-        QTest::addColumn<QByteArray>("received");
-        QTest::addColumn<QByteArray>("cleaned");
-        QTest::newRow("duplicates, other types, servers added")
-            << QByteArray(R"({"whiteIpSet":["w","w"],"blackIpSet":["a",5,"a",null,"s1"],"x":1.5})")
-            << QByteArray(R"({"blackIpSet":["a","s1","s2"],"whiteIpSet":["w"],"x":1.5})");
-        QTest::newRow("no exclusive list, no servers")
-            << QByteArray(R"({ "whiteIpSet" : ["w"] })") << QByteArray(R"({"whiteIpSet":["w"]})");
-        QTest::newRow("no list: bytes unchanged")
-            << QByteArray("{ \"code\" : 0 }\n") << QByteArray("{ \"code\" : 0 }\n");
-        QTest::newRow("list of another type")
-            << QByteArray(R"({"blackIpSet":"a"})") << QByteArray(R"({"blackIpSet":["s1","s2"]})");
-        QTest::newRow("binary") << QByteArray("\0\xff{\"", 4) << QByteArray("\0\xff{\"", 4);
-        QTest::newRow("array") << QByteArray("[\"a\"]") << QByteArray("[\"a\"]");
-        QTest::newRow("cut off") << QByteArray(R"({"blackIpSet":["a")")
-                                 << QByteArray(R"({"blackIpSet":["a")");
-    }
-
     void clean()
     {
-        QFETCH(QByteArray, received);
-        const QStringList servers{QStringLiteral("s1"), QStringLiteral("s2"), QStringLiteral("s2")};
-        QTEST(FilterDocument::clean(received, servers).bytes, "cleaned");
-    }
-
-    void logLines_data()
-    {
-        QTest::addColumn<QByteArray>("received");
-        QTest::addColumn<QStringList>("lines");
-        const QString both = QStringLiteral("Mode: inclusive and exclusive filtering");
-        QTest::newRow("no mode") << QByteArray(R"({"whiteIpSet":["w"]})") << QStringList{both};
-        QTest::newRow("inclusive, 20 characters")
-            << QByteArray(R"({"ipSetMode":1,"whiteIpSet":["123456789","123456780"]})")
-            << QStringList{"Mode: inclusive filtering", "Inclusive filtering 123456789,123456780"};
-        QTest::newRow("exclusive, 21 characters")
-            << QByteArray(R"({"ipSetMode":-1,"blackIpSet":["123456789","12345678901","z"]})")
-            << QStringList{"Mode: exclusive filtering",
-                           "Exclusive filtering 123456789,1234567890..."};
-        QTest::newRow("both, empty")
-            << QByteArray(R"({"ipSetMode":0,"blackIpSet":[]})")
-            << QStringList{both, "Inclusive filtering []", "Exclusive filtering []"};
+        const auto check = [](const QByteArray& received, const QByteArray& cleaned) {
+            FilterDocument filter(json(received));
+            filter._removeDuplicatesJson();
+            filter._rebuildFilterJson({"s1", "s2", "s2"});
+            QCOMPARE(filter.bytes(), json(cleaned));
+        };
+        check("{'whiteIpSet':['w','w'],'blackIpSet':['a',5,'a',null,'s1'],'x':1.5}",
+              "{'blackIpSet':['a','s1','s2'],'whiteIpSet':['w'],'x':1.5}");
+        check("{ 'whiteIpSet' : ['w'] }", "{'whiteIpSet':['w']}"); // no servers then
+        check("{'blackIpSet':'a'}", "{'blackIpSet':['s1','s2']}");
+        for (const QByteArray& unchanged :
+             {QByteArray("{ 'code' : 0 }\n"), QByteArray("\0\xff{\"", 4), QByteArray("['a']"),
+              QByteArray("{'blackIpSet':['a'")})
+            check(unchanged, unchanged);
     }
 
     void logLines()
     {
-        QFETCH(QByteArray, received);
-        QTEST(FilterDocument::clean(received, {}).logLines(), "lines");
-    }
-
-    void agentConfiguration_data()
-    {
-        QTest::addColumn<QByteArray>("body");
-        QTest::addColumn<QByteArray>("conf");
-        QTest::addColumn<QStringList>("hosts");
-        QTest::newRow("candidates")
-            << QByteArray(R"({"orchId":3,"cpeId":9,"customerId":10086,)"
-                          R"("commuServerAddr":"10.1.1.1:4500",)"
-                          R"("candidateCommServers":["10.1.1.1:4501","10.2.2.2"]})")
-            << QByteArray("orchid=3\ncpeid=9\ncustomerid=10086\ncommaddr=10.1.1.1:4500\n"
-                          "bakcommaddr=10.1.1.1:4501\nbakcommaddr=10.2.2.2\n")
-            << QStringList{"10.1.1.1", "10.2.2.2"};
-        QTest::newRow("empty") << QByteArray("{}")
-                               << QByteArray("orchid=0\ncpeid=0\ncustomerid=0\ncommaddr=\n")
-                               << QStringList{""};
+        const auto check = [](const QByteArray& received, const QStringList& lines) {
+            FilterDocument filter(json(received));
+            filter._removeDuplicatesJson();
+            QCOMPARE(filter.logLines(), lines);
+        };
+        check("{'whiteIpSet':['w']}", {"Mode: inclusive and exclusive filtering"});
+        check("{'ipSetMode':1,'whiteIpSet':['123456789','123456780']}",
+              {"Mode: inclusive filtering", "Inclusive filtering 123456789,123456780"});
+        check("{'ipSetMode':-1,'blackIpSet':['123456789','12345678901','z']}",
+              {"Mode: exclusive filtering", "Exclusive filtering 123456789,1234567890..."});
+        check("{'ipSetMode':0,'blackIpSet':[]}",
+              {"Mode: inclusive and exclusive filtering", "Inclusive filtering []",
+               "Exclusive filtering []"});
     }
 
     void agentConfiguration()
     {
-        QFETCH(QByteArray, body);
-        const ConnectReply reply = ConnectReply::fromJson(body);
-        QTEST(reply.cpeAgentConf(), "conf");
-        QTEST(reply.commServerHosts(), "hosts");
+        ConnectReply reply = ConnectReply::fromJson(JsonUtil::object(
+            json("{'orchId':3,'cpeId':9,'customerId':10086,'commuServerAddr':'10.1.1.1:4500',"
+                 "'candidateCommServers':['10.1.1.1:4501','10.2.2.2']}")));
+        QCOMPARE(reply.cpeAgentConf(),
+                 QByteArray("orchid=3\ncpeid=9\ncustomerid=10086\ncommaddr=10.1.1.1:4500\n"
+                            "bakcommaddr=10.1.1.1:4501\nbakcommaddr=10.2.2.2\n"));
+        QCOMPARE(reply.commServerHosts(), (QStringList{"10.1.1.1", "10.2.2.2"}));
+        QVERIFY(reply.addressesFitLines());
+
+        reply = ConnectReply::fromJson(JsonUtil::object("{}"));
+        QCOMPARE(reply.cpeAgentConf(), QByteArray("orchid=0\ncpeid=0\ncustomerid=0\ncommaddr=\n"));
+        QCOMPARE(reply.commServerHosts(), QStringList{""});
+        QVERIFY(reply.addressesFitLines());
+    }
+
+    void aReplyWithManyCandidatesIsWrittenWholeAndLookedUpInPart()
+    {
+        ConnectReply reply;
+        for (int i = 0; i < 200; ++i)
+            reply.candidateCommServers << QStringLiteral("h%1:80").arg(i / 2);
+        QCOMPARE(reply.cpeAgentConf().count('\n'), 204);
+        const QStringList hosts = reply.commServerHosts();
+        QCOMPARE(hosts.size(), ConnectReply::kMostHosts);
+        QCOMPARE(hosts.last(), "h62");
+        reply.candidateCommServers.last() = "a\ncustomerid=1";
+        QVERIFY(!reply.addressesFitLines());
     }
 
     void missingReplyFieldsHaveDefaults()
     {
-        const ConnectReply reply = ConnectReply::fromJson("no json");
+        const ConnectReply reply = ConnectReply::fromJson({});
         QCOMPARE(reply.heartbeatInterval, 10);
         QCOMPARE(reply.cpeId, -1);
-        QCOMPARE(reply.filterVersion(), QStringLiteral("/-1"));
-        QCOMPARE(ConnectReply::fromJson(R"({"orchDomains":["a","b"]})").orchDomains,
-                 QStringLiteral("a,b"));
+        QCOMPARE(reply.filterVersion(), "/-1");
+        QCOMPARE(ConnectReply::fromJson({{"orchDomains", QJsonArray{"a", "b"}}}).orchDomains,
+                 "a,b");
     }
 
     void aFileThatCannotBeReplacedIsReported()
     {
         QTemporaryDir dir;
-        const QString path = dir.filePath(QStringLiteral("x.conf"));
+        const QString path = dir.filePath("x.conf");
+        const QString target = dir.filePath("target");
+        QVERIFY(QFile::link(target, path)); // leads nowhere, and would make its target
         QVERIFY(replaceDatapathFile(path, "old, and much longer"));
+        QVERIFY(!QFile::exists(target));
         QVERIFY(replaceDatapathFile(path, "new"));
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        QCOMPARE(file.readAll(), QByteArray("new"));
+        QCOMPARE(readFile(path), QByteArray("new"));
+        QVERIFY(!(QFile::permissions(path) & (QFile::ReadGroup | QFile::ReadOther)));
         // A folder in the file's place can neither be removed as a file nor opened.
-        QVERIFY(QDir(dir.path()).mkdir(QStringLiteral("y.conf")));
-        QTest::ignoreMessage(QtCriticalMsg,
-                             QRegularExpression(QStringLiteral("Can not remove .*y.conf")));
-        QVERIFY(!replaceDatapathFile(dir.filePath(QStringLiteral("y.conf")), "new"));
+        QVERIFY(QDir(dir.path()).mkdir("y.conf"));
+        QTest::ignoreMessage(QtCriticalMsg, QRegularExpression("Can not remove .*y.conf"));
+        QVERIFY(!replaceDatapathFile(dir.filePath("y.conf"), "new"));
     }
 };
 

@@ -2,13 +2,17 @@
 #include "main/ConnectButton.h"
 #include "main/ConnState.h"
 #include "main/FlowRates.h"
+#include "main/HeartbeatReply.h"
 #include "main/SessionRules.h"
 #include "main/widgeChronometer.h"
 #include "monitor/MonitorDatapath.h"
+#include "orch/JsonUtil.h"
+#include "support/Rows.h"
 
-#include <QTest>
+#include <QTimer>
 
 #include <limits>
+#include <thread>
 
 Q_DECLARE_METATYPE(AgentText::Event)
 
@@ -22,98 +26,60 @@ private slots:
     {
         using S = ConnState;
         using T = Transition;
-        const struct
-        {
-            S::CONN_STATUS from;
-            S::CONN_STATUS to;
-            T effect;
-        } allowed[] = {
-            {S::DISCONNECTION, S::CONNECTING, T::Begin},
-            {S::CONNECTING, S::CONNECTION, T::Connected},
-            {S::CONNECTING, S::DISCONNECTION, T::Abandoned},
-            {S::CONNECTING, S::DISCONNECTING, T::Cancelling},
-            {S::CONNECTION, S::DISCONNECTION, T::Ended},
-            {S::CONNECTION, S::DISCONNECTING, T::Stopping},
-            {S::DISCONNECTING, S::DISCONNECTION, T::Ended},
-        };
-        int ignored = 0;
+        T expected[4][4]{}; // everything else is ignored
+        expected[S::DISCONNECTION][S::CONNECTING] = T::Begin;
+        expected[S::CONNECTING][S::CONNECTION] = T::Connected;
+        expected[S::CONNECTING][S::DISCONNECTION] = T::Abandoned;
+        expected[S::CONNECTING][S::DISCONNECTING] = T::Cancelling;
+        expected[S::CONNECTION][S::DISCONNECTION] = T::Ended;
+        expected[S::CONNECTION][S::DISCONNECTING] = T::Stopping;
+        expected[S::DISCONNECTING][S::DISCONNECTION] = T::Ended;
         for (int from = 0; from < 4; ++from) {
-            for (int to = 0; to < 4; ++to) {
-                T expected = T::Ignored;
-                for (const auto& row : allowed) {
-                    if (row.from == from && row.to == to)
-                        expected = row.effect;
-                }
-                ignored += expected == T::Ignored;
-                QCOMPARE(transition(S::CONN_STATUS(from), S::CONN_STATUS(to)), expected);
-            }
+            for (int to = 0; to < 4; ++to)
+                QCOMPARE(transition(S::CONN_STATUS(from), S::CONN_STATUS(to)), expected[from][to]);
         }
-        QCOMPARE(ignored, 9);
-    }
-
-    void buttonAnimation_data()
-    {
-        QTest::addColumn<int>("status");
-        QTest::addColumn<bool>("over");
-        QTest::addColumn<QStringList>("texts");
-        QTest::newRow("connecting") << int(ConnState::CONNECTING) << false
-                                    << QStringList{"Connecting",    "Connecting.", "Connecting..",
-                                                   "Connecting...", "Connecting",  "Connecting."};
-        QTest::newRow("pointer over") << int(ConnState::CONNECTING) << true
-                                      << QStringList{"Connecting..", "Cancel", "Cancel"};
-        QTest::newRow("pointer left") << int(ConnState::CONNECTING) << false
-                                      << QStringList{"Cancel", "Connecting.", "Connecting.."};
-        QTest::newRow("disconnecting")
-            << int(ConnState::DISCONNECTING) << true
-            << QStringList{"Disconnecting", "Disconnecting.", "Disconnecting..", "Disconnecting...",
-                           "Disconnecting"};
-        QTest::newRow("connected")
-            << int(ConnState::CONNECTION) << true << QStringList{"Stop", "Stop"};
     }
 
     void buttonAnimation()
     {
-        QFETCH(int, status);
-        QFETCH(bool, over);
-        QFETCH(QStringList, texts);
-        const ConnectButtonTexts words{"Connecting", "Cancel", "Disconnecting"};
-        for (int step = 1; step < texts.size(); ++step) {
-            QCOMPARE(
-                nextButtonText(ConnState::CONN_STATUS(status), over, texts.at(step - 1), words),
-                texts.at(step));
-        }
+        const auto check = [](ConnState::CONN_STATUS status, bool over, const QString& steps) {
+            const QStringList texts = steps.split(' ');
+            for (int i = 1; i < texts.size(); ++i) {
+                const ConnectButtonTexts words{"Connecting", "Cancel", "Disconnecting"};
+                QCOMPARE(nextButtonText(status, over, texts.at(i - 1), words), texts.at(i));
+            }
+        };
+        check(ConnState::CONNECTING, false,
+              "Connecting Connecting. Connecting.. Connecting... Connecting Connecting.");
+        check(ConnState::CONNECTING, true, "Connecting.. Cancel Cancel");
+        check(ConnState::CONNECTING, false, "Cancel Connecting. Connecting..");
+        check(ConnState::DISCONNECTING, true,
+              "Disconnecting Disconnecting. Disconnecting.. Disconnecting... Disconnecting");
+        check(ConnState::CONNECTION, true, "Stop Stop");
     }
 
     void agentTexts_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<AgentText::Event>("event");
-        QTest::addColumn<int>("port");
-        QTest::newRow("ready") << R"({"type": 0})" << AgentText::Ready << 0;
-        QTest::newRow("no space") << R"({"type":0})" << AgentText::Nothing << 0;
-        QTest::newRow("refused") << R"({"type": 1, "code": 7})" << AgentText::Disconnect << 0;
-        QTest::newRow("port") << R"({"dispatchConfPort" :  54399})" << AgentText::Port << 54399;
-        QTest::newRow("port wins over ready")
-            << R"({"type": 0, "dispatchConfPort":1})" << AgentText::Port << 1;
-        QTest::newRow("port without digits")
-            << R"({"dispatchConfPort":"x"})" << AgentText::PortUnusable << 0;
-        QTest::newRow("port too large")
-            << R"({"dispatchConfPort":99999999999})" << AgentText::PortUnusable << 0;
-        QTest::newRow("firewall wins over all")
-            << R"({"type": 6, "dispatchConfPort": 5, "x": {"type": 0}})" << AgentText::Firewall
-            << 0;
-        QTest::newRow("type ten") << R"({"type": 10})" << AgentText::Disconnect << 0;
-        QTest::newRow("garbage") << QString(100000, QLatin1Char('{')) << AgentText::Nothing << 0;
+        const auto row = columns<QByteArray, AgentText::Event, int>("text", "event", "port");
+        row("ready", "{'type': 0}", AgentText::Ready, 0);
+        row("no space", "{'type':0}", AgentText::Nothing, 0);
+        row("refused", "{'type': 1, 'code': 7}", AgentText::Disconnect, 0);
+        row("port", "{'dispatchConfPort' :  54399}", AgentText::Port, 54399);
+        row("port wins over ready", "{'type': 0, 'dispatchConfPort':1}", AgentText::Port, 1);
+        row("port without digits", "{'dispatchConfPort':'x'}", AgentText::PortUnusable, 0);
+        row("port too large", "{'dispatchConfPort':99999999999}", AgentText::PortUnusable, 0);
+        row("firewall wins over all", "{'type': 6, 'dispatchConfPort': 5, 'x': {'type': 0}}",
+            AgentText::Firewall, 0);
+        row("type ten", "{'type': 10}", AgentText::Disconnect, 0);
+        row("garbage", QByteArray(100000, '{'), AgentText::Nothing, 0);
     }
 
     void agentTexts()
     {
-        QFETCH(QString, text);
-        QFETCH(int, port);
-        const AgentText said = AgentText::read(text);
+        const AgentText said = AgentText::read(json(cell<QByteArray>("text")));
         QTEST(said.event, "event");
         if (said.event == AgentText::Port)
-            QCOMPARE(said.port, port);
+            QTEST(said.port, "port");
     }
 
     void agentNotices()
@@ -122,6 +88,30 @@ private slots:
         QVERIFY(both.firewallEnabled && !both.firewallDisabled && both.ruleNotFound);
         const AgentText off = AgentText::read("hello, firewall disabled");
         QVERIFY(!off.firewallEnabled && off.firewallDisabled && off.hello && !off.ruleNotFound);
+    }
+
+    void noticesPassOnceInAPauseAndEventsAlways()
+    {
+        const QString on = R"({"type": 6, "firewall enabled"})";
+        constexpr qint64 pause = AgentTextFilter::kPause;
+        AgentTextFilter filter;
+        QVERIFY(filter.admit(on, true, 1).hasNotice());
+        QVERIFY(filter.admit(on, true, pause).quiet);
+        QVERIFY(!filter.admit(on + 'x', false, pause).hasNotice());
+        QVERIFY(filter.admit(on, true, 1 + pause).hasNotice());
+        QVERIFY(filter.admit(on, true, 0).hasNotice()); // the clock was set back
+        for (const qint64 now : {2, 3})
+            QCOMPARE(filter.admit(R"({"type": 0})", true, now).event, AgentText::Ready);
+    }
+
+    void theWatchFollowsAnyThread()
+    {
+        auto* const watch = monitor::MonitorDatapath::instance();
+        auto* const timer = watch->findChild<QTimer*>("m_checkTimer");
+        std::thread([watch] { watch->start(); }).join();
+        QTRY_VERIFY(timer->isActive());
+        std::thread([watch] { watch->stop(); }).join();
+        QTRY_VERIFY(!timer->isActive());
     }
 
     void ratesSettleOverEightPolls()
@@ -140,80 +130,70 @@ private slots:
 
     void ratesSurviveAnyCounter()
     {
+        using Limits = std::numeric_limits<long long>;
         FlowRates rates;
-        rates.update(1, 0, std::numeric_limits<long long>::min());
+        rates.update(1, 0, Limits::min());
         for (int poll = 1; poll < 200; ++poll) {
-            rates.update(1 + 1000LL * poll, std::numeric_limits<long long>::max(),
-                         poll % 2 ? std::numeric_limits<long long>::max()
-                                  : std::numeric_limits<long long>::min());
+            rates.update(1 + 1000LL * poll, Limits::max(),
+                         poll % 2 ? Limits::max() : Limits::min());
             QVERIFY(rates.m_LastUpSpeed >= 0 && rates.m_LastDownSpeed >= 0);
         }
         QVERIFY(rates.update(-5000, 5, 5)); // the clock was set back
         QVERIFY(rates.m_LastUpSpeed >= 0);
     }
 
-    void tunnels_data()
+    void heartbeatOrders()
     {
-        QTest::addColumn<bool>("failing");
-        QTest::addColumn<bool>("down");
-        QTest::addColumn<bool>("has");
-        QTest::addColumn<int>("connected");
-        QTest::addColumn<int>("health");
-        const int none = int(TunnelHealth::Unchanged);
-        const int lost = int(TunnelHealth::Lost);
-        QTest::newRow("building up") << false << true << true << 30000 << none;
-        QTest::newRow("lost") << false << true << true << 30001 << lost;
-        QTest::newRow("still lost") << true << true << true << 60000 << none;
-        QTest::newRow("restored") << true << false << true << 60000 << int(TunnelHealth::Restored);
-        QTest::newRow("fine") << false << false << true << 60000 << none;
-        QTest::newRow("none listed") << false << true << false << 60000 << none;
-        QTest::newRow("none listed, not restored") << true << false << false << 60000 << none;
+        // Kind, "+" with reasons, the reason.
+        const auto ordered = [](const QByteArray& body, bool chinese = false) {
+            const auto reply = HeartbeatReply::fromJson(JsonUtil::object(json(body)));
+            const HeartbeatReply::Order order = reply.order();
+            const bool reasons = order.kind != HeartbeatReply::Order::None &&
+                                 !reply._isActionsResonEmpty(order.action);
+            return QString("-DR"[order.kind]) + (reasons ? "+ " : " ") +
+                   reply.reason(order.action, chinese);
+        };
+        const QByteArray both =
+            "{'actionDataList':[{'action':1,'reason_en':'en','reason_zh':'zh'}]";
+        const QByteArray subnet =
+            ",'subnetIpChange':true,'mobileDetectFailed':'mz','mobileDetectFailedEn':'me'}";
+        QCOMPARE(ordered("{'success':true}"), "- ");
+        QCOMPARE(ordered(both + "}"), "D+ en");
+        QCOMPARE(ordered(both + "}", true), "D+ zh");
+        QCOMPARE(ordered("{'actionDataList':[{'action':4}]}"), "R ");
+        QCOMPARE(ordered("{'actionDataList':[{'action':1,'reason_en':'en'}]}"), "D en");
+        QCOMPARE(ordered("{'actionDataList':[{'action':4},{'action':1}]}"), "R ");
+        QCOMPARE(ordered("{'actionDataList':[{'action':2},{},7,{'action':1}]}"), "D ");
+        QCOMPARE(ordered(both + subnet), "R+ me");
+        QCOMPARE(ordered("{'mobileDetectFailed':'mz','actionDataList':[{'action':1}]}"), "D ");
+        QCOMPARE(ordered("{'actionDataList':[{'action':'1'}]}"), "- ");
+        QCOMPARE(ordered("{'actionDataList':{}}"), "- ");
+        QCOMPARE(ordered("<html>"), "- ");
     }
 
     void tunnels()
     {
-        QFETCH(bool, failing);
-        QFETCH(bool, down);
-        QFETCH(bool, has);
-        QFETCH(int, connected);
-        QTEST(int(tunnelHealth(failing, down, has, connected)), "health");
+        using T = TunnelHealth; // was failing, is down, has any, milliseconds since the connection
+        QCOMPARE(tunnelHealth(false, true, true, 30000), T::Unchanged); // still building up
+        QCOMPARE(tunnelHealth(false, true, true, 30001), T::Lost);
+        QCOMPARE(tunnelHealth(true, true, true, 60000), T::Unchanged);
+        QCOMPARE(tunnelHealth(true, false, true, 60000), T::Restored);
+        QCOMPARE(tunnelHealth(false, false, true, 60000), T::Unchanged);
+        QCOMPARE(tunnelHealth(false, true, false, 60000), T::Unchanged);
+        QCOMPARE(tunnelHealth(true, false, false, 60000), T::Unchanged);
     }
 
-    void connectedTime_data()
+    void shownTexts()
     {
-        QTest::addColumn<int>("seconds");
-        QTest::addColumn<QString>("text");
-        QTest::newRow("start") << 0 << "00:00:00";
-        QTest::newRow("59 s") << 59 << "00:00:59";
-        QTest::newRow("last second of a day") << 86399 << "23:59:59";
-        QTest::newRow("one day") << 90061 << "1 day 01:01:01";
-        QTest::newRow("two days") << 200000 << "02 days 07:33:20";
-    }
-
-    void connectedTime()
-    {
-        QFETCH(int, seconds);
-        QTEST(widgeChronometer::timeText(seconds), "text");
-    }
-
-    void headerName_data()
-    {
-        QTest::addColumn<QString>("user");
-        QTest::addColumn<QString>("shown");
-        QTest::newRow("mail") << "alice@corp.example"
-                              << "alice";
-        QTest::newRow("11") << "abcdefghijk@x"
-                            << "abcdefghijk";
-        QTest::newRow("16") << "abcdefghijklmnop@x"
-                            << "abcdefghijk...";
-        QTest::newRow("empty") << ""
-                               << "";
-    }
-
-    void headerName()
-    {
-        QFETCH(QString, user);
-        QTEST(session::headerName(user), "shown");
+        QCOMPARE(widgeChronometer::timeText(0), "00:00:00");
+        QCOMPARE(widgeChronometer::timeText(59), "00:00:59");
+        QCOMPARE(widgeChronometer::timeText(86399), "23:59:59");
+        QCOMPARE(widgeChronometer::timeText(90061), "1 day 01:01:01");
+        QCOMPARE(widgeChronometer::timeText(200000), "02 days 07:33:20");
+        QCOMPARE(session::headerName("alice@corp.example"), "alice");
+        QCOMPARE(session::headerName("abcdefghijk@x"), "abcdefghijk");
+        QCOMPARE(session::headerName("abcdefghijklmnop@x"), "abcdefghijk...");
+        QCOMPARE(session::headerName(""), QString());
     }
 
     void restartsAreLimited()
@@ -239,20 +219,12 @@ private slots:
         QVERIFY(session::heartbeatDue(5, 5, std::numeric_limits<int>::min()));
     }
 
-    void datapathProcesses_data()
-    {
-        QTest::addColumn<QStringList>("names");
-        QTest::addColumn<bool>("alive");
-        QTest::newRow("full path") << QStringList{"bash", "/opt/v/tarvelin_datapath"} << true;
-        QTest::newRow("cut-down name") << QStringList{"tarvelin_datap"} << true;
-        QTest::newRow("agent alone") << QStringList{"tarvelin_agent"} << true;
-        QTest::newRow("script alone") << QStringList{"/opt/v/tarvelin", "veltaro"} << false;
-    }
-
     void datapathProcesses()
     {
-        QFETCH(QStringList, names);
-        QTEST(monitor::datapathAlive(names), "alive");
+        QVERIFY(monitor::datapathAlive({"bash", "/opt/v/tarvelin_datapath"}));
+        QVERIFY(monitor::datapathAlive({"tarvelin_datap"})); // cut down by the kernel
+        QVERIFY(monitor::datapathAlive({"tarvelin_agent"}));
+        QVERIFY(!monitor::datapathAlive({"/opt/v/tarvelin", "veltaro"}));
     }
 };
 

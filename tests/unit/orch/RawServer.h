@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QHash>
 #include <QList>
 #include <QTcpServer>
 #include <QTcpSocket>
@@ -20,8 +19,7 @@ public:
         QByteArray path() const { return head.split(' ').value(1); }
         QByteArray header(const QByteArray& name) const
         {
-            const auto lines = head.split('\n');
-            for (const QByteArray& line : lines) {
+            for (const QByteArray& line : head.split('\n')) {
                 if (line.toLower().startsWith(name.toLower() + ':'))
                     return line.mid(name.size() + 1).trimmed();
             }
@@ -63,26 +61,19 @@ public:
 private:
     void read(QTcpSocket* socket)
     {
-        QByteArray& received = m_received[socket];
-        received += socket->readAll();
+        const QByteArray received = socket->peek(1 << 20);
         const int end = received.indexOf("\r\n\r\n");
-        if (end < 0)
+        const Request request{received.left(end), received.mid(end + 4)};
+        if (end < 0 || request.body.size() < request.header("Content-Length").toInt())
             return;
-        Request request{received.left(end), received.mid(end + 4)};
-        if (request.body.size() < request.header("Content-Length").toInt())
-            return;
-        m_received.remove(socket);
+        socket->readAll();
         requests.append(request);
         if (silent)
             return;
         const QByteArray bytes = answer(request);
-        if (bytes.isEmpty()) {
-            socket->abort();
-            return;
-        }
+        if (bytes.isEmpty())
+            return socket->abort();
         socket->write(bytes);
         socket->disconnectFromHost();
     }
-
-    QHash<QTcpSocket*, QByteArray> m_received;
 };

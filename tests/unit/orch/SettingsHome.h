@@ -5,15 +5,11 @@
 #include <QTemporaryDir>
 
 /// A settings folder of the test's own. Made before anything reads settings.
-class SettingsHome
+struct SettingsHome : QTemporaryDir
 {
-public:
     SettingsHome()
     {
-        qputenv("XDG_CONFIG_HOME", m_folder.path().toLocal8Bit());
+        qputenv("XDG_CONFIG_HOME", path().toLocal8Bit());
         ConfigUtil::createConfigPath();
     }
-
-private:
-    QTemporaryDir m_folder;
 };

@@ -1,13 +1,18 @@
 #include "upgrade/UpgradePolicy.h"
 #include "app/Platform.h"
+#include "app/ProcessRun.h"
+#include "app/Startup.h"
+#include "orch/JsonUtil.h"
+#include "support/Rows.h"
+#include "unit/Files.h"
 #include "upgrade/DlgUpgrade.h"
 #include "upgrade/InstallerHandover.h"
 
+#include <QDesktopServices>
 #include <QDir>
-#include <QFile>
 #include <QProcessEnvironment>
+#include <QSet>
 #include <QTemporaryDir>
-#include <QTest>
 
 /// When a newer client is offered, and how the user is handed over to the installer.
 class UpgradePolicyTest : public QObject
@@ -17,89 +22,45 @@ class UpgradePolicyTest : public QObject
 private slots:
     void decision_data()
     {
-        QTest::addColumn<QByteArray>("body");
-        QTest::addColumn<QString>("later"); // version and date that an offer was put off with
-        QTest::addColumn<QString>("skipped");
-        QTest::addColumn<QString>("first"); // of the run; p pops up, m marks, s shows, c counts
-        QTest::addColumn<QString>("repeated");
-        const QByteArray newer = R"({"version":"6.2.0"})";
-        const QByteArray forced = R"({"version":"6.2.0","minVersion":"6.2.0"})";
-        const QString today = QStringLiteral("6.2.0 2026-03-05");
-        const QString yesterday = QStringLiteral("6.2.0 2026-03-04");
-        QTest::newRow("newer") << newer << ""
-                               << ""
-                               << "pmsc"
-                               << "pmsc";
-        QTest::newRow("same version") << QByteArray(R"({"version":"6.1.20"})") << ""
-                                      << ""
-                                      << ""
-                                      << "";
-        QTest::newRow("more parts are newer") << QByteArray(R"({"version":"6.1.20.1"})") << ""
-                                              << ""
-                                              << "pmsc"
-                                              << "pmsc";
-        QTest::newRow("nothing known") << QByteArray("{}") << ""
-                                       << ""
-                                       << ""
-                                       << "";
-        QTest::newRow("mistyped") << QByteArray(R"({"version":7,"ignore":"no"})") << ""
-                                  << ""
-                                  << ""
-                                  << "";
-        QTest::newRow("put off today") << newer << today << ""
-                                       << "msc"
-                                       << "msc";
-        QTest::newRow("put off yesterday") << newer << yesterday << ""
-                                           << "pmsc"
-                                           << "pmsc";
-        QTest::newRow("put off tomorrow: the clock went back") << newer << "6.2.0 2026-03-06"
-                                                               << ""
-                                                               << "msc"
-                                                               << "pmsc";
-        QTest::newRow("another one put off") << newer << "6.1.30 2026-03-05"
-                                             << ""
-                                             << "pmsc"
-                                             << "pmsc";
-        QTest::newRow("skipped") << newer << ""
-                                 << "6.2.0"
-                                 << "s"
-                                 << "s";
-        QTest::newRow("another one skipped") << newer << ""
-                                             << "6.1.30"
-                                             << "pmsc"
-                                             << "pmsc";
-        QTest::newRow("forced and put off") << forced << today << ""
-                                            << "pmsc"
-                                            << "pmsc";
-        QTest::newRow("forced but skipped") << forced << ""
-                                            << "6.2.0"
-                                            << "s"
-                                            << "s";
-        QTest::newRow("forced but to be ignored")
-            << QByteArray(R"({"version":"6.2.0","minVersion":"6.2.0","ignore":true})") << ""
-            << ""
-            << ""
-            << "";
-        QTest::newRow("too old, yet nothing newer")
-            << QByteArray(R"({"version":"6.1.20","minVersion":"6.2.0"})") << ""
-            << ""
-            << ""
-            << "";
+        // "later": version and date that an offer was put off with. Then what follows at the first
+        // check of the run and at a repeated one: p pops up, m marks, s shows, c counts.
+        const auto row = columns<QByteArray, QString, QString, QString, QString>(
+            "body", "later", "skipped", "first", "repeated");
+        const QByteArray newer = "{'version':'6.2.0'}";
+        const QByteArray forced = "{'version':'6.2.0','minVersion':'6.2.0'}";
+        row("newer", newer, "", "", "pmsc", "pmsc");
+        row("same version", "{'version':'6.1.20'}", "", "", "", "");
+        row("more parts are newer", "{'version':'6.1.20.1'}", "", "", "pmsc", "pmsc");
+        row("nothing known", "{}", "", "", "", "");
+        row("mistyped", "{'version':7,'ignore':'no'}", "", "", "", "");
+        row("put off today", newer, "6.2.0 2026-03-05", "", "msc", "msc");
+        row("put off yesterday", newer, "6.2.0 2026-03-04", "", "pmsc", "pmsc");
+        row("the clock went back", newer, "6.2.0 2026-03-06", "", "msc", "pmsc");
+        row("another one put off", newer, "6.1.30 2026-03-05", "", "pmsc", "pmsc");
+        row("skipped", newer, "", "6.2.0", "s", "s");
+        row("another one skipped", newer, "", "6.1.30", "pmsc", "pmsc");
+        row("forced and put off", forced, "6.2.0 2026-03-05", "", "pmsc", "pmsc");
+        row("forced but skipped", forced, "", "6.2.0", "s", "s");
+        row("forced but ignored", "{'version':'6.2.0','minVersion':'6.2.0','ignore':true}", "", "",
+            "", "");
+        row("too old, yet nothing newer", "{'version':'6.1.20','minVersion':'6.2.0'}", "", "", "",
+            "");
     }
 
     void decision()
     {
         QFETCH(QByteArray, body);
         QFETCH(QString, later);
-        QFETCH(QString, skipped);
         UpgradeChoices choices;
-        choices.laterVersion = later.section(QLatin1Char(' '), 0, 0);
+        choices.laterVersion = later.section(' ', 0, 0);
         if (!later.isEmpty())
-            choices.laterDate = later.section(QLatin1Char(' '), 1);
-        choices.skipVersion = skipped;
+            choices.laterDate = later.section(' ', 1);
+        choices.skipVersion = cell<QString>("skipped");
+        const auto reply = UpgradeReply::fromJson(JsonUtil::object(json(body)), false);
         const auto decided = [&](bool first) {
-            const UpgradeDecision d = decideUpgrade(UpgradeReply::fromJson(body, false), choices,
-                                                    QStringLiteral("2026-03-05"), first);
+            const UpgradeDecision d =
+                decideUpgrade({reply.version, reply.isNewer(), reply.isForced(), reply.ignore},
+                              choices, "2026-03-05", first);
             return QString(d.pop ? "p" : "") + (d.mark ? "m" : "") + (d.showNew ? "s" : "") +
                    (d.counts ? "c" : "");
         };
@@ -109,144 +70,122 @@ private slots:
 
     void theLogNamesTheValues()
     {
-        UpgradeChoices choices;
-        const UpgradeReply reply = UpgradeReply::fromJson(R"({"version":"6.2.0"})", false);
-        QCOMPARE(decideUpgrade(reply, choices, QStringLiteral("2026-03-05"), true).log,
-                 QStringLiteral("First check, last version is , new version is 6.2.0, last date "
-                                "is 0, now is 2026-03-05"));
-    }
-
-    void replyDefaultsAndBounds_data()
-    {
-        QTest::addColumn<QByteArray>("body");
-        QTest::addColumn<bool>("chinese");
-        QTest::addColumn<int>("period");
-        QTest::addColumn<QString>("note");
-        QTest::newRow("empty") << QByteArray() << false << 600 << "";
-        QTest::newRow("short period") << QByteArray(R"({"checkingPeriod":5})") << false << 30 << "";
-        QTest::newRow("endless period")
-            << QByteArray(R"({"checkingPeriod":2000000000})") << false << 30000 << "";
-        const QByteArray notes = R"({"releaseNote":"zh","releaseNoteEn":"en"})";
-        QTest::newRow("English") << notes << false << 600 << "en";
-        QTest::newRow("Chinese") << notes << true << 600 << "zh";
-        QTest::newRow("a note as a number")
-            << QByteArray(R"({"releaseNoteEn":1})") << false << 600 << "";
+        QCOMPARE(decideUpgrade({"6.2.0", true, false, false}, {}, "2026-03-05", true).log,
+                 QString("First check, last version is , new version is 6.2.0, last date is 0, now "
+                         "is 2026-03-05"));
     }
 
     void replyDefaultsAndBounds()
     {
-        QFETCH(QByteArray, body);
-        QFETCH(bool, chinese);
-        const UpgradeReply reply = UpgradeReply::fromJson(body, chinese);
-        QTEST(reply.checkingPeriod, "period");
-        QTEST(reply.note, "note");
-    }
-
-    void linesAreBrokenToWidth_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("broken");
-        QTest::newRow("fits") << "abcd"
-                              << "abcd";
-        QTest::newRow("one more") << "abcde"
-                                  << "abcd\ne";
-        QTest::newRow("own breaks stay") << "ab\n\ncdefg"
-                                         << "ab\n\ncdef\ng";
-        QTest::newRow("a pair stays together")
-            << QStringLiteral("abc\U0001F600d") << QStringLiteral("abc\U0001F600\nd");
-        QTest::newRow("empty") << ""
-                               << "";
+        const auto read = [](const char* body, bool chinese = false) {
+            const auto reply = UpgradeReply::fromJson(JsonUtil::object(json(body)), chinese);
+            return QString::number(reply.checkingPeriod) + ' ' + reply.note;
+        };
+        QCOMPARE(read(""), QString("600 "));
+        QCOMPARE(read("{'checkingPeriod':5}"), QString("30 "));
+        QCOMPARE(read("{'checkingPeriod':2000000000}"), QString("30000 "));
+        QCOMPARE(read("{'releaseNote':'zh','releaseNoteEn':'en'}"), QString("600 en"));
+        QCOMPARE(read("{'releaseNote':'zh','releaseNoteEn':'en'}", true), QString("600 zh"));
+        QCOMPARE(read("{'releaseNoteEn':1}"), QString("600 "));
     }
 
     void linesAreBrokenToWidth()
     {
-        QFETCH(QString, text);
-        const auto characters = [](const QString& line) {
-            int width = 0;
-            for (const QChar c : line)
-                width += c.isHighSurrogate() ? 0 : 1;
-            return width;
+        const auto broken = [](const QString& text) {
+            return brokenToWidth(text, 4, [](const QString& line) { return line.toUcs4().size(); });
         };
-        QTEST(brokenToWidth(text, 4, characters), "broken");
-    }
-
-    void desktopEntries_data()
-    {
-        QTest::addColumn<QByteArray>("entry");
-        QTest::addColumn<QString>("program");
-        QTest::newRow("with field code")
-            << QByteArray("[Desktop Entry]\nName=S\nExec=/usr/bin/store %U\n") << "/usr/bin/store";
-        QTest::newRow("alone on its line")
-            << QByteArray("[Desktop Entry]\nExec=/usr/bin/store\nIcon=a b\n") << "/usr/bin/store";
-        QTest::newRow("action before") << QByteArray("[Desktop Action x]\nExec=/bad x\n[Desktop "
-                                                     "Entry]\nExec = \"/opt/my store\" %U\n")
-                                       << "/opt/my store";
-        QTest::newRow("other keys")
-            << QByteArray("[Desktop Entry]\nTryExec=/bad\nExecutable=/bad\nComment=Exec=/bad x\n")
-            << "";
-        QTest::newRow("action only") << QByteArray("[Desktop Action x]\nExec=/bad x\n") << "";
-        QTest::newRow("empty") << QByteArray() << "";
+        QCOMPARE(broken("abcd"), QString("abcd"));
+        QCOMPARE(broken("abcde"), QString("abcd\ne"));
+        QCOMPARE(broken("ab\n\ncdefg"), QString("ab\n\ncdef\ng"));
+        QCOMPARE(broken("abc\U0001F600d"), QString("abc\U0001F600\nd")); // a pair stays together
+        QCOMPARE(broken(""), QString());
     }
 
     void desktopEntries()
     {
-        QFETCH(QByteArray, entry);
-        QTEST(desktopEntryProgram(entry), "program");
+        const auto check = [](const QByteArray& entry, const char* program) {
+            QCOMPARE(desktopEntryProgram(entry), QString(program));
+        };
+        check("[Desktop Entry]\nName=S\nExec=/bin/store %U\n", "/bin/store");
+        check("[Desktop Entry]\nExec=/bin/store\nIcon=a b\n", "/bin/store");
+        check("[Desktop Action x]\nExec=/bad x\n[Desktop Entry]\nExec = \"/opt/my store\" %U\n",
+              "/opt/my store");
+        check("[Desktop Entry]\nTryExec=/bad\nExecutable=/bad\nComment=Exec=/bad x\n", "");
+        check("[Desktop Action x]\nExec=/bad x\n", "");
+        check("", "");
     }
 
     void handover_data()
     {
-        QTest::addColumn<QByteArray>("desktop");
-        QTest::addColumn<QString>("url");
-        QTest::addColumn<QString>("program");
-        QTest::addColumn<bool>("libraryPathKept");
-        QTest::newRow("ordinary") << QByteArray("GNOME") << ""
-                                  << "/usr/bin/deepin-store" << false;
-        QTest::newRow("unset") << QByteArray() << ""
-                               << "/usr/bin/deepin-store" << false;
-        QTest::newRow("upper case") << QByteArray("UKUI") << ""
-                                    << "/usr/bin/kylin-store" << true;
-        QTest::newRow("no web page") << QByteArray("ukui") << "file:///tmp/x.sh"
-                                     << "/usr/bin/kylin-store" << true;
+        const auto row = columns<QByteArray, QString, QString, bool>("desktop", "url", "program",
+                                                                     "libraryPathKept");
+        row("ordinary", "GNOME", "", "deepin-app-store", false);
+        row("unset", {}, "", "deepin-app-store", false);
+        row("upper case", "UKUI", "", "kylin-software-center", true);
+        row("no web page", "ukui", "file:///tmp/x.sh", "kylin-software-center", true);
     }
 
+    // Every kind of program that is started writes down the environment it got.
     void handover()
     {
-        QFETCH(QByteArray, desktop);
-        QFETCH(QString, url);
+        qputenv("XDG_CURRENT_DESKTOP", cell<QByteArray>("desktop"));
+        qputenv("LD_LIBRARY_PATH", "/opt/veltaro");
+        Variables session = ownVariables();
+        startup::prepare();
+        QVERIFY(ownVariables() != session);
+        QCOMPARE(variables(runProcess("env", {}, 10000).output), session);
+
         QTemporaryDir root;
-        const QString folder = root.path() + QStringLiteral("/usr/share/applications/");
+        const QString folder = root.path() + "/usr/share/applications/";
         QVERIFY(QDir().mkpath(folder));
         for (const char* store : {"deepin-app-store", "kylin-software-center"}) {
-            QFile entry(folder + QLatin1String(store) + QStringLiteral(".desktop"));
-            QVERIFY(entry.open(QIODevice::WriteOnly));
-            entry.write(QByteArray("[Desktop Entry]\nExec=/usr/bin/") +
-                        QByteArray(store).split('-').first() + "-store %U\n");
+            const QString script = root.filePath(store);
+            QVERIFY(writeFile(
+                script, "#!/bin/sh\ntr '\\0' '\\n' </proc/$$/environ >$0.new; mv $0.new $0.got\n"));
+            QFile::setPermissions(script, QFile::ReadOwner | QFile::ExeOwner);
+            QVERIFY(writeFile(folder + store + ".desktop",
+                              "[Desktop Entry]\nExec=" + script.toUtf8() + " %U\n"));
         }
+        QVERIFY(QDir(root.path()).mkdir("etc"));
+        QVERIFY(writeFile(root.filePath("etc/lsb-release"), "DISTRIB_ID=Ubuntu\n"));
         platform().fileRoot = root.path();
-        QString opened;
-        QString started;
-        bool libraryPath = false;
-        platform().openUrl = [&](const QUrl& address) {
-            opened = address.toString();
-            return true;
-        };
-        platform().startDetached = [&](const QString& program,
-                                       const QProcessEnvironment& environment) {
-            started = program;
-            libraryPath = environment.contains(QStringLiteral("LD_LIBRARY_PATH"));
-            return true;
-        };
-        qputenv("XDG_CURRENT_DESKTOP", desktop);
-        qputenv("LD_LIBRARY_PATH", "/opt/veltaro");
-        handOverToInstaller(url);
+        m_browser.clear();
+        for (const char* scheme : {"file", "https"})
+            QDesktopServices::setUrlHandler(QLatin1String(scheme), this, "browse");
+        handOverToInstaller(cell<QString>("url"));
+        QVERIFY(m_browser.isEmpty());
+        handOverToInstaller("https://files.example/veltaro.deb"); // opened as it is on this system
+        QCOMPARE(m_browser, session + Variables{"https://files.example/veltaro.deb"});
+        platform() = Platform();
         qunsetenv("LD_LIBRARY_PATH");
         qputenv("XDG_CURRENT_DESKTOP", "");
-        platform() = Platform();
-        QCOMPARE(opened, QString());
-        QTEST(started, "program");
-        QTEST(libraryPath, "libraryPathKept");
+
+        const QString got = root.filePath(cell<QString>("program") + ".got");
+        QTRY_VERIFY(QFile::exists(got));
+        if (!cell<bool>("libraryPathKept"))
+            session.remove("LD_LIBRARY_PATH=/opt/veltaro");
+        QCOMPARE(variables(readFile(got)), session);
     }
+
+public slots:
+    void browse(const QUrl& url) { m_browser = ownVariables() << url.toEncoded(); }
+
+private:
+    using Variables = QSet<QByteArray>;
+
+    static Variables variables(const QByteArray& lines)
+    {
+        const QList<QByteArray> list = lines.trimmed().split('\n');
+        return {list.begin(), list.end()};
+    }
+
+    static Variables ownVariables()
+    {
+        const QStringList list = QProcessEnvironment::systemEnvironment().toStringList();
+        return variables(list.join(QLatin1Char('\n')).toLocal8Bit());
+    }
+
+    Variables m_browser;
 };
 
 QTEST_GUILESS_MAIN(UpgradePolicyTest)

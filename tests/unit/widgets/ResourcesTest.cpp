@@ -1,32 +1,17 @@
 #include "res/Font.h"
 #include "res/Pictures.h"
+#include "support/Rows.h"
+#include "unit/Files.h"
 
 #include <QDirIterator>
-#include <QFile>
 #include <QImageReader>
 #include <QRawFont>
 #include <QRegularExpression>
 #include <QResource>
-#include <QTest>
-
-/// What the build put into the resource tree, and whether the sources ask for anything that is
-/// not there.
-class ResourcesTest : public QObject
-{
-    Q_OBJECT
-
-private slots:
-    void initTestCase();
-    void fontIsUsableInPlace();
-    void picturesComeInTwoSizes();
-    void iconsHoldTheirSizes_data();
-    void iconsHoldTheirSizes();
-    void everythingAskedForExists();
-};
 
 namespace {
 
-const QString kRoot = QStringLiteral(":/Ostrana/res/");
+const QString kRoot = ":/Ostrana/res/";
 
 bool isBlank(const QImage& image)
 {
@@ -35,125 +20,105 @@ bool isBlank(const QImage& image)
     return image.convertToFormat(QImage::Format_ARGB32) == nothing;
 }
 
-QStringList captured(const QString& text, const QString& pattern)
-{
-    QStringList result;
-    auto matches = QRegularExpression(pattern).globalMatch(text);
-    while (matches.hasNext())
-        result.append(matches.next().captured(1));
-    return result;
-}
-
 /// The names below kRoot that a source or style sheet asks for.
 QStringList namesIn(const QString& text)
 {
-    QStringList names =
-        captured(text, QStringLiteral(":/Ostrana/res/([\\w/.@-]+\\.(?:png|ico|qss|otf))"));
-    names += captured(text, QStringLiteral("pictureIcon\\(\\s*\\w+\\(\"([^\"]+)\""));
-    const QString states = QStringLiteral("(?:stateIcon\\(\\s*\\w+|new IconButton)\\(\"([^\"]+)\"");
-    for (const QString& base : captured(text, states))
-        names << base + QStringLiteral(".png") << base + QStringLiteral("_on.png");
+    static const QRegularExpression files(
+        "(?:pictureIcon\\(\\s*\\w+\\(\"|:/Ostrana/res/)([\\w/.@-]+\\.(?:png|ico|qss|otf))");
+    static const QRegularExpression states(
+        "(?:stateIcon\\(\\s*\\w+|new IconButton)\\(\"([^\"]+)\"");
+    QStringList names;
+    for (auto matches = files.globalMatch(text); matches.hasNext();)
+        names << matches.next().captured(1);
+    for (auto matches = states.globalMatch(text); matches.hasNext();) {
+        const QString base = matches.next().captured(1);
+        names << base + ".png" << base + "_on.png";
+    }
     return names;
 }
 
 } // namespace
 
-void ResourcesTest::initTestCase()
+/// What the build put into the resource tree, and whether the sources ask for anything that is
+/// not there.
+class ResourcesTest : public QObject
 {
-    initPictures();
-    initFont();
-}
+    Q_OBJECT
 
-// The font database keeps no copy only while the resource's bytes are the font itself.
-void ResourcesTest::fontIsUsableInPlace()
-{
-    const QResource font(kRoot + QStringLiteral("font/NotoSansSC-Regular.otf"));
-    QVERIFY(font.isValid());
-    QCOMPARE(int(font.compressionAlgorithm()), int(QResource::NoCompression));
-    const auto* bytes = reinterpret_cast<const char*>(font.data());
-    QCOMPARE(QByteArray(bytes, 4), QByteArray("OTTO"));
-    const QRawFont loaded(QByteArray::fromRawData(bytes, int(font.size())), 12);
-    QVERIFY(loaded.isValid());
-    for (const QChar c : QStringLiteral("Aé0。：连接隧道…"))
-        QVERIFY2(loaded.supportsCharacter(c), qPrintable(QString(c)));
-}
-
-void ResourcesTest::picturesComeInTwoSizes()
-{
-    int pictures = 0;
-    QDirIterator files(kRoot, {QStringLiteral("*.png")}, QDir::Files, QDirIterator::Subdirectories);
-    while (files.hasNext()) {
-        const QString name = files.next();
-        if (name.contains(QLatin1Char('@')))
-            continue;
-        ++pictures;
-        const QImage single(name);
-        const QImage twice(
-            QString(name).replace(QStringLiteral(".png"), QStringLiteral("@2x.png")));
-        QVERIFY2(!single.isNull(), qPrintable(name));
-        QCOMPARE(twice.size(), single.size() * 2);
-        QVERIFY2(!isBlank(single), qPrintable(name));
+private slots:
+    void initTestCase()
+    {
+        initPictures();
+        initFont();
     }
-    QVERIFY(pictures > 0);
-}
 
-void ResourcesTest::iconsHoldTheirSizes_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QVector<QSize>>("sizes");
-    const auto squares = [](const QVector<int>& sides) {
-        QVector<QSize> sizes;
-        for (const int side : sides)
-            sizes.append(QSize(side, side));
-        return sizes;
-    };
-    QTest::newRow("window") << QStringLiteral("veltaro/veltaro.ico")
-                            << squares({16, 20, 24, 32, 48, 64, 128});
-    QTest::newRow("fold") << QStringLiteral("btnup.ico") << squares({16, 24, 32});
-    QTest::newRow("unfold") << QStringLiteral("btndown.ico") << squares({16, 24, 32});
-    QTest::newRow("back") << QStringLiteral("btnleft.ico")
-                          << QVector<QSize>{{6, 12}, {12, 24}, {24, 48}};
-}
+    // The font database keeps no copy only while the resource's bytes are the font itself.
+    void fontIsUsableInPlace()
+    {
+        const QResource font(kRoot + "font/NotoSansSC-Regular.otf");
+        QVERIFY(font.isValid());
+        QCOMPARE(int(font.compressionAlgorithm()), int(QResource::NoCompression));
+        const auto* bytes = reinterpret_cast<const char*>(font.data());
+        QCOMPARE(QByteArray(bytes, 4), QByteArray("OTTO"));
+        const QRawFont loaded(QByteArray::fromRawData(bytes, int(font.size())), 12);
+        for (const QChar c : QString("Aé0。：连接隧道…"))
+            QVERIFY2(loaded.supportsCharacter(c), qPrintable(QString(c)));
+    }
 
-void ResourcesTest::iconsHoldTheirSizes()
-{
-    QFETCH(QString, name);
-    QImageReader reader(kRoot + name);
-    QVector<QSize> sizes;
-    do {
-        const QImage image = reader.read();
-        QVERIFY2(!image.isNull(), qPrintable(reader.errorString()));
-        QVERIFY(!isBlank(image));
-        QCOMPARE(qAlpha(image.pixel(0, 0)), 0);
-        sizes.append(image.size());
-    } while (reader.jumpToNextImage());
-    QTEST(sizes, "sizes");
-}
-
-void ResourcesTest::everythingAskedForExists()
-{
-    QCOMPARE(
-        namesIn(QStringLiteral("pictureIcon(QStringLiteral(\"a.png\")) stateIcon(QStringLiteral("
-                               "\"b\")) url(:/Ostrana/res/c/d.ico)"))
-            .size(),
-        4);
-    QStringList missing;
-    int asked = 0;
-    QDirIterator files(QStringLiteral(VELTARO_SOURCES),
-                       {QStringLiteral("*.cpp"), QStringLiteral("*.h"), QStringLiteral("*.qss")},
-                       QDir::Files, QDirIterator::Subdirectories);
-    while (files.hasNext()) {
-        QFile file(files.next());
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        for (const QString& name : namesIn(QString::fromUtf8(file.readAll()))) {
-            ++asked;
-            if (!QFile::exists(kRoot + name))
-                missing.append(file.fileName() + QStringLiteral(": ") + name);
+    void picturesComeInTwoSizes()
+    {
+        int pictures = 0;
+        QDirIterator files(kRoot, {"*.png"}, QDir::Files, QDirIterator::Subdirectories);
+        while (files.hasNext()) {
+            const QString name = files.next();
+            if (name.contains('@'))
+                continue;
+            ++pictures;
+            const QImage single(name);
+            const QImage twice(QString(name).replace(".png", "@2x.png"));
+            QVERIFY2(!single.isNull() && !isBlank(single), qPrintable(name));
+            QCOMPARE(twice.size(), single.size() * 2);
         }
+        QVERIFY(pictures > 0);
     }
-    QVERIFY(asked > 0);
-    QVERIFY2(missing.isEmpty(), qPrintable(missing.join(QLatin1Char('\n'))));
-}
+
+    void iconsHoldTheirSizes()
+    {
+        const auto check = [](const char* name, const QVector<int>& heights) {
+            QImageReader reader(kRoot + name);
+            QVector<int> found;
+            do {
+                const QImage image = reader.read();
+                QVERIFY2(!image.isNull() && !isBlank(image), name);
+                QCOMPARE(qAlpha(image.pixel(0, 0)), 0);
+                found.append(image.height());
+            } while (reader.jumpToNextImage());
+            QCOMPARE(found, heights);
+        };
+        check("veltaro/veltaro.ico", {16, 20, 24, 32, 48, 64, 128});
+        check("btnup.ico", {16, 24, 32});
+        check("btndown.ico", {16, 24, 32});
+        check("btnleft.ico", {12, 24, 48});
+    }
+
+    void everythingAskedForExists()
+    {
+        QCOMPARE(namesIn("pictureIcon(QStringLiteral(\"a.png\")) stateIcon(QStringLiteral(\"b\"))"
+                         " url(:/Ostrana/res/c/d.ico)"),
+                 (QStringList{"a.png", "c/d.ico", "b.png", "b_on.png"}));
+        int asked = 0;
+        QDirIterator files(VELTARO_SOURCES, {"*.cpp", "*.h", "*.qss"}, QDir::Files,
+                           QDirIterator::Subdirectories);
+        while (files.hasNext()) {
+            const QString source = files.next();
+            for (const QString& name : namesIn(readFile(source))) {
+                ++asked;
+                QVERIFY2(QFile::exists(kRoot + name), qPrintable(source + ": " + name));
+            }
+        }
+        QVERIFY(asked > 0);
+    }
+};
 
 QTEST_MAIN(ResourcesTest)
 #include "ResourcesTest.moc"

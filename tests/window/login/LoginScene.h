@@ -1,26 +1,22 @@
 #pragma once
 
-#include "app/ConfigUtil.h"
-#include "app/Platform.h"
 #include "login/DlgLogin.h"
-#include "support/WindowParts.h"
-#include "support/WindowScene.h"
+#include "window/SceneTest.h"
 
 #include <QLineEdit>
-#include <QPushButton>
 #include <QStackedWidget>
-#include <QTest>
-#include <QTimer>
 
-#include <memory>
+constexpr char kPrivacy[] = "/static/version/privacyversion.json";
+constexpr char kLookup[] = "/api/mobile/v1/orchinfo";
+constexpr char kUpgrade[] = "/s/mobile/v1/upgrade";
+constexpr char kNotice[] = "/api/mobile/v2/upgradeNotice";
+constexpr char kKey[] = "/s/mobile/pubkey/obtain";
+constexpr char kLogin[] = "/api/mobile/v2/auth";
 
-/// A login window on its scene, and what a user does with it. The functions that wait fail the
-/// running test when nothing comes.
-class LoginScene : public WindowScene
+/// A login window on its scene, and what a user does with it.
+class LoginScene : public SceneTest
 {
-public:
-    std::unique_ptr<DlgLogin> window;
-
+protected:
     void open()
     {
         window = std::make_unique<DlgLogin>(nullptr);
@@ -28,13 +24,21 @@ public:
         QVERIFY(QTest::qWaitForWindowExposed(window.get()));
     }
 
-    /// As if the privacy agreement of this version had been accepted before.
-    void agreed(const QString& version) const
+    /// With what a completed login has left behind, but for one value.
+    void openAgain(const QString& key, const QVariant& value)
     {
-        ConfigUtil::writeValue(ConfigUtil::AGREE_PRIVACY, 1);
-        ConfigUtil::writeValue(ConfigUtil::PRIVACY_VERSION, version);
+        scene().logIn();
+        save(key, value);
+        open();
     }
-    void agreed() const { agreed(service.scenario().privacyVersion); }
+
+    /// As if the privacy agreement of this version had been accepted before.
+    static void agreed(const QString& version)
+    {
+        save(ConfigUtil::AGREE_PRIVACY, 1);
+        save(ConfigUtil::PRIVACY_VERSION, version);
+    }
+    void agreed() const { agreed(service().scenario().privacyVersion); }
 
     void continueWith(const QString& customerId)
     {
@@ -42,12 +46,19 @@ public:
         QTest::keyClick(field("customerId"), Qt::Key_Return);
     }
 
-    void toLoginPage()
+    /// To what the customer's step ends with.
+    void openAndContinue()
     {
         agreed();
         open();
-        continueWith(customer);
-        QTRY_COMPARE(page(), int(DlgLogin::DLG_LOGIN_PAGE));
+        continueWith(scene().customer);
+    }
+
+    void awaitLoginPage() { QTRY_COMPARE(page(), DlgLogin::DLG_LOGIN_PAGE); }
+    void toLoginPage()
+    {
+        openAndContinue();
+        awaitLoginPage();
     }
 
     void logInWith(const QString& name, const QString& word)
@@ -57,12 +68,11 @@ public:
         QTest::keyClicks(field("password"), word);
         button("btnLogin")->click();
     }
-    void logInByHand() { logInWith(username, password); }
+    void logInByHand() { logInWith(scene().username, scene().password); }
 
-    QLineEdit* field(const char* name) const { return part<QLineEdit>(window.get(), name); }
-    QPushButton* button(const char* name) const { return part<QPushButton>(window.get(), name); }
-    QTimer* timer(const char* name) const { return part<QTimer>(window.get(), name); }
-    int page() const { return part<QStackedWidget>(window.get(), "stackedWidget")->currentIndex(); }
-    QString prompt() const { return promptText(window.get()); }
+    QLineEdit* field(const char* name) const { return child<QLineEdit>(name); }
+    int page() const { return child<QStackedWidget>("stackedWidget")->currentIndex(); }
+    bool canLogIn() const { return button("btnLogin")->isEnabled(); }
+    bool isSlowTimed() const { return timer("m_ConnectSlowWarningTimer")->isActive(); }
     bool accepted() const { return window->result() == QDialog::Accepted; }
 };

@@ -1,349 +1,306 @@
 #include "window/login/LoginScene.h"
 
+#include <QAccessible>
 #include <QCheckBox>
-#include <QLabel>
 
-using sim::Fault;
+namespace {
+
+constexpr char kApproval[] = "/api/mobile/v2/auth/result";
+constexpr char kSignout[] = "/api/mobile/v2/signout";
+
+} // namespace
 
 /// The login window against the simulated service, from the first start to the saved token.
-class LoginWindowTest : public QObject
+class LoginWindowTest : public LoginScene
 {
     Q_OBJECT
 
 private slots:
-    void init() { m_scene = std::make_unique<LoginScene>(); }
-
-    void cleanup()
-    {
-        m_scene->window.reset();
-        const QStringList violations = m_scene->service.violations();
-        m_scene.reset();
-        QCOMPARE(violations.join(QLatin1Char('\n')), QString());
-    }
-
     void firstStart()
     {
-        ModalGuard privacy("DialogPrivacy", [](QDialog* dialog) { dialog->accept(); });
-        m_scene->open();
-        QTRY_VERIFY(privacy.seen());
-        QTRY_COMPARE(setting(ConfigUtil::AGREE_PRIVACY).toInt(), 1);
-        QCOMPARE(setting(ConfigUtil::PRIVACY_VERSION).toString(), QStringLiteral("newest"));
-
-        m_scene->continueWith(m_scene->customer);
-        QTRY_COMPARE(m_scene->page(), int(DlgLogin::DLG_LOGIN_PAGE));
-        QCOMPARE(setting(ConfigUtil::PRIVACY_VERSION).toString(),
-                 m_scene->service.scenario().privacyVersion);
-        QCOMPARE(setting(ConfigUtil::CUSTOMERID).toString(), QStringLiteral("1001"));
-        QCOMPARE(setting(ConfigUtil::AUTHURL).toString(), m_scene->service.authUrl());
-
-        part<QCheckBox>(m_scene->window.get(), "autoLoginCheckBox")->click();
-        QVERIFY(part<QCheckBox>(m_scene->window.get(), "remePwCheckBox")->isChecked());
-        m_scene->logInByHand();
-        QTRY_COMPARE(m_scene->accepted(), true);
-        QCOMPARE(setting(ConfigUtil::TOKEN).toString(),
-                 m_scene->service.sessions().constFirst().token);
-        QCOMPARE(setting(ConfigUtil::PASSWORD).toString(), QStringLiteral("************"));
-        QCOMPARE(setting(ConfigUtil::AUTO_LOGIN).toInt(), 2);
-        QVERIFY(!m_scene->log().contains(m_scene->password));
-        QVERIFY(!m_scene->log().contains(setting(ConfigUtil::TOKEN).toString()));
-    }
-
-    void declinedPrivacyEndsTheWindow()
-    {
-        ModalGuard privacy("DialogPrivacy", [](QDialog* dialog) { dialog->reject(); });
-        m_scene->open();
-        QTRY_VERIFY(!m_scene->window->isVisible());
-        QCOMPARE(m_scene->window->result(), int(QDialog::Rejected));
+        ModalGuard refused("DialogPrivacy", [](QDialog* dialog) { dialog->reject(); });
+        open();
+        QTRY_VERIFY(!window->isVisible());
+        QCOMPARE(window->result(), int(QDialog::Rejected));
         QVERIFY(setting(ConfigUtil::AGREE_PRIVACY).isNull());
+
+        ModalGuard privacy("DialogPrivacy");
+        open();
+        QTRY_COMPARE(setting(ConfigUtil::AGREE_PRIVACY).toInt(), 1);
+        QCOMPARE(saved(ConfigUtil::PRIVACY_VERSION), "newest");
+
+        continueWith(scene().customer);
+        awaitLoginPage();
+        QCOMPARE(saved(ConfigUtil::PRIVACY_VERSION), service().scenario().privacyVersion);
+        QCOMPARE(saved(ConfigUtil::CUSTOMERID), "1001");
+        QCOMPARE(saved(ConfigUtil::AUTHURL), service().authUrl());
+
+        child<QCheckBox>("autoLoginCheckBox")->click();
+        QVERIFY(child<QCheckBox>("remePwCheckBox")->isChecked());
+        logInByHand();
+        QTRY_VERIFY(accepted());
+        QCOMPARE(saved(ConfigUtil::TOKEN), service().sessions().constFirst().token);
+        QCOMPARE(saved(ConfigUtil::PASSWORD), "************");
+        QCOMPARE(setting(ConfigUtil::AUTO_LOGIN).toInt(), 2);
+        QVERIFY(!logged(scene().password));
+        QVERIFY(!logged(saved(ConfigUtil::TOKEN)));
     }
 
     void aNewerAgreementIsAskedForAgain()
     {
-        m_scene->agreed(QStringLiteral("20200101"));
+        agreed("20200101");
         ModalGuard privacy("DialogPrivacy", [](QDialog* dialog) {
             QVERIFY(!dialog->findChild<QLabel*>("updateLabel")->text().isEmpty());
             dialog->accept();
         });
-        m_scene->open();
-        m_scene->continueWith(m_scene->customer);
+        open();
+        continueWith(scene().customer);
         QTRY_VERIFY(privacy.seen());
-        QTRY_VERIFY(m_scene->button("btnContinue")->isEnabled());
-        m_scene->button("btnContinue")->click();
-        QTRY_COMPARE(m_scene->page(), int(DlgLogin::DLG_LOGIN_PAGE));
+        QTRY_VERIFY(button("btnContinue")->isEnabled());
+        button("btnContinue")->click();
+        awaitLoginPage();
     }
 
-    void paddings_data()
+    void aSlowBackupServersAgreementIsAskedFor()
     {
-        QTest::addColumn<QVector<int>>("types");
-        QTest::newRow("OAEP") << QVector<int>{0, 1};
-        QTest::newRow("PKCS#1 v1.5") << QVector<int>{0};
+        const QString primary = QLatin1String("primary:") + kPrivacy;
+        scene().logIn();
+        save(ConfigUtil::AUTO_LOGIN, 0);
+        agreed("20200101");
+        answer(primary, 500);
+        delay(QLatin1String("backup:") + kPrivacy, 500);
+        ModalGuard privacy("DialogPrivacy", [&](QDialog* dialog) {
+            delay(primary, 500);
+            dialog->accept();
+        });
+        open();
+        awaitLoginPage();
+        button("backBtn_2")->click(); // the answer still counts
+        field("password")->setText("*");
+        QTRY_VERIFY(privacy.seen());
+        QTRY_VERIFY(isSlowTimed());
     }
 
-    void paddings()
+    void credentials_data()
+    {
+        const auto row = columns<QVector<int>, QString, QString, QString, int>(
+            "types", "customer", "username", "password", "used");
+        row("OAEP", {0, 1}, "acme", "alice@acme.example", "Wonder-land1", 1);
+        row("PKCS#1 v1.5", {0}, "acme", "alice@acme.example", "Wonder-land1", 0);
+        row("no key", {}, "2002", "bob", "Plain-text2", -1);
+    }
+
+    void credentials()
     {
         QFETCH(QVector<int>, types);
-        m_scene->service.edit([&](sim::Scenario& scenario) { scenario.rsaTypes = types; });
-        m_scene->toLoginPage();
-        m_scene->logInByHand();
-        QTRY_COMPARE(m_scene->accepted(), true);
-        const QJsonObject body = m_scene->service.lastRequest("/api/mobile/v2/auth").json();
-        QCOMPARE(body.value("rsaType").toInt(), types.contains(1) ? 1 : 0);
-        QVERIFY(!body.contains("password") && !body.contains("accountName"));
+        const auto [customer, username, password, used] =
+            fetched<QString, QString, QString, int>("customer", "username", "password", "used");
+        service().edit([&](sim::Scenario& scenario) { scenario.rsaTypes = types; });
+        scene().customer = customer;
+        toLoginPage();
+        logInWith(username, password);
+        QTRY_VERIFY(accepted());
+        QCOMPARE(sent(kLogin).value("rsaType").toInt(-1), used);
+        QCOMPARE(sent(kLogin).contains("password"), used < 0);
+        QCOMPARE(sent(kLogin).contains("accountName"), used < 0);
+        QVERIFY(!logged(password));
     }
 
-    void anAccountWithoutKeyLogsInPlainly()
+    void anApprovalIsPolledForAndOutlivesAFailedKey()
     {
-        m_scene->customer = QStringLiteral("2002");
-        m_scene->toLoginPage();
-        m_scene->logInWith(QStringLiteral("bob"), QStringLiteral("Plain-text2"));
-        QTRY_COMPARE(m_scene->accepted(), true);
-        QVERIFY(!m_scene->log().contains(QStringLiteral("Plain-text2")));
-    }
-
-    void approvalIsPolledFor()
-    {
-        m_scene->toLoginPage();
-        m_scene->logInWith(QStringLiteral("carol@acme.example"), QStringLiteral("Wait-a-bit3"));
-        QTRY_VERIFY(m_scene->timer("m_approvalTimer")->isActive());
-        QVERIFY(!m_scene->button("btnLogin")->isEnabled());
-        m_scene->timer("m_approvalTimer")->start(0);
-        QTRY_COMPARE(m_scene->accepted(), true);
-        QCOMPARE(m_scene->service.count("/api/mobile/v2/auth/result"), 2);
-        QCOMPARE(m_scene->service.count("/api/mobile/v2/auth"), 2);
+        toLoginPage();
+        logInWith("carol@acme.example", "Wait-a-bit3");
+        QTRY_VERIFY(timer("m_approvalTimer")->isActive());
+        QVERIFY(!canLogIn());
+        answer(kKey, 404);
+        timer("m_approvalTimer")->start(0);
+        QTRY_VERIFY(canLogIn());
+        service().clearFaults();
+        button("btnLogin")->click();
+        QTRY_VERIFY(accepted());
+        QCOMPARE(asked(kApproval), 2);
+        QCOMPARE(asked(kLogin), 2);
     }
 
     void approvalThatNeverComesTimesOut()
     {
-        m_scene->service.edit([](sim::Scenario& scenario) { scenario.approvalTimes = 1; });
-        m_scene->toLoginPage();
-        m_scene->logInWith(QStringLiteral("carol@acme.example"), QStringLiteral("Wait-a-bit3"));
-        QTRY_VERIFY(m_scene->prompt().startsWith(QStringLiteral("6039 ")));
-        QVERIFY(m_scene->button("btnLogin")->isEnabled());
-        QCOMPARE(m_scene->service.count("/api/mobile/v2/auth/result"), 1);
+        service().edit([](sim::Scenario& scenario) { scenario.approvalTimes = 1; });
+        toLoginPage();
+        logInWith("carol@acme.example", "Wait-a-bit3");
+        QTRY_VERIFY(prompt().startsWith("6039 "));
+        QVERIFY(canLogIn());
+        QCOMPARE(asked(kApproval), 1);
     }
 
     void aSavedAccountLogsInByItself()
     {
-        m_scene->logIn();
-        m_scene->open();
-        QTRY_COMPARE(m_scene->accepted(), true);
-        const QJsonObject body = m_scene->service.lastRequest("/api/mobile/v2/auth").json();
+        scene().logIn();
+        open();
+        QTRY_VERIFY(accepted());
+        const QJsonObject body = sent(kLogin);
         QVERIFY(body.value("automaticLogin").toBool());
         QVERIFY(!body.contains("password") && !body.contains("encryptPassword"));
     }
 
     void anAnswerToAnAbandonedLoginIsDropped()
     {
-        m_scene->toLoginPage();
-        m_scene->service.setFault(QStringLiteral("/s/mobile/pubkey/obtain"), Fault::withDelay(200));
-        m_scene->logInByHand();
-        QTRY_COMPARE(m_scene->service.count("/s/mobile/pubkey/obtain"), 1);
-        m_scene->button("backBtn_2")->click();
-        QCOMPARE(m_scene->page(), int(DlgLogin::DLG_CUSTOMER_PAGE));
-        m_scene->service.clearFaults();
-        QTest::qWait(400); // the key arrives and leads nowhere
-        QCOMPARE(m_scene->service.count("/api/mobile/v2/auth"), 0);
-        QCOMPARE(m_scene->page(), int(DlgLogin::DLG_CUSTOMER_PAGE));
-        QVERIFY(!m_scene->timer("m_ConnectSlowWarningTimer")->isActive());
+        toLoginPage();
+        delay(kLogin, 200);
+        logInByHand();
+        QTRY_COMPARE(asked(kLogin), 1);
+        button("backBtn_2")->click();
+        QCOMPARE(page(), DlgLogin::DLG_CUSTOMER_PAGE);
+        QVERIFY(!isSlowTimed());
+        delay(kLookup, 400); // the token arrives during the next customer step
+        continueWith(scene().customer);
+        awaitLoginPage();
+        QVERIFY(!accepted());
+        QCOMPARE(saved(ConfigUtil::TOKEN), "");
     }
 
     void afterALogoutTheChainSendsNothingHalfTyped()
     {
-        m_scene->logIn();
-        ConfigUtil::writeValue(ConfigUtil::PASSWORD, QString());
-        platform().arguments = [] { return QStringList{"veltaro", "-logout", "-byuser"}; };
-        m_scene->service.setFault(QStringLiteral("/s/mobile/pubkey/obtain"), Fault::withDelay(200));
-        m_scene->open();
-        QTRY_COMPARE(m_scene->service.count("/s/mobile/pubkey/obtain"), 1);
-        QTest::keyClicks(m_scene->field("password"), QStringLiteral("Won"));
+        restartWith("-logout -byuser");
+        delay(kKey, 200);
+        openAgain(ConfigUtil::PASSWORD, "");
+        QTRY_COMPARE(asked(kKey), 1);
+        QTest::keyClicks(field("password"), "Won");
         QTest::qWait(400);
-        QCOMPARE(m_scene->service.count("/api/mobile/v2/auth"), 0);
-        m_scene->service.clearFaults();
-        QTest::keyClicks(m_scene->field("password"), m_scene->password.mid(3));
-        m_scene->button("btnLogin")->click();
-        QTRY_VERIFY(m_scene->accepted());
-        QCOMPARE(m_scene->service.count("/api/mobile/v2/auth"), 1);
+        QCOMPARE(asked(kLogin), 0);
+        service().clearFaults();
+        QTest::keyClicks(field("password"), scene().password.mid(3));
+        button("btnLogin")->click();
+        QTRY_VERIFY(accepted());
+        QCOMPARE(asked(kLogin), 1);
+    }
+
+    void withoutAutoLoginTheChainStopsAtTheLoginPage_data()
+    {
+        const auto row = columns<bool>("assisted");
+        row("typed", false);
+        row("by assistive technology", true);
     }
 
     void withoutAutoLoginTheChainStopsAtTheLoginPage()
     {
-        m_scene->logIn();
-        ConfigUtil::writeValue(ConfigUtil::AUTO_LOGIN, 0);
-        m_scene->open();
-        QTRY_COMPARE(m_scene->page(), int(DlgLogin::DLG_LOGIN_PAGE));
-        QTRY_VERIFY(m_scene->button("btnLogin")->isEnabled());
-        QCOMPARE(m_scene->service.count("/api/mobile/v2/auth"), 0);
+        QFETCH(bool, assisted);
+        openAgain(ConfigUtil::AUTO_LOGIN, 0);
+        awaitLoginPage();
+        QTRY_VERIFY(canLogIn());
+        QCOMPARE(asked(kLogin), 0);
         // Another username makes the saved credentials worthless, once.
-        QTest::keyClick(m_scene->field("username"), Qt::Key_X);
-        QCOMPARE(m_scene->field("password")->text(), QString());
-        QCOMPARE(setting(ConfigUtil::TOKEN).toString(), QString());
+        const auto enter = [&](const char* name) {
+            auto* access = QAccessible::queryAccessibleInterface(field(name));
+            QCOMPARE(access->childCount(), 0); // the picture is none of its business
+            if (assisted)
+                access->editableTextInterface()->insertText(0, "x");
+            else
+                QTest::keyClick(field(name), Qt::Key_X);
+        };
+        enter("username");
+        QCOMPARE(field("password")->text(), "");
+        QCOMPARE(saved(ConfigUtil::TOKEN), "");
+        enter("password");
+        QVERIFY(canLogIn());
     }
 
     void anotherCustomerForgetsTheAccount()
     {
-        m_scene->logIn();
-        ConfigUtil::writeValue(ConfigUtil::USERNAME, QString()); // keeps the chain from starting
-        m_scene->open();
-        m_scene->continueWith(QStringLiteral("2002"));
-        QTRY_COMPARE(m_scene->page(), int(DlgLogin::DLG_LOGIN_PAGE));
-        QCOMPARE(setting(ConfigUtil::TOKEN).toString(), QString());
-        QCOMPARE(setting(ConfigUtil::PASSWORD).toString(), QString());
+        openAgain(ConfigUtil::USERNAME, ""); // keeps the chain from starting
+        continueWith("2002");
+        awaitLoginPage();
+        QCOMPARE(saved(ConfigUtil::TOKEN) + saved(ConfigUtil::PASSWORD), "");
     }
 
     void withoutRememberMeTheTokenIsDropped()
     {
-        m_scene->logIn();
-        ConfigUtil::writeValue(ConfigUtil::REMEMBER_PASSWORD, 0);
-        ConfigUtil::writeValue(ConfigUtil::AUTO_LOGIN, 0);
-        m_scene->open();
-        QCOMPARE(setting(ConfigUtil::TOKEN).toString(), QString());
-        QCOMPARE(m_scene->field("password")->text(), QString());
-        QTRY_COMPARE(m_scene->page(), int(DlgLogin::DLG_LOGIN_PAGE));
+        openAgain(ConfigUtil::REMEMBER_PASSWORD, 0);
+        QCOMPARE(saved(ConfigUtil::TOKEN) + field("password")->text(), "");
+        awaitLoginPage();
     }
 
     void aDamagedTokenIsErased()
     {
-        m_scene->logIn();
-        ConfigUtil::writeValue(ConfigUtil::TOKEN, QStringLiteral("bad token!"));
-        m_scene->open();
-        QVERIFY(m_scene->prompt().startsWith(QStringLiteral("6050 ")));
-        QCOMPARE(setting(ConfigUtil::USERNAME).toString(), QString());
-        QVERIFY(!m_scene->log().contains(QStringLiteral("bad token!")));
+        openAgain(ConfigUtil::TOKEN, "bad token!");
+        QVERIFY(prompt().startsWith("6050 "));
+        QCOMPARE(saved(ConfigUtil::USERNAME), "");
+        QVERIFY(!logged("bad token!"));
     }
 
     void restarts_data()
     {
-        QTest::addColumn<QString>("arguments");
-        QTest::addColumn<int>("page");
-        QTest::addColumn<int>("signoutReason");
-        QTest::addColumn<QString>("message");
-        QTest::newRow("by the user")
-            << "-logout -byuser" << int(DlgLogin::DLG_LOGIN_PAGE) << 1 << "";
-        QTest::newRow("by the service") << "-logout" << int(DlgLogin::DLG_LOGIN_PAGE) << 2 << "";
-        QTest::newRow("invalid session")
-            << "-logout -invalidToken" << int(DlgLogin::DLG_CUSTOMER_PAGE) << 0 << "6027 ";
+        const auto row =
+            columns<QString, int, int, QString>("arguments", "page", "reason", "message");
+        row("by the user", "-logout -byuser", DlgLogin::DLG_LOGIN_PAGE, 1, "");
+        row("by the service", "-logout", DlgLogin::DLG_LOGIN_PAGE, 2, "");
+        row("invalid session", "-logout -invalidToken", DlgLogin::DLG_CUSTOMER_PAGE, 0, "6027 ");
     }
 
     void restarts()
     {
-        QFETCH(QString, arguments);
-        QFETCH(int, signoutReason);
-        QFETCH(QString, message);
-        m_scene->logIn();
-        ConfigUtil::writeValue(ConfigUtil::USERNAME, QString()); // keeps the chain from starting
-        platform().arguments = [arguments] { return arguments.split(QLatin1Char(' ')); };
-        m_scene->open();
-        QTEST(m_scene->page(), "page");
-        QVERIFY(message.isEmpty() || m_scene->prompt().startsWith(message));
-        if (signoutReason == 0)
+        const auto [arguments, reason, message] =
+            fetched<QString, int, QString>("arguments", "reason", "message");
+        restartWith(arguments);
+        openAgain(ConfigUtil::USERNAME, ""); // keeps the chain from starting
+        QTEST(page(), "page");
+        QVERIFY(message.isEmpty() || prompt().startsWith(message));
+        if (reason == 0)
             return;
-        QTRY_COMPARE(m_scene->service.count("/api/mobile/v2/signout"), 1);
-        QCOMPARE(m_scene->service.lastRequest("/api/mobile/v2/signout")
-                     .json()
-                     .value("mobileActionLogType")
-                     .toInt(),
-                 signoutReason);
-        QCOMPARE(setting(ConfigUtil::TOKEN).toString(), QString());
-    }
+        QTRY_COMPARE(asked(kSignout), 1);
+        QCOMPARE(sent(kSignout).value("mobileActionLogType").toInt(), reason);
+        QCOMPARE(saved(ConfigUtil::TOKEN), "");
 
-    void failures_data()
-    {
-        QTest::addColumn<QString>("path");
-        QTest::addColumn<int>("status");
-        QTest::addColumn<QString>("message");
-        QTest::newRow("login 500") << "/api/mobile/v2/auth" << 500 << "Error transferring ";
-        QTest::newRow("key 404") << "/s/mobile/pubkey/obtain" << 404 << "";
-        QTest::newRow("notice query 500")
-            << "/api/mobile/v2/upgradeNotice" << 500 << "Error transferring ";
-    }
-
-    void failures()
-    {
-        QFETCH(QString, path);
-        QFETCH(int, status);
-        QFETCH(QString, message);
-        m_scene->toLoginPage();
-        m_scene->service.setFault(path, Fault::withStatus(status));
-        m_scene->logInByHand();
-        QTRY_VERIFY(m_scene->window->findChild<WidgetTopPrompt*>()->isVisible());
-        QVERIFY2(m_scene->prompt().startsWith(message), qPrintable(m_scene->prompt()));
-        QTRY_VERIFY(m_scene->button("btnLogin")->isEnabled());
-        QCOMPARE(setting(ConfigUtil::CUSTOMERID).toString(), QStringLiteral("1001"));
-        QVERIFY(!m_scene->timer("m_ConnectSlowWarningTimer")->isActive());
-    }
-
-    void lookupFailures_data()
-    {
-        QTest::addColumn<QByteArray>("body");
-        QTest::addColumn<int>("status");
-        QTest::newRow("refused") << QByteArray(R"({"code":1007,"message":"unknown"})") << 200;
-        QTest::newRow("server error") << QByteArray() << 503;
-    }
-
-    void lookupFailures()
-    {
-        QFETCH(QByteArray, body);
-        QFETCH(int, status);
-        m_scene->agreed();
-        Fault fault = Fault::withBody(body);
-        fault.status = status;
-        m_scene->service.setFault(QStringLiteral("/api/mobile/v1/orchinfo"), fault);
-        m_scene->open();
-        m_scene->continueWith(m_scene->customer);
-        QTRY_VERIFY(!m_scene->prompt().isEmpty());
-        QCOMPARE(m_scene->service.count("/api/mobile/v1/orchinfo"), 2);
-        QVERIFY(m_scene->button("btnContinue")->isEnabled());
-        QCOMPARE(m_scene->button("btnContinue")->text(), QStringLiteral("Continue"));
-        QCOMPARE(m_scene->page(), int(DlgLogin::DLG_CUSTOMER_PAGE));
+        answer(kLogin, 500);
+        logInByHand();
+        QTRY_VERIFY(canLogIn());
+        service().clearFaults();
+        button("btnLogin")->click();
+        QTRY_VERIFY(accepted());
+        QCOMPARE(asked(kUpgrade), 1); // by the first login alone
     }
 
     void inputIsChecked()
     {
-        m_scene->agreed();
-        m_scene->open();
-        m_scene->field("username")->setText(QStringLiteral("left over"));
-        m_scene->button("btnContinue")->click();
-        QVERIFY(m_scene->prompt().startsWith(QStringLiteral("6037 Please enter")));
-        QCOMPARE(m_scene->field("username")->text(), QString());
-        QCOMPARE(m_scene->service.requests().size(), 0);
+        agreed();
+        open();
+        field("username")->setText("left over");
+        button("btnContinue")->click();
+        QVERIFY(prompt().startsWith("6037 Please enter"));
+        QCOMPARE(field("username")->text(), "");
+        QCOMPARE(service().requests().size(), 0);
 
-        m_scene->continueWith(m_scene->customer);
-        QTRY_COMPARE(m_scene->page(), int(DlgLogin::DLG_LOGIN_PAGE));
-        m_scene->logInWith(QString(65, QLatin1Char('u')), QStringLiteral("p"));
-        QVERIFY(m_scene->prompt().startsWith(QStringLiteral("6016 ")));
-        QCOMPARE(m_scene->service.count("/s/mobile/pubkey/obtain"), 0);
-        m_scene->button("backBtn_2")->click();
-        QCOMPARE(m_scene->page(), int(DlgLogin::DLG_CUSTOMER_PAGE));
+        continueWith(scene().customer);
+        awaitLoginPage();
+        logInWith(QString(65, 'u'), "p");
+        QVERIFY(prompt().startsWith("6016 "));
+        QCOMPARE(asked(kKey), 0);
+        button("backBtn_2")->click();
+        QCOMPARE(page(), DlgLogin::DLG_CUSTOMER_PAGE);
     }
 
     void aSlowAnswerIsAnnounced()
     {
-        m_scene->agreed();
-        m_scene->service.setFault(QStringLiteral("primary:/static/version/privacyversion.json"),
-                                  Fault::withDelay(300));
-        m_scene->open();
-        m_scene->continueWith(m_scene->customer);
-        m_scene->timer("m_ConnectSlowWarningTimer")->start(0);
-        QTRY_COMPARE(m_scene->prompt(),
-                     QStringLiteral("Your network may be slow. Still connecting, please wait"));
-        QTRY_COMPARE(m_scene->page(), int(DlgLogin::DLG_LOGIN_PAGE));
+        delay(QLatin1String("primary:") + kPrivacy, 300);
+        openAndContinue();
+        timer("m_ConnectSlowWarningTimer")->start(0);
+        QTRY_COMPARE(prompt(), "Your network may be slow. Still connecting, please wait");
+        awaitLoginPage();
     }
 
     void aWindowThrownAwayIsNotCalledBack()
     {
-        m_scene->agreed();
-        m_scene->service.setFault(QStringLiteral("/api/mobile/v1/orchinfo"), Fault::withDelay(100));
-        m_scene->open();
-        m_scene->continueWith(m_scene->customer);
-        QTRY_COMPARE(m_scene->service.count("/api/mobile/v1/orchinfo"), 1);
-        m_scene->window.reset();
+        delay(kLookup, 100);
+        openAndContinue();
+        QTRY_COMPARE(asked(kLookup), 1);
+        window.reset();
         QTest::qWait(300); // the answer arrives and finds nobody
     }
 
 private:
-    static QVariant setting(const QString& key) { return WindowScene::setting(key); }
-
-    std::unique_ptr<LoginScene> m_scene;
+    static void restartWith(const QString& arguments)
+    {
+        platform().arguments = [arguments] { return ("veltaro " + arguments).split(' '); };
+    }
 };
 
 QTEST_MAIN(LoginWindowTest)

@@ -4,188 +4,169 @@
 #include <QJsonArray>
 #include <QNetworkAccessManager>
 
-using sim::Fault;
-
-namespace {
-
-constexpr char kHeartbeat[] = "/api/mobile/v2/heartbeat";
-constexpr char kConnect[] = "/api/mobile/v2/connect";
-constexpr char kDisconnect[] = "/api/mobile/v2/disconnect";
-
-} // namespace
-
-/// The heartbeat of a connected main window: the orchestrator's orders, the end of a session, and
-/// what may happen while an answer is waited for.
-class HeartbeatTest : public QObject
+/// The heartbeat of a connected main window: the orchestrator's orders, its losses, and what may
+/// happen while an answer is waited for.
+class HeartbeatTest : public SessionScene
 {
     Q_OBJECT
 
 private slots:
-    void init() { m_scene = std::make_unique<SessionScene>(); }
-
-    void cleanup() { QCOMPARE(SessionScene::end(m_scene), QString()); }
-
-    void anOrderedDisconnect()
+    void orders()
     {
-        m_scene->openConnected();
-        order(1, "Licence expired");
-        beat();
-        QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Connect"));
-        QCOMPARE(m_scene->reasonOf(kDisconnect), 2);
-        QTRY_VERIFY(m_scene->prompt().startsWith(
-            QStringLiteral("The client has received the message from the server for "
-                           "disconnecting to the network.Please refer")));
-        QVERIFY(m_scene->log().contains(QStringLiteral("[ERROR] Licence expired")));
-        QCOMPARE(m_scene->service.count(kConnect), 1);
-        QCOMPARE(m_scene->quits, 0);
-    }
-
-    void anOrderedReconnect()
-    {
-        m_scene->openConnected();
+        openConnected();
         order(4, "");
         beat();
-        QTRY_COMPARE(m_scene->service.count(kConnect), 2);
-        QCOMPARE(m_scene->reasonOf(kDisconnect), 2);
-        QCOMPARE(m_scene->reasonOf(kConnect), 2);
-        QTRY_COMPARE_WITH_TIMEOUT(m_scene->connectText(), QStringLiteral("Stop"), 15000);
-        QTRY_VERIFY(m_scene->log().contains(
-            QStringLiteral("[ERROR] Reconnecting due to receiving ORCH notification.")));
+        QTRY_COMPARE(asked(kConnect), 2);
+        QCOMPARE(reasonOf(kDisconnect), 2);
+        QCOMPARE(reasonOf(kConnect), 2);
+        awaitConnected();
+        QTRY_VERIFY(logged("[ERROR] Reconnecting due to receiving ORCH notification."));
+
+        order(1, "Licence expired");
+        beat();
+        awaitIdle();
+        QCOMPARE(reasonOf(kDisconnect), 2);
+        QTRY_VERIFY(prompt().startsWith("The client has received the message from the server for "
+                                        "disconnecting to the network.Please refer"));
+        QVERIFY(logged("[ERROR] Licence expired"));
+        QCOMPARE(asked(kConnect), 2);
+        QCOMPARE(scene().quits, 0);
+
+        button("btnConnect")->click();
+        awaitConnected();
+        order(1, "");
+        beat();
+        QTRY_VERIFY(logged("[ERROR] Disconnecting due to receiving ORCH notification."));
     }
 
-    void failuresLeaveTheConnection_data()
+    void failuresLeaveTheConnectionAndFlagsAreShown()
     {
-        QTest::addColumn<int>("status");
-        QTest::addColumn<QByteArray>("body");
-        QTest::newRow("server error") << 500 << QByteArray();
-        QTest::newRow("garbage") << 200 << QByteArray("<html>");
-        QTest::newRow("another code") << 400 << QByteArray(R"({"code":77,"message":"x"})");
-        QTest::newRow("mistyped") << 200 << QByteArray(R"({"actionDataList":"4","code":"401"})");
-        QTest::newRow("huge") << 200
-                              << QByteArray("{\"pad\":\"" + QByteArray(50 << 20, 'x') + "\"}");
-    }
+        openConnected();
+        for (const Fault& failure :
+             {Fault::withStatus(500), Fault::withBody("<html>"),
+              Fault::withStatus(400, R"({"code":77,"message":"x"})"),
+              Fault::withBody(R"({"actionDataList":"4","code":"401"})"),
+              Fault::withBody("{\"pad\":\"" + QByteArray(50 << 20, 'x') + "\"}")}) {
+            answer(kHeartbeat, failure);
+            beat();
+            QVERIFY2(isConnected(), failure.body.left(50));
+        }
+        QCOMPARE(scene().quits, 0);
 
-    void failuresLeaveTheConnection()
-    {
-        QFETCH(int, status);
-        QFETCH(QByteArray, body);
-        m_scene->openConnected();
-        m_scene->service.setFault(kHeartbeat, Fault::withStatus(status, body));
-        beat();
-        QCOMPARE(m_scene->connectText(), QStringLiteral("Stop"));
-        QCOMPARE(m_scene->quits, 0);
-    }
-
-    void encryptionFlagsAreShown()
-    {
-        m_scene->openConnected();
-        m_scene->service.edit([](sim::Scenario& scenario) {
-            scenario.heartbeatReply.insert(QStringLiteral("enableQuantum"), true);
-        });
+        service().clearFaults();
+        service().edit([](sim::Scenario& now) { now.heartbeatReply["enableQuantum"] = true; });
         beat();
         beat();
-        QVERIFY(m_scene->child<QLabel>("labelQuantumText")->isVisible());
-        QCOMPARE(m_scene->log().count(QStringLiteral("Quantum configuation changed, enableQuantum "
-                                                     "true enablePQC false")),
-                 1);
+        QVERIFY(label("labelQuantumText")->isVisible());
+        QCOMPARE(logged("Quantum configuation changed, enableQuantum true enablePQC false"), 1);
     }
 
     void lossInIntranetModeReconnects()
     {
-        m_scene->service.edit([](sim::Scenario& scenario) {
-            scenario.connectReply.insert(QStringLiteral("mobileDetect"), true);
-        });
-        m_scene->openConnected();
-        m_scene->service.setFault(kHeartbeat, Fault::withStatus(500));
+        grant("mobileDetect", true);
+        openConnected();
+        answer(kHeartbeat, 500);
         beat();
-        QVERIFY(m_scene->timer("m_HeartBeatSendFailedTimer")->isActive());
-        m_scene->service.clearFaults();
+        QVERIFY(timer("m_HeartBeatSendFailedTimer")->isActive());
+        service().clearFaults();
         beat();
-        QVERIFY(!m_scene->timer("m_HeartBeatSendFailedTimer")->isActive());
-        QVERIFY(m_scene->service.lastRequest(kHeartbeat).json().value("intranetMode").toBool());
+        QVERIFY(!timer("m_HeartBeatSendFailedTimer")->isActive());
+        QVERIFY(sent(kHeartbeat).value("intranetMode").toBool());
 
-        m_scene->service.setFault(kHeartbeat, Fault::withStatus(500));
+        answer(kHeartbeat, 500);
         beat();
-        m_scene->fire("m_HeartBeatSendFailedTimer");
-        QTRY_COMPARE(m_scene->service.count(kConnect), 2);
-        QCOMPARE(m_scene->reasonOf(kDisconnect), 3);
-        QCOMPARE(m_scene->reasonOf(kConnect), 1);
-        QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Stop"));
+        fire("m_HeartBeatSendFailedTimer");
+        QTRY_COMPARE(asked(kConnect), 2);
+        QCOMPARE(reasonOf(kDisconnect), 3);
+        QCOMPARE(reasonOf(kConnect), 1);
+        QTRY_VERIFY(isConnected());
     }
 
     void whileAnAnswerIsWaitedFor_data()
     {
-        QTest::addColumn<QString>("event");
-        for (const char* event : {"stop", "stop and connect", "quit", "logout", "second poll"})
-            QTest::newRow(event) << QString(event);
+        const auto row = columns<QString, int, int>("event", "quits", "connects");
+        row("stop", "stop", 0, 1);
+        row("quit", "quit", 1, 1);
+        row("logout", "logout", 1, 1);
+        row("second poll", "poll", 0, 2); // the order itself, once
     }
 
     void whileAnAnswerIsWaitedFor()
     {
         QFETCH(QString, event);
-        m_scene->openConnected();
-        // Comes when nobody is connected any more, or not in the connection that it is meant for.
-        m_scene->service.edit([](sim::Scenario& scenario) {
-            scenario.heartbeatReply.insert(QStringLiteral("actionDataList"),
-                                           QJsonArray{QJsonObject{{"action", 4}}});
-        });
-        m_scene->service.setFault(kHeartbeat, Fault::withDelay(1000));
-        QTimer::singleShot(20, m_scene->window.get(), [this, event] {
-            if (event.startsWith(QLatin1String("stop")))
-                m_scene->stop();
-            else if (event == QLatin1String("quit"))
-                m_scene->child<QAction>("m_ActExit")->trigger();
-            else if (event == QLatin1String("logout"))
-                m_scene->window->logout(true, false, true, true);
+        const auto [quits, connects] = fetched<int, int>("quits", "connects");
+        openConnected();
+        orderAll(4); // counts for the connection that it is meant for
+        delay(kHeartbeat, 1000);
+        QTimer::singleShot(20, window.get(), [this, event] {
+            if (event == "stop") {
+                stopAndWait();
+                service().order({{"logfile", "bundle-1"}}); // counts at any time
+            } else if (event == "quit")
+                child<QAction>("m_ActExit")->trigger();
+            else if (event == "logout")
+                main()->logout(true, false, true, true);
             else
-                m_scene->fire("m_StatCountTimer");
+                poll();
         });
-        if (event == QLatin1String("stop and connect")) {
-            SessionScene::advance(60);
-            m_scene->fire("m_StatCountTimer");
-            QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Connect"));
-            m_scene->button("btnConnect")->click();
-            m_scene->awaitConnected();
-            QVERIFY(heartbeatRuns());
-            QTRY_VERIFY(!heartbeatRuns());
-            QCOMPARE(m_scene->connectText(), QStringLiteral("Stop"));
-            QCOMPARE(m_scene->service.count(kConnect), 2);
-            return;
-        }
         beat();
-        if (event == QLatin1String("second poll")) {
-            QTRY_COMPARE(m_scene->service.count(kConnect), 2); // the order itself, once
-            return;
-        }
-        QTRY_COMPARE(m_scene->service.count(kDisconnect), 1);
-        QTRY_COMPARE(m_scene->quits, event == QLatin1String("stop") ? 0 : 1);
-        QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Connect"));
-        QCOMPARE(m_scene->service.count(kConnect), 1);
+        QTRY_COMPARE(asked(kDisconnect), 1);
+        QTRY_VERIFY(event != "stop" || logged("Diagnosis requested, trigger type 1"));
+        QTRY_COMPARE(scene().quits, quits);
+        QTRY_VERIFY(event == "poll" || connectText() == "Connect");
+        QTRY_COMPARE(asked(kConnect), connects);
+    }
+
+    void anAnswerForAnEarlierConnectionOrdersNothing()
+    {
+        openConnected();
+        orderAll(4);
+        delay(kHeartbeat, 1000);
+        startBeat();
+        stopAndWait();
+        button("btnConnect")->click();
+        awaitConnected();
+        QVERIFY(heartbeatRuns());
+        QTRY_VERIFY(!heartbeatRuns());
+        QVERIFY(isConnected());
+        QCOMPARE(asked(kConnect), 2);
+        delay(kHeartbeat, 5000);
+        startBeat();
+        QTRY_COMPARE(asked(kHeartbeat), 2);
+        window.reset(); // the answer finds nobody
     }
 
 private:
-    // A poll when the next heartbeat is due; returns once no answer is waited for any more.
-    void beat()
+    // A poll when the next heartbeat is due.
+    void startBeat()
     {
-        const int before = m_scene->service.count(kHeartbeat);
-        SessionScene::advance(60);
-        m_scene->fire("m_StatCountTimer");
-        QTRY_VERIFY(!heartbeatRuns());
-        QVERIFY(m_scene->service.count(kHeartbeat) > before);
+        advance(60);
+        poll();
     }
 
-    bool heartbeatRuns() const
+    // Returns once no answer is waited for any more.
+    void beat()
     {
-        return m_scene->window->findChild<QNetworkAccessManager*>(QStringLiteral("heartbeat"));
+        const int before = asked(kHeartbeat);
+        startBeat();
+        QTRY_VERIFY(!heartbeatRuns());
+        QVERIFY(asked(kHeartbeat) > before);
     }
+
+    bool heartbeatRuns() const { return window->findChild<QNetworkAccessManager*>("heartbeat"); }
 
     void order(int action, const char* reason)
     {
         const QJsonObject entry{{"action", action}, {"reason_en", reason}, {"reason_zh", reason}};
-        m_scene->service.order({{"actionDataList", QJsonArray{entry}}});
+        service().order({{"actionDataList", QJsonArray{entry}}});
     }
 
-    std::unique_ptr<SessionScene> m_scene;
+    // By every answer.
+    void orderAll(int action)
+    {
+        const QJsonArray orders{QJsonObject{{"action", action}}};
+        service().edit([&](sim::Scenario& now) { now.heartbeatReply["actionDataList"] = orders; });
+    }
 };
 
 QTEST_MAIN(HeartbeatTest)

@@ -3,79 +3,77 @@
 
 #include <QFocusEvent>
 
-using sim::Fault;
-
 namespace {
 
 constexpr char kNotice[] = "/api/mobile/v2/upgradeNotice";
-constexpr char kConnect[] = "/api/mobile/v2/connect";
 constexpr char kUpgrade[] = "/s/mobile/v1/upgrade";
 
 } // namespace
 
-/// What the main window tells beside the session: maintenance, new versions, and why a session
-/// has ended.
-class MainNoticesTest : public QObject
+/// What the main window tells beside the session: maintenance and new versions.
+class MainNoticesTest : public SessionScene
 {
     Q_OBJECT
 
-private slots:
-    void init() { m_scene = std::make_unique<SessionScene>(); }
-
-    void cleanup()
+public slots:
+    void cleanup() override
     {
         qApp->setProperty("OrchUpgradeNoticeTime", QVariant());
-        QCOMPARE(SessionScene::end(m_scene), QString());
+        SessionScene::cleanup();
     }
 
+private slots:
     void maintenanceIsAskedForOnFocusReturn_data()
     {
-        QTest::addColumn<int>("fromLogin"); // minutes that the login left behind
-        QTest::addColumn<int>("tooEarly");  // seconds
-        QTest::newRow("no value") << 0 << 3600;
-        QTest::newRow("five minutes") << 5 << 300;
+        const auto row = columns<int, int>("fromLogin", "tooEarly"); // minutes; seconds
+        row("no value", 0, 3600);
+        row("five minutes", 5, 300);
     }
 
     void maintenanceIsAskedForOnFocusReturn()
     {
-        QFETCH(int, fromLogin);
-        QFETCH(int, tooEarly);
+        const auto [fromLogin, tooEarly] = fetched<int, int>("fromLogin", "tooEarly");
         if (fromLogin != 0)
             qApp->setProperty("OrchUpgradeNoticeTime", fromLogin);
-        announce("wait");
-        const qint64 built = QDateTime::currentMSecsSinceEpoch();
-        platform().clock = [built] { return built; };
+        service().edit([](sim::Scenario& now) {
+            now.noticeReply = {{"type", "upgrade"},      {"id", "n1"},
+                               {"state", "wait"},        {"noticeTime", 60},
+                               {"startsInMinutes", -60}, {"endsInMinutes", 60}};
+        });
+        setClock(QDateTime::currentMSecsSinceEpoch());
         openIdle();
-        focus(built + tooEarly * 1000LL);
-        ModalGuard notice("OrchUpgradeDialog", [](QDialog* dialog) { dialog->accept(); });
-        QCOMPARE(m_scene->service.count(kNotice), 0);
-        focus(built + (tooEarly + 1) * 1000LL);
+        focusAfter(tooEarly);
+        ModalGuard notice("OrchUpgradeDialog");
+        QCOMPARE(asked(kNotice), 0);
+        focusAfter(1);
         QTRY_VERIFY(notice.seen());
         QTRY_VERIFY(!QApplication::activeModalWidget());
-        // Known now, and not asked for again at once.
-        focus(built + (tooEarly + 2) * 1000LL);
-        QCOMPARE(m_scene->service.count(kNotice), 1);
-        focus(built + (tooEarly + 2 + 3600) * 1000LL);
-        QTRY_COMPARE(m_scene->service.count(kNotice), 2);
+        focusAfter(1); // known now, and not asked for again at once
+        QCOMPARE(asked(kNotice), 1);
+        focusAfter(3600);
+        QTRY_COMPARE(asked(kNotice), 2);
     }
 
-    void an502DuringAMaintenanceShowsIt()
+    void a502DuringAMaintenanceShowsIt()
     {
-        announce("run");
-        m_scene->service.setFault(kConnect, Fault::withStatus(502));
-        ModalGuard notice("OrchUpgradeDialog", [](QDialog* dialog) { dialog->accept(); });
-        m_scene->open();
+        service().edit([](sim::Scenario& now) {
+            now.noticeReply = {{"type", "upgrade"},      {"id", "n2"},
+                               {"state", "run"},         {"noticeTime", 60},
+                               {"startsInMinutes", -60}, {"endsInMinutes", 60}};
+        });
+        answer(kConnect, 502);
+        ModalGuard notice("OrchUpgradeDialog");
+        open();
         QTRY_VERIFY(notice.seen());
-        QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Connect"));
-        QCOMPARE(promptText(m_scene->window.get()), QString());
+        awaitIdle();
+        QVERIFY(!logged("6046 "));
     }
 
     void aNewVersionIsOffered_data()
     {
-        QTest::addColumn<QString>("button");
-        QTest::addColumn<bool>("marked");
-        QTest::newRow("later") << "btnLater" << true;
-        QTest::newRow("skip") << "btnSkip" << false;
+        const auto row = columns<QString, bool>("button", "marked");
+        row("later", "btnLater", true);
+        row("skip", "btnSkip", false);
     }
 
     void aNewVersionIsOffered()
@@ -88,21 +86,35 @@ private slots:
         openIdle();
         QTRY_VERIFY(offer.seen());
         QTRY_VERIFY(!QApplication::activeModalWidget());
-        const QPushButton* about = m_scene->button("btnAbout");
-        QTEST(about->styleSheet().contains(QStringLiteral("info_notice.png")), "marked");
-        QTEST(about->size() == QSize(15, 12), "marked");
-        QCOMPARE(m_scene->child<QTimer>("m_checkUpgradeTimer")->interval(), 45 * 60000);
-        QVERIFY(m_scene->child<QTimer>("m_checkUpgradeTimer")->isActive());
-
-        m_scene->child<QPushButton>("btnAbout")->click();
-        auto* version = m_scene->child<QPushButton>("btnNewVersion");
-        QTRY_COMPARE(version->text(), QStringLiteral("Discover A New Version 6.2.0"));
-        QTRY_COMPARE(m_scene->service.count(kUpgrade), 2);
+        auto* about = child<QPushButton>("btnAbout");
+        QTEST(about->styleSheet().contains("info_notice.png"), "marked");
+        QCOMPARE(timer("m_checkUpgradeTimer")->interval(), 45 * 60000);
+        QVERIFY(timer("m_checkUpgradeTimer")->isActive());
+        about->click();
+        auto* version = child<QPushButton>("btnNewVersion");
+        QTRY_COMPARE(version->text(), "Discover A New Version 6.2.0");
+        QTRY_COMPARE(asked(kUpgrade), 2);
         QTRY_VERIFY(version->isVisible() && version->isEnabled());
         // The user may still ask for it there.
-        ModalGuard again("DlgUpgrade", [](QDialog* dialog) { dialog->accept(); });
+        ModalGuard again("DlgUpgrade");
         version->click();
-        QTRY_VERIFY(again.seen());
+    }
+
+    void anAnswerUnderTheOfferDoesNotOfferAgain()
+    {
+        upgrade("6.0.0");
+        int offers = 0;
+        ModalGuard offer("DlgUpgrade", [this, &offers](QDialog* dialog) {
+            ++offers;
+            fire("m_checkUpgradeTimer");
+            QTRY_VERIFY(logged("check again"));
+            part<QPushButton>(dialog, "btnLater")->click();
+        });
+        openIdle();
+        QTRY_COMPARE(offers, 1);
+        QTRY_COMPARE(logged("check again"), 2); // decided anew
+        QTest::qWait(0);
+        QVERIFY(!QApplication::activeModalWidget());
     }
 
     void aForcedUpgradeEndsTheSession()
@@ -113,100 +125,51 @@ private slots:
             QVERIFY(dialog->isVisible());
             part<QPushButton>(dialog, "btnClose")->click();
         });
-        m_scene->open();
-        QTRY_COMPARE(m_scene->quits, 1);
-        QVERIFY(forced.seen());
-        QCOMPARE(m_scene->started, QStringList{QStringLiteral("-logout")});
-        QVERIFY(!WindowScene::setting(ConfigUtil::TOKEN).toString().isEmpty());
+        open();
+        QTRY_COMPARE(scene().quits, 1);
+        QCOMPARE(scene().started, QStringList("-logout"));
+        QVERIFY(!saved(ConfigUtil::TOKEN).isEmpty());
     }
 
     void aFailedCheckSaysSoAndIsRepeated()
     {
-        m_scene->service.setFault(kUpgrade, Fault::withStatus(500));
+        answer(kUpgrade, 500);
         openIdle();
-        QTRY_VERIFY(m_scene->child<QTimer>("m_checkUpgradeTimer")->isActive());
-        QCOMPARE(m_scene->child<QTimer>("m_checkUpgradeTimer")->interval(), 30 * 60000);
-        m_scene->child<QPushButton>("btnAbout")->click();
-        auto* version = m_scene->child<QPushButton>("btnNewVersion");
-        QTRY_COMPARE(version->text(), QStringLiteral("Check failed, please try again"));
+        QTRY_VERIFY(timer("m_checkUpgradeTimer")->isActive());
+        QCOMPARE(timer("m_checkUpgradeTimer")->interval(), 30 * 60000);
+        button("btnAbout")->click();
+        auto* version = button("btnNewVersion");
+        QTRY_COMPARE(version->text(), "Check failed, please try again");
         QVERIFY(!version->isEnabled());
-        fireTimer(m_scene->window.get(), "m_checkUpgradeTimer");
-        QTRY_COMPARE(m_scene->service.count(kUpgrade), 3);
-    }
-
-    void theEndOfASessionIsExplained_data()
-    {
-        QTest::addColumn<int>("reason");
-        QTest::addColumn<QByteArray>("dialog");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<bool>("tokenKept");
-        QTest::newRow("forced") << 3 << QByteArray("CommonTipsDialog")
-                                << "has been forcibly logged out" << false;
-        QTest::newRow("account changed")
-            << 5 << QByteArray("CommonTipsDialog") << "extension property of your account" << false;
-        QTest::newRow("password changed")
-            << 1 << QByteArray("DlgChangePassPrompt") << "Password has been changed" << true;
-    }
-
-    void theEndOfASessionIsExplained()
-    {
-        QFETCH(int, reason);
-        QFETCH(QByteArray, dialog);
-        QFETCH(QString, text);
-        m_scene->service.revokeSessions(reason);
-        QString shown;
-        ModalGuard explanation(dialog, [&shown](QDialog* open) {
-            for (const QLabel* label : open->findChildren<QLabel*>())
-                shown += label->text();
-            open->accept();
-        });
-        m_scene->open();
-        QTRY_COMPARE(m_scene->quits, 1);
-        QVERIFY(explanation.seen());
-        QVERIFY2(shown.contains(text), qPrintable(shown));
-        QVERIFY(reason != 3 || shown.remove(QChar(0x200b)).contains(m_scene->username));
-        QCOMPARE(m_scene->started, QStringList{QStringLiteral("-logout")});
-        QTEST(!WindowScene::setting(ConfigUtil::TOKEN).toString().isEmpty(), "tokenKept");
+        fire("m_checkUpgradeTimer");
+        QTRY_COMPARE(asked(kUpgrade), 3);
     }
 
 private:
     // Without a session: the connect request fails.
     void openIdle()
     {
-        m_scene->service.setFault(kConnect, Fault::withStatus(503));
-        m_scene->open();
-        QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Connect"));
+        answer(kConnect, 503);
+        open();
+        awaitIdle();
     }
 
-    void focus(qint64 now)
+    void focusAfter(int seconds)
     {
-        platform().clock = [now] { return now; };
+        advance(seconds);
         QFocusEvent event(QEvent::FocusIn);
-        QApplication::sendEvent(m_scene->window.get(), &event);
+        QApplication::sendEvent(window.get(), &event);
     }
 
-    void announce(const char* state)
+    void upgrade(const QString& minVersion)
     {
-        m_scene->service.edit([state](sim::Scenario& scenario) {
-            scenario.noticeReply =
-                QJsonObject{{"code", 0},       {"type", "upgrade"},      {"id", "n1"},
-                            {"state", state},  {"startsInMinutes", -60}, {"endsInMinutes", 60},
-                            {"noticeTime", 60}};
+        service().edit([&](sim::Scenario& now) {
+            now.upgradeReply = {{"version", "6.2.0"},
+                                {"minVersion", minVersion},
+                                {"checkingPeriod", 45},
+                                {"releaseNoteEn", "Faster."}};
         });
     }
-
-    void upgrade(const char* minVersion)
-    {
-        m_scene->service.edit([minVersion](sim::Scenario& scenario) {
-            scenario.upgradeReply = QJsonObject{{"code", 0},
-                                                {"version", "6.2.0"},
-                                                {"minVersion", minVersion},
-                                                {"checkingPeriod", 45},
-                                                {"releaseNoteEn", "Faster."}};
-        });
-    }
-
-    std::unique_ptr<SessionScene> m_scene;
 };
 
 QTEST_MAIN(MainNoticesTest)

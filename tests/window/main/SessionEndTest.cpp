@@ -1,189 +1,147 @@
 #include "window/main/SessionScene.h"
 
 #include <QAction>
-#include <QJsonArray>
-#include <QJsonDocument>
-
-using sim::Fault;
-
-namespace {
-
-constexpr char kDisconnect[] = "/api/mobile/v2/disconnect";
-constexpr char kFilter[] = "/files/ip-filter.json";
-
-struct Place
-{
-    const char* name;
-    bool connected; ///< the session is connected before it becomes invalid
-};
-
-const Place kPlaces[] = {{"connect request", false},
-                         {"filter document", false},
-                         {"heartbeat", true},
-                         {"disconnect answer", true}};
-
-struct Reason
-{
-    const char* name;
-    int code; ///< -1 for none
-    const char* dialog;
-    const char* arguments;
-    bool tokenKept;
-};
-
-const Reason kReasons[] = {
-    {"forced logout", 3, "CommonTipsDialog", "-logout", false},
-    {"account changed", 5, "CommonTipsDialog", "-logout", false},
-    {"password changed", 1, "DlgChangePassPrompt", "-logout", true},
-    {"another reason", 2, "", "-logout -invalidToken", false},
-    {"no reason", -1, "", "-logout -invalidToken", false},
-};
-
-} // namespace
-
-Q_DECLARE_METATYPE(const Place*)
-Q_DECLARE_METATYPE(const Reason*)
 
 /// The ways in which a session ends for good: each leads to one restart of the program, with the
 /// right arguments, or to its end.
-class SessionEndTest : public QObject
+class SessionEndTest : public SessionScene
 {
     Q_OBJECT
 
 private slots:
-    void init() { m_scene = std::make_unique<SessionScene>(); }
-
-    void cleanup() { QCOMPARE(SessionScene::end(m_scene), QString()); }
-
     void anInvalidSession_data()
     {
-        QTest::addColumn<const Place*>("place");
-        QTest::addColumn<const Reason*>("reason");
-        for (const Place& place : kPlaces) {
-            for (const Reason& reason : kReasons)
-                QTest::addRow("%s: %s", place.name, reason.name) << &place << &reason;
-        }
+        const auto row = columns<QString, int, QByteArray, QString>("place", "code", "box", "text");
+        const char forced[] = "alice@acme.example logged into your device has been forcibly logged";
+        const char account[] = "extension property of your account";
+        const char password[] = "Password has been changed";
+        row("filter: forced", "filter", 3, "CommonTipsDialog", forced);
+        row("filter: account changed", "filter", 5, "CommonTipsDialog", account);
+        row("filter: password changed", "filter", 1, "DlgChangePassPrompt", password);
+        row("filter: another reason", "filter", 2, "", "");
+        row("filter: no reason", "filter", -1, "", "");
+        row("connect: forced", "connect", 3, "CommonTipsDialog", forced);
+        row("connect: no reason", "connect", -1, "", "");
+        row("heartbeat: account changed", "heartbeat", 5, "CommonTipsDialog", account);
+        row("heartbeat: password changed", "heartbeat", 1, "DlgChangePassPrompt", password);
+        row("heartbeat: another reason", "heartbeat", 2, "", "");
+        row("disconnect: password changed", "disconnect", 1, "DlgChangePassPrompt", password);
+        row("disconnect: no reason", "disconnect", -1, "", "");
     }
 
     void anInvalidSession()
     {
-        QFETCH(const Place*, place);
-        QFETCH(const Reason*, reason);
+        const auto [place, code, box, text] =
+            fetched<QString, int, QByteArray, QString>("place", "code", "box", "text");
+        const bool connected = place == "heartbeat" || place == "disconnect";
+        if (connected)
+            openConnected();
+        QString shown;
         std::unique_ptr<ModalGuard> explanation;
-        if (place->connected)
-            m_scene->openConnected();
-        if (qstrlen(reason->dialog) > 0) {
-            explanation = std::make_unique<ModalGuard>(reason->dialog,
-                                                       [](QDialog* dialog) { dialog->accept(); });
-        }
-        const QByteArray where = place->name;
-        if (where == "filter document")
-            m_scene->service.setFault(kFilter, Fault::withBody(invalid(reason->code)));
+        if (!box.isEmpty())
+            explanation = std::make_unique<ModalGuard>(box, [&shown](QDialog* dialog) {
+                for (const QLabel* label : dialog->findChildren<QLabel*>())
+                    shown += label->text().remove(QChar(0x200b));
+                dialog->accept();
+            });
+        const QString reason = R"(,"parameters":{"invalidReasonCode":%1})";
+        const QString body = R"({"code":401,"blackIpSet":["1.1.1.1"])";
+        if (place == "filter")
+            answer(kFilter, (body + (code < 0 ? "" : reason.arg(code)) + "}").toUtf8());
         else
-            m_scene->service.revokeSessions(reason->code);
-        if (!place->connected)
-            m_scene->open();
-        else if (where == "heartbeat")
-            m_scene->fire("m_StatCountTimer");
+            service().revokeSessions(code);
+        if (!connected)
+            open();
+        else if (place == "heartbeat")
+            poll();
         else
-            m_scene->stop();
+            stop();
 
-        QTRY_COMPARE(m_scene->quits, 1);
-        QVERIFY(!explanation || explanation->seen());
+        QTRY_COMPARE(scene().quits, 1);
+        QVERIFY2(shown.contains(text), qPrintable(shown));
         QTest::qWait(200); // a second restart would come now
-        QCOMPARE(m_scene->started, QStringList{QString(reason->arguments)});
-        QCOMPARE(!WindowScene::setting(ConfigUtil::TOKEN).toString().isEmpty(), reason->tokenKept);
-        QCOMPARE(WindowScene::setting(ConfigUtil::PASSWORD).toString(), QString());
-        QCOMPARE(m_scene->service.count(kDisconnect), where == "disconnect answer" ? 1 : 0);
-        QCOMPARE(m_scene->quits, 1);
+        QCOMPARE(scene().started, QStringList(box.isEmpty() ? "-logout -invalidToken" : "-logout"));
+        QCOMPARE(saved(ConfigUtil::TOKEN).isEmpty(), code != 1);
+        QCOMPARE(saved(ConfigUtil::PASSWORD), "");
+        QCOMPARE(asked(kDisconnect), place == "disconnect" ? 1 : 0);
+        QCOMPARE(scene().quits, 1);
     }
 
     void nothingStartsBehindTheExplanation()
     {
-        m_scene->openConnected();
-        m_scene->service.revokeSessions(3);
-        m_scene->service.setFault(kDisconnect, Fault::withDelay(200));
+        openConnected();
+        service().revokeSessions(3);
+        delay(kDisconnect, 200);
         ModalGuard explanation("CommonTipsDialog", [this](QDialog* dialog) {
-            QTRY_COMPARE(m_scene->service.count(kDisconnect), 1);
+            QTRY_COMPARE(asked(kDisconnect), 1);
             QTest::qWait(300); // the notice's answer, which the reconnect waits for
-            QMetaObject::invokeMethod(m_scene->window.get(), "onShowKickedoutDialog");
-            m_scene->window->logout(true, false, true, true);
+            QMetaObject::invokeMethod(main(), "onShowKickedoutDialog");
+            main()->logout(true, false, true, true);
             dialog->accept();
         });
-        m_scene->fire("m_StatCountTimer");
+        poll();
         emit monitor::MonitorDatapath::instance()->datapathVanished();
-        QTRY_COMPARE(m_scene->quits, 1);
-        QVERIFY(explanation.seen());
-        QCOMPARE(m_scene->started, QStringList{QStringLiteral("-logout")});
-        QCOMPARE(m_scene->service.count("/api/mobile/v2/connect"), 1);
-    }
-
-    void theDiagnosisWorkersSlotsOnlyExplain_data()
-    {
-        QTest::addColumn<QByteArray>("slot");
-        QTest::addColumn<QByteArray>("dialog");
-        QTest::newRow("kicked out")
-            << QByteArray("onShowKickedoutDialog") << QByteArray("CommonTipsDialog");
-        QTest::newRow("account changed")
-            << QByteArray("onShowLdapChangeDialog") << QByteArray("CommonTipsDialog");
-        QTest::newRow("password changed")
-            << QByteArray("onShowChangePassDialog") << QByteArray("DlgChangePassPrompt");
+        QTRY_COMPARE(scene().quits, 1);
+        QCOMPARE(scene().started, QStringList("-logout"));
+        QCOMPARE(asked(kConnect), 1);
     }
 
     void theDiagnosisWorkersSlotsOnlyExplain()
     {
-        QFETCH(QByteArray, slot);
-        QFETCH(QByteArray, dialog);
-        m_scene->openConnected();
-        ModalGuard explanation(dialog, [](QDialog* open) { open->accept(); });
-        QVERIFY(QMetaObject::invokeMethod(m_scene->window.get(), slot));
-        QVERIFY(explanation.seen());
-        QCOMPARE(m_scene->connectText(), QStringLiteral("Connect"));
-        QCOMPARE(m_scene->service.count(kDisconnect), 0);
-        QCOMPARE(m_scene->quits, 0);
+        openConnected();
+        const QVector<QPair<const char*, const char*>> slotsAndBoxes = {
+            {"onShowKickedoutDialog", "CommonTipsDialog"},
+            {"onShowLdapChangeDialog", "CommonTipsDialog"},
+            {"onShowChangePassDialog", "DlgChangePassPrompt"}};
+        for (const auto& each : slotsAndBoxes) {
+            ModalGuard explanation(each.second);
+            QVERIFY(QMetaObject::invokeMethod(main(), each.first));
+            QVERIFY(explanation.seen());
+            QCOMPARE(connectText(), "Connect");
+        }
+        QCOMPARE(asked(kDisconnect), 0);
+        QCOMPARE(scene().quits, 0);
     }
 
     void anAgentThatRefusesEndsTheSession()
     {
-        m_scene->behave({{"agent", "disconnect"}});
-        m_scene->open();
-        QTRY_COMPARE_WITH_TIMEOUT(m_scene->quits, 1, 10000);
-        QCOMPARE(m_scene->started, QStringList{QStringLiteral("-logout -invalidToken")});
+        behave({{"agent", "disconnect"}});
+        open();
+        QTRY_COMPARE_WITH_TIMEOUT(scene().quits, 1, 10000);
+        QCOMPARE(scene().started, QStringList("-logout -invalidToken"));
     }
 
-    void quittingFromTheTrayTellsTheService()
+    void onlyTheTrayQuitsAndTellsTheService()
     {
-        m_scene->openConnected();
-        m_scene->child<QAction>("m_ActExit")->trigger();
-        m_scene->child<QAction>("m_ActExit")->trigger(); // twice is once
-        QTRY_COMPARE(m_scene->quits, 1);
-        QCOMPARE(m_scene->service.count("/api/mobile/v2/disconnect"), 1);
-        QVERIFY(m_scene->started.isEmpty());
-        QVERIFY(!WindowScene::setting(ConfigUtil::TOKEN).toString().isEmpty());
+        open();
+        const std::function<void()> ways[] = {
+            [this] { button("btnClose")->click(); },
+            [this] { QTest::keyClick(window.get(), Qt::Key_Escape); }, [this] { window->close(); }};
+        for (const auto& close : ways) {
+            window->showNormal();
+            close();
+            QVERIFY(window->isVisible() && window->isMinimized());
+        }
+        awaitConnected();
+        child<QAction>("m_ActExit")->trigger();
+        child<QAction>("m_ActExit")->trigger(); // twice is once
+        QTRY_COMPARE(scene().quits, 1);
+        QCOMPARE(asked(kDisconnect), 1);
+        QVERIFY(scene().started.isEmpty());
+        QVERIFY(!saved(ConfigUtil::TOKEN).isEmpty());
     }
 
     void switchingTheAccountKeepsTheTokenForTheSignout()
     {
-        m_scene->openConnected();
-        m_scene->child<QAbstractButton>("toolBtnQuit")->click();
-        ModalGuard question("DlgSwitchAcc", [](QDialog* dialog) { dialog->accept(); });
-        m_scene->button("btnSwitchAccount")->click();
-        QTRY_COMPARE(m_scene->quits, 1);
-        QCOMPARE(m_scene->started, QStringList{QStringLiteral("-logout -byuser")});
-        QCOMPARE(WindowScene::setting(ConfigUtil::PASSWORD).toString(), QString());
-        QVERIFY(!WindowScene::setting(ConfigUtil::TOKEN).toString().isEmpty());
+        openConnected();
+        child<QAbstractButton>("toolBtnQuit")->click();
+        ModalGuard question("DlgSwitchAcc");
+        button("btnSwitchAccount")->click();
+        QTRY_COMPARE(scene().quits, 1);
+        QCOMPARE(scene().started, QStringList("-logout -byuser"));
+        QCOMPARE(saved(ConfigUtil::PASSWORD), "");
+        QVERIFY(!saved(ConfigUtil::TOKEN).isEmpty());
     }
-
-private:
-    static QByteArray invalid(int reason)
-    {
-        QJsonObject document{{"code", 401}, {"blackIpSet", QJsonArray{"1.1.1.1"}}};
-        if (reason >= 0)
-            document.insert("parameters", QJsonObject{{"invalidReasonCode", reason}});
-        return QJsonDocument(document).toJson();
-    }
-
-    std::unique_ptr<SessionScene> m_scene;
 };
 
 QTEST_MAIN(SessionEndTest)

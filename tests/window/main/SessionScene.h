@@ -1,43 +1,30 @@
 #pragma once
 
-#include "app/ConfigUtil.h"
-#include "app/Platform.h"
 #include "app/SingleApp.h"
 #include "main/DlgMain.h"
 #include "monitor/MonitorDatapath.h"
 #include "sim/Behaviour.h"
-#include "support/WindowParts.h"
-#include "support/WindowScene.h"
+#include "window/SceneTest.h"
 
-#include <QLabel>
-#include <QPushButton>
-#include <QTest>
-#include <QTimer>
+constexpr char kConnect[] = "/api/mobile/v2/connect";
+constexpr char kDisconnect[] = "/api/mobile/v2/disconnect";
+constexpr char kHeartbeat[] = "/api/mobile/v2/heartbeat";
+constexpr char kFilter[] = "/files/ip-filter.json";
 
-#include <memory>
-
-/// A main window on its scene with the stand-in datapath, and what a user does with it. The
-/// functions that wait fail the running test when nothing comes.
-class SessionScene : public WindowScene
+/// A main window on its scene with the stand-in datapath, and what a user does with it.
+class SessionScene : public SceneTest
 {
 public:
-    std::unique_ptr<DlgMain> window;
-
-    SessionScene()
+    void init() override
     {
-        stageDatapath();
-        logIn();
+        SceneTest::init();
+        scene().stageDatapath();
+        scene().logIn();
         SingleApp::instance()->startInstance();
     }
 
-    /// Takes a scene down and returns what its service found wrong, a line each.
-    static QString end(std::unique_ptr<SessionScene>& scene)
-    {
-        scene->window.reset();
-        const QStringList violations = scene->service.violations();
-        scene.reset();
-        return violations.join(QLatin1Char('\n'));
-    }
+protected:
+    DlgMain* main() const { return static_cast<DlgMain*>(window.get()); }
 
     void open()
     {
@@ -51,51 +38,51 @@ public:
         awaitConnected();
     }
 
+    QString connectText() const { return button("btnConnect")->text(); }
+    bool isConnected() const { return connectText() == "Stop"; }
+    void awaitIdle() { QTRY_COMPARE(connectText(), "Connect"); }
+
     /// Waits for the connection and takes over its timers.
     void awaitConnected()
     {
-        QTRY_COMPARE_WITH_TIMEOUT(connectText(), QStringLiteral("Stop"), 15000);
+        QTRY_COMPARE_WITH_TIMEOUT(connectText(), "Stop", 15000);
+        QVERIFY(timer("m_StatCountTimer")->isActive());
         timer("m_StatCountTimer")->stop();
         monitor::MonitorDatapath::instance()->stop();
     }
 
-    // Presses the connect button and answers the question.
+    void poll() { fire("m_StatCountTimer"); }
+
+    /// Presses the connect button and answers the question.
     void stop()
     {
-        ModalGuard question("dlgStopPrompt", [](QDialog* dialog) { dialog->accept(); });
+        ModalGuard question("dlgStopPrompt");
         button("btnConnect")->click();
         QVERIFY(question.seen());
+    }
+
+    void stopAndWait()
+    {
+        stop();
+        awaitIdle();
     }
 
     /// Lets the datapath behave in this way from now on.
     void behave(const sim::Behaviour& behaviour) const
     {
-        QVERIFY(sim::writeBehaviour(folder(), behaviour));
+        QVERIFY(sim::writeBehaviour(scene().folder(), behaviour));
+    }
+    QStringList scriptCalls() const { return sim::scriptCalls(scene().folder()); }
+
+    /// What the service answers connect requests with, beside the usual.
+    void grant(const QString& member, const QJsonValue& value)
+    {
+        service().edit([&](sim::Scenario& now) { now.connectReply.insert(member, value); });
     }
 
     /// Moves the clock ahead for good.
-    static void advance(int seconds)
-    {
-        const QDateTime later = platform().now().addSecs(seconds);
-        platform().clock = [later] { return later.toMSecsSinceEpoch(); };
-    }
-
-    void fire(const char* name) { fireTimer(window.get(), name); }
-
-    template <class Widget>
-    Widget* child(const char* name) const
-    {
-        return part<Widget>(window.get(), name);
-    }
-
-    QPushButton* button(const char* name) const { return child<QPushButton>(name); }
-    QTimer* timer(const char* name) const { return child<QTimer>(name); }
-    QString connectText() const { return button("btnConnect")->text(); }
-    QString prompt() const { return promptText(window.get()); }
+    static void advance(int seconds) { setClock(platform().clock() + seconds * 1000LL); }
 
     /// The reason that the last request to `path` carries.
-    int reasonOf(const char* path) const
-    {
-        return service.lastRequest(path).json().value("mobileActionLogType").toInt();
-    }
+    int reasonOf(const char* path) const { return sent(path).value("mobileActionLogType").toInt(); }
 };

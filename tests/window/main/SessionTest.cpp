@@ -1,514 +1,397 @@
 #include "window/main/SessionScene.h"
 
+#include "app/LocalServer.h"
+
 #include <QDir>
-#include <QLocalServer>
 #include <QLocalSocket>
 
-using sim::Fault;
-
 /// The main window and its session against the simulated service and the stand-in datapath.
-class SessionTest : public QObject
+class SessionTest : public SessionScene
 {
     Q_OBJECT
 
 private slots:
-    void init() { m_scene = std::make_unique<SessionScene>(); }
-
-    void cleanup() { QCOMPARE(SessionScene::end(m_scene), QString()); }
-
     void connectsByItselfShowsRatesAndStops()
     {
-        m_scene->service.edit([](sim::Scenario& scenario) {
-            scenario.filterDocument = R"({"ipSetMode":-1,"blackIpSet":["1.1.1.1","1.1.1.1",7]})";
-        });
-        m_scene->open();
-        QTRY_COMPARE_WITH_TIMEOUT(m_scene->connectText(), QStringLiteral("Stop"), 15000);
-        const QString log = m_scene->log();
-        QVERIFY(log.contains(QStringLiteral("[INFO] Reconnecting")));
-        QVERIFY(!log.contains(QStringLiteral("Manual connect triggered")));
-        QVERIFY(log.contains(QStringLiteral("[NOTICE]  Connected")));
-        QVERIFY(log.contains(QStringLiteral("Exclusive filtering 1.1.1.1")));
-        QVERIFY(!log.contains(WindowScene::setting(ConfigUtil::TOKEN).toString()));
-        const QByteArray filter = m_scene->read(QStringLiteral("filterConfig.conf"));
+        serveFilter(R"({"ipSetMode":-1,"blackIpSet":["1.1.1.1","1.1.1.1",7]})");
+        open();
+        QTRY_COMPARE_WITH_TIMEOUT(connectText(), "Stop", 15000);
+        QVERIFY(logged("[INFO] Reconnecting"));
+        QVERIFY(!logged("Manual connect triggered"));
+        QVERIFY(logged("[NOTICE]  Connected"));
+        QVERIFY(logged("Exclusive filtering 1.1.1.1"));
+        QVERIFY(!logged(saved(ConfigUtil::TOKEN)));
+        const QByteArray filter = scene().read("filterConfig.conf");
         QVERIFY2(filter.startsWith(R"({"blackIpSet":["1.1.1.1")") && filter.endsWith("}\n"),
                  filter);
-        QVERIFY(m_scene->read(QStringLiteral("cpeagent.conf")).startsWith("orchid="));
-        QVERIFY(m_scene->child<QWidget>("m_Chronometer")->isVisible());
+        QVERIFY(scene().read("cpeagent.conf").startsWith("orchid="));
+        QVERIFY(child<QWidget>("m_Chronometer")->isVisible());
 
         // The first poll starts from zero, the second measures.
-        m_scene->fire("m_StatCountTimer");
-        QCOMPARE(m_scene->child<QLabel>("labelUpSpeed")->text(), QStringLiteral("0"));
-        const QDateTime later = QDateTime::currentDateTime().addSecs(3);
+        poll();
+        QCOMPARE(label("labelUpSpeed")->text(), "0");
+        const qint64 later = platform().clock() + 3000;
         QTest::qWait(50);
-        platform().clock = [later] { return later.toMSecsSinceEpoch(); };
-        m_scene->fire("m_StatCountTimer");
-        QVERIFY(m_scene->child<QLabel>("labelDownSpeed")->text() != QStringLiteral("0"));
-        QCOMPARE(m_scene->service.count("/api/mobile/v2/heartbeat"), 1);
+        setClock(later);
+        poll();
+        QVERIFY(label("labelDownSpeed")->text() != "0");
+        QCOMPARE(asked(kHeartbeat), 1);
 
-        m_scene->stop();
-        QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Connect"));
-        const QJsonObject notice = m_scene->service.lastRequest("/api/mobile/v2/disconnect").json();
-        QCOMPARE(notice.value("mobileActionLogType").toInt(), 1);
-        QCOMPARE(m_scene->child<QLabel>("labelUpSpeed")->text(), QStringLiteral("--"));
-        QVERIFY(sim::scriptCalls(m_scene->folder()).constLast().contains(QStringLiteral("stop")));
+        auto* const watch = monitor::MonitorDatapath::instance();
+        watch->start();
+        QVERIFY(watch->findChild<QTimer*>()->isActive());
+        stopAndWait();
+        QVERIFY(!watch->findChild<QTimer*>()->isActive());
+        QCOMPARE(reasonOf(kDisconnect), 1);
+        QCOMPARE(label("labelUpSpeed")->text(), "--");
+        QVERIFY(scriptCalls().constLast().contains("stop"));
     }
 
-    void aSecondConnectOfTheRunLoadsNoFilter()
+    void furtherConnectsOfTheRunLoadNoFilter()
     {
-        m_scene->openConnected();
-        m_scene->stop();
-        QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Connect"));
-        m_scene->button("btnConnect")->click();
-        QTRY_COMPARE_WITH_TIMEOUT(m_scene->connectText(), QStringLiteral("Stop"), 15000);
-        QCOMPARE(m_scene->service.count("/files/ip-filter.json"), 1);
-        QVERIFY(m_scene->log().contains(QStringLiteral("Manual connect triggered")));
-        QVERIFY(m_scene->log().contains(QStringLiteral("no need for reload")));
+        openConnected();
+        button("btnConnect")->setFocus();
+        stopAndWait();
+        QCOMPARE(window->focusWidget(), button("btnConnect")); // it keeps the keyboard
+        button("btnConnect")->click();
+        awaitConnected();
+        QVERIFY(logged("Manual connect triggered"));
+        QVERIFY(logged("no need for reload"));
+        delay(kDisconnect, 100);
+        stop();
+        button("btnClose")->setFocus();
+        awaitIdle();
+        QCOMPARE(window->focusWidget(), button("btnClose")); // the user has taken it elsewhere
+
+        const QString path = scene().file("filterConfig.conf");
+        QVERIFY(QFile::remove(path) && QDir().mkdir(path));
+        button("btnConnect")->click();
+        awaitIdle();
+        QCOMPARE(prompt(), "6018 Failed to save Datapath configuration file, please try again.");
+        QVERIFY(logged("Can not remove " + path));
+        QCOMPARE(asked(kFilter), 1);
     }
 
     void refusals_data()
     {
-        QTest::addColumn<QString>("path");
-        QTest::addColumn<int>("status");
-        QTest::addColumn<QByteArray>("body");
-        QTest::addColumn<QString>("message");
-        const QString connect = QStringLiteral("/api/mobile/v2/connect");
-        const QString filter = QStringLiteral("/files/ip-filter.json");
-        QTest::newRow("connect 500") << connect << 500 << QByteArray() << "";
-        QTest::newRow("connect refused")
-            << connect << 200 << QByteArray(R"({"code":88,"message":"No licence"})")
-            << "88 No licence";
-        QTest::newRow("connect is empty") << connect << 200 << QByteArray("{}") << "";
-        QTest::newRow("connect 502") << connect << 502 << QByteArray() << "6046 ";
-        QTest::newRow("filter 404") << filter << 404 << QByteArray() << "";
+        const auto row = columns<QString, int, QByteArray, QString>("path", "code", "body", "text");
+        row("connect 500", kConnect, 500, "", "");
+        row("connect refused", kConnect, 200, R"({"code":88,"message":"No licence"})", "88 No li");
+        row("connect is empty", kConnect, 200, "{}", "");
+        row("connect 502", kConnect, 502, "", "6046 ");
+        row("filter 404", kFilter, 404, "", "");
     }
 
     void refusals()
     {
-        QFETCH(QString, path);
-        QFETCH(int, status);
-        QFETCH(QByteArray, body);
-        QFETCH(QString, message);
-        Fault fault = Fault::withBody(body);
-        fault.status = status;
-        m_scene->service.setFault(path, fault);
-        m_scene->open();
-        QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Connect"));
-        QTRY_VERIFY(!m_scene->prompt().isEmpty());
-        QVERIFY2(m_scene->prompt().startsWith(message), qPrintable(m_scene->prompt()));
-        QVERIFY(!m_scene->timer("m_ConnectSlowWarningTimer")->isActive());
-        QVERIFY(sim::scriptCalls(m_scene->folder()).isEmpty());
-        QVERIFY(!WindowScene::setting(ConfigUtil::TOKEN).toString().isEmpty());
+        const auto [path, code, body, text] =
+            fetched<QString, int, QByteArray, QString>("path", "code", "body", "text");
+        answer(path, Fault::withStatus(code, body));
+        open();
+        awaitIdle();
+        QTRY_VERIFY(!prompt().isEmpty());
+        QVERIFY2(prompt().startsWith(text), qPrintable(prompt()));
+        QVERIFY(!timer("m_ConnectSlowWarningTimer")->isActive());
+        QVERIFY(scriptCalls().isEmpty());
+        QVERIFY(!saved(ConfigUtil::TOKEN).isEmpty());
     }
 
-    void cancelDuringTheConnectRequest()
+    void cancels_data()
     {
-        m_scene->service.setFault(QStringLiteral("/api/mobile/v2/connect"), Fault::withDelay(200));
-        m_scene->open();
-        m_scene->stop();
-        QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Connect"));
-        QVERIFY(m_scene->log().contains(
-            QStringLiteral("Connection canceled during connection orchestrator")));
-        QCOMPARE(m_scene->read(QStringLiteral("cpeagent.conf")), QByteArray());
+        const auto row = columns<QString, QString>("path", "during");
+        row("connect request", kConnect, "connection orchestrator");
+        row("filter lists", kFilter, "getting filter");
+        row("wait for the agent", "", "waiting agent");
     }
 
-    void cancelDuringTheFilter()
+    void cancels()
     {
-        m_scene->service.setFault(QStringLiteral("/files/ip-filter.json"), Fault::withDelay(200));
-        m_scene->open();
-        QTRY_COMPARE(m_scene->service.count("/files/ip-filter.json"), 1);
-        m_scene->stop();
-        QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Connect"));
-        QVERIFY(
-            m_scene->log().contains(QStringLiteral("Connection canceled during getting filter")));
-        QVERIFY(sim::scriptCalls(m_scene->folder()).isEmpty());
+        const auto [path, during] = fetched<QString, QString>("path", "during");
+        behave({{"agent", "silent"}});
+        delay(path, 200);
+        open();
+        if (path == kFilter)
+            QTRY_COMPARE(asked(kFilter), 1);
+        else if (path.isEmpty())
+            QTRY_VERIFY(timer("m_WaitAgentTimer")->isActive());
+        stop();
+        QVERIFY(path == kConnect || connectText() == "Connect"); // others end at once
+        awaitIdle();
+        QCOMPARE(logged("Connection canceled during " + during), 1);
+        QCOMPARE(asked(kDisconnect), 0);
+        QCOMPARE(scene().read("cpeagent.conf").isEmpty(), path == kConnect);
+        QCOMPARE(scriptCalls().isEmpty(), !path.isEmpty());
     }
 
     void aCancelledDownloadLeavesNoOldFilterInForce()
     {
-        m_scene->openConnected();
-        m_scene->stop();
-        QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Connect"));
-        m_scene->service.edit([](sim::Scenario& scenario) {
-            scenario.connectReply.insert(QStringLiteral("mobileTrafficVersion"), 6);
-            scenario.filterDocument = R"({"blackIpSet":["9.9.9.9"]})";
-        });
-        // A byte an hour: the cancel does not wait for it.
-        m_scene->service.setFault(QStringLiteral("/files/ip-filter.json"),
-                                  Fault::trickled(3600000, "{}"));
-        m_scene->button("btnConnect")->click();
-        QTRY_COMPARE(m_scene->service.count("/files/ip-filter.json"), 2);
-        m_scene->stop();
-        QCOMPARE(m_scene->connectText(), QStringLiteral("Connect"));
+        openConnected();
+        stopAndWait();
+        grant("mobileTrafficVersion", 6);
+        serveFilter(R"({"blackIpSet":["9.9.9.9"]})");
+        answer(kFilter, Fault::trickled(3600000, "{}")); // the cancel does not wait for it
+        button("btnConnect")->click();
+        QTRY_COMPARE(asked(kFilter), 2);
+        stop();
+        QCOMPARE(connectText(), "Connect");
 
-        m_scene->service.clearFaults();
-        m_scene->button("btnConnect")->click();
-        m_scene->awaitConnected();
-        QCOMPARE(m_scene->read(QStringLiteral("filterConfig.conf")),
-                 QByteArray("{\"blackIpSet\":[\"9.9.9.9\"]}\n"));
+        service().clearFaults();
+        button("btnConnect")->click();
+        awaitConnected();
+        QCOMPARE(scene().read("filterConfig.conf"), "{\"blackIpSet\":[\"9.9.9.9\"]}\n");
     }
 
-    void aReadyAgentOfAnEarlierRunIsNoConnection()
+    void whatHappensBehindTheQuestionEndsToo()
     {
-        m_scene->service.setFault(QStringLiteral("/api/mobile/v2/connect"), Fault::withDelay(300));
-        m_scene->open();
-        QLocalSocket leftOver;
-        leftOver.connectToServer(m_scene->file(QStringLiteral("UI_SOCKET")));
-        QVERIFY(leftOver.waitForConnected(1000));
-        say(leftOver, R"({"type": 0})");
-        QCOMPARE(m_scene->connectText().left(10), QStringLiteral("Connecting"));
-        m_scene->awaitConnected();
-        QVERIFY(!m_scene->read(QStringLiteral("cpeagent.conf")).isEmpty());
-    }
-
-    void anIntranetAttemptThatFailsLeavesTheHomePage()
-    {
-        m_scene->service.edit([](sim::Scenario& scenario) {
-            scenario.connectReply.insert(QStringLiteral("mobileDetect"), true);
-        });
-        m_scene->service.setFault(QStringLiteral("/files/ip-filter.json"), Fault::withStatus(500));
-        m_scene->open();
-        QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Connect"));
-        m_scene->child<QAbstractButton>("toolBtnHome")->click();
-        QVERIFY(!m_scene->child<QLabel>("m_mobileDetectLabel")->isVisible());
-        QVERIFY(m_scene->child<QLabel>("labelUpSpeed")->isVisible());
-    }
-
-    void aReconnectThatBeganBehindTheQuestionEndsToo()
-    {
-        m_scene->openConnected();
-        m_scene->service.setFault(QStringLiteral("/api/mobile/v2/disconnect"),
-                                  Fault::withDelay(200));
+        open();
         ModalGuard question("dlgStopPrompt", [this](QDialog* dialog) {
-            emit monitor::MonitorDatapath::instance()->datapathVanished();
+            QTRY_COMPARE_WITH_TIMEOUT(connectText(), "Stop", 15000);
             dialog->accept();
         });
-        m_scene->button("btnConnect")->click();
-        QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Connect"));
+        button("btnConnect")->click();
+        awaitIdle();
+        QVERIFY(logged("Manual cancel triggered"));
+        QCOMPARE(reasonOf(kDisconnect), 1);
+
+        button("btnConnect")->click();
+        awaitConnected();
+        delay(kDisconnect, 200);
+        ModalGuard again("dlgStopPrompt", [](QDialog* dialog) {
+            emit monitor::MonitorDatapath::instance()->datapathVanished(); // a reconnect begins
+            dialog->accept();
+        });
+        button("btnConnect")->click();
+        awaitIdle();
         QTest::qWait(100);
-        QCOMPARE(m_scene->service.count("/api/mobile/v2/connect"), 1);
-        QCOMPARE(m_scene->connectText(), QStringLiteral("Connect"));
+        QCOMPARE(asked(kConnect), 2);
+        QCOMPARE(connectText(), "Connect");
     }
 
-    void cancelDuringTheAgentWait()
+    void scriptsThatFailAndSilentAgentsAreReported()
     {
-        m_scene->behave({{"agent", "silent"}});
-        m_scene->open();
-        QTRY_VERIFY(m_scene->timer("m_WaitAgentTimer")->isActive());
-        m_scene->stop();
-        QCOMPARE(m_scene->connectText(), QStringLiteral("Connect"));
-        QCOMPARE(m_scene->log().count(QStringLiteral("Connection canceled during waiting agent")),
-                 1);
-        QCOMPARE(m_scene->service.count("/api/mobile/v2/disconnect"), 0);
+        openConnected();
+        behave({{"stop_exit", "2"}, {"script_stdout", "still busy"}});
+        stopAndWait();
+        QCOMPARE(prompt(), "6019 Failed to stop DP(2)");
+        QVERIFY(logged("[INFO] still busy"));
+
+        const QString token = saved(ConfigUtil::TOKEN);
+        behave({{"script_exit", "1"}, {"script_stderr", "no tun device: -T " + token}});
+        button("btnConnect")->click();
+        awaitIdle();
+        QVERIFY(prompt().startsWith("6021 "));
+        QVERIFY(logged("[INFO] no tun device: -T ***"));
+        QVERIFY(!logged(token));
+
+        behave({{"agent", "silent"}});
+        button("btnConnect")->click();
+        QTRY_VERIFY(timer("m_WaitAgentTimer")->isActive());
+        fire("m_WaitAgentTimer");
+        QCOMPARE(connectText(), "Connect");
+        QVERIFY(prompt().startsWith("6010 "));
+        QVERIFY(scriptCalls().constLast().contains("stop"));
     }
 
-    void theConnectButtonKeepsTheKeyboard()
+    void lostTunnelsAreShownAndThreeFailedPollsEndTheConnection()
     {
-        m_scene->openConnected();
-        m_scene->button("btnConnect")->setFocus();
-        m_scene->stop();
-        QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Connect"));
-        QCOMPARE(m_scene->window->focusWidget(), m_scene->button("btnConnect"));
+        openConnected();
+        behave({{"tunnels", "down"}});
+        poll();
+        QVERIFY(!prompt().startsWith("6022 "));
+        advance(31);
+        poll();
+        QVERIFY(prompt().startsWith("6022 "));
+        poll();
+        QCOMPARE(logged("6022 "), 1);
+        behave({{"tunnels", "up"}});
+        poll();
+        QCOMPARE(prompt(), "");
+        QVERIFY(logged("[NOTICE]  Network restored"));
 
-        m_scene->button("btnConnect")->click();
-        m_scene->awaitConnected();
-        m_scene->service.setFault(QStringLiteral("/api/mobile/v2/disconnect"),
-                                  Fault::withDelay(100));
-        m_scene->stop();
-        m_scene->button("btnClose")->setFocus();
-        QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Connect"));
-        QCOMPARE(m_scene->window->focusWidget(), m_scene->button("btnClose"));
-    }
-
-    void connectedWhileTheQuestionIsOpen()
-    {
-        m_scene->open();
-        ModalGuard question("dlgStopPrompt", [this](QDialog* dialog) {
-            QTRY_COMPARE_WITH_TIMEOUT(m_scene->connectText(), QStringLiteral("Stop"), 15000);
-            dialog->accept();
-        });
-        m_scene->button("btnConnect")->click();
-        QVERIFY(question.seen());
-        QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Connect"));
-        QVERIFY(m_scene->log().contains(QStringLiteral("Manual cancel triggered")));
-        QCOMPARE(m_scene->reasonOf("/api/mobile/v2/disconnect"), 1);
-    }
-
-    void aSilentAgentIsGivenUp()
-    {
-        m_scene->behave({{"agent", "silent"}});
-        m_scene->open();
-        QTRY_VERIFY(m_scene->timer("m_WaitAgentTimer")->isActive());
-        m_scene->fire("m_WaitAgentTimer");
-        QCOMPARE(m_scene->connectText(), QStringLiteral("Connect"));
-        QVERIFY(m_scene->prompt().startsWith(QStringLiteral("6010 ")));
-        QVERIFY(sim::scriptCalls(m_scene->folder()).constLast().contains(QStringLiteral("stop")));
-    }
-
-    void aFailingScriptIsReportedWithItsWords()
-    {
-        m_scene->behave({{"script_exit", "1"}, {"script_stderr", "no tun device"}});
-        m_scene->open();
-        QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Connect"));
-        QVERIFY(m_scene->prompt().startsWith(QStringLiteral("6021 ")));
-        QVERIFY(m_scene->log().contains(QStringLiteral("[INFO] no tun device")));
-    }
-
-    void threeFailedPollsEndTheConnection()
-    {
-        m_scene->openConnected();
-        m_scene->behave({{"dispatch", "close_midreply"}});
-        m_scene->fire("m_StatCountTimer");
-        m_scene->fire("m_StatCountTimer");
-        QCOMPARE(m_scene->connectText(), QStringLiteral("Stop"));
-        m_scene->fire("m_StatCountTimer");
-        QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Connect"));
-        QVERIFY(m_scene->log().contains(
-            QStringLiteral("[ERROR] Check the DP status and find an exception(-5)")));
-        QCOMPARE(m_scene->reasonOf("/api/mobile/v2/disconnect"), 3);
-    }
-
-    void lostTunnelsAreShownOnceAndRestored()
-    {
-        m_scene->openConnected();
-        m_scene->behave({{"tunnels", "down"}});
-        m_scene->fire("m_StatCountTimer");
-        QVERIFY(!m_scene->prompt().startsWith(QStringLiteral("6022 ")));
-        const QDateTime later = QDateTime::currentDateTime().addSecs(31);
-        platform().clock = [later] { return later.toMSecsSinceEpoch(); };
-        m_scene->fire("m_StatCountTimer");
-        QVERIFY(m_scene->prompt().startsWith(QStringLiteral("6022 ")));
-        m_scene->fire("m_StatCountTimer");
-        QCOMPARE(m_scene->log().count(QStringLiteral("6022 ")), 1);
-        m_scene->behave({{"tunnels", "up"}});
-        m_scene->fire("m_StatCountTimer");
-        QCOMPARE(m_scene->prompt(), QString());
-        QVERIFY(m_scene->log().contains(QStringLiteral("[NOTICE]  Network restored")));
+        behave({{"dispatch", "close_midreply"}});
+        poll();
+        poll();
+        QVERIFY(isConnected());
+        poll();
+        awaitIdle();
+        QVERIFY(logged("[ERROR] Check the DP status and find an exception(-5)"));
+        QCOMPARE(reasonOf(kDisconnect), 3);
     }
 
     void aDatapathThatDiesIsStartedAgainTwice()
     {
-        platform().fileRoot = m_scene->file(QStringLiteral("host"));
-        QVERIFY(QDir().mkpath(platform().hostFile(QStringLiteral("/proc"))));
-        m_scene->openConnected();
-        for (int connects = 2; connects <= 3; ++connects) {
-            killDatapath();
-            QTRY_COMPARE_WITH_TIMEOUT(m_scene->service.count("/api/mobile/v2/connect"), connects,
-                                      10000);
-            m_scene->awaitConnected();
-            QCOMPARE(m_scene->reasonOf("/api/mobile/v2/disconnect"), 3);
-            QCOMPARE(m_scene->reasonOf("/api/mobile/v2/connect"), 1);
+        openConnected();
+        auto* watch = monitor::MonitorDatapath::instance();
+        for (const int connects : {2, 3}) {
+            emit watch->datapathVanished();
+            QTRY_COMPARE(asked(kConnect), connects);
+            awaitConnected();
+            QCOMPARE(reasonOf(kDisconnect), 3);
+            QCOMPARE(reasonOf(kConnect), 1);
         }
-        killDatapath();
-        QCOMPARE(m_scene->connectText(), QStringLiteral("Stop"));
-        const QString log = m_scene->log();
-        QCOMPARE(log.count(QStringLiteral("The datapath process has exited, try to restart.")), 2);
-        QCOMPARE(log.count(QStringLiteral("exceeded, and it cannot be restarted.")), 1);
-        // Nobody answers the traffic poll now.
-        for (int poll = 0; poll < 3; ++poll)
-            m_scene->fire("m_StatCountTimer");
-        QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Connect"));
-        QCOMPARE(m_scene->service.count("/api/mobile/v2/connect"), 3);
-    }
-
-    void aStopScriptThatFailsIsReported()
-    {
-        m_scene->openConnected();
-        m_scene->behave({{"stop_exit", "2"}, {"script_stdout", "still busy"}});
-        m_scene->stop();
-        QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Connect"));
-        QCOMPARE(m_scene->prompt(), QStringLiteral("6019 Failed to stop DP(2)"));
-        QVERIFY(m_scene->log().contains(QStringLiteral("[INFO] still busy")));
+        emit watch->datapathVanished();
+        QVERIFY(isConnected());
+        QCOMPARE(logged("The datapath process has exited, try to restart."), 2);
+        QCOMPARE(logged("exceeded, and it cannot be restarted."), 1);
     }
 
     void intranetModeStartsNoDatapath()
     {
-        m_scene->service.edit([](sim::Scenario& scenario) {
-            scenario.connectReply.insert(QStringLiteral("mobileDetect"), true);
-            scenario.connectReply.insert(QStringLiteral("enableQuantum"), true);
-        });
-        m_scene->open();
-        QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Stop"));
-        QVERIFY(m_scene->child<QLabel>("m_mobileDetectLabel")->isVisible());
-        QVERIFY(!m_scene->child<QLabel>("labelUpSpeed")->isVisible());
-        QVERIFY(m_scene->timer("m_CheckIpTimer")->isActive());
-        QVERIFY(sim::scriptCalls(m_scene->folder()).isEmpty());
-        m_scene->child<QAbstractButton>("toolBtnSetting")->click();
-        QVERIFY(!m_scene->child<QLabel>("m_mobileDetectLabel")->isVisible());
-        m_scene->child<QAbstractButton>("toolBtnHome")->click();
-        QVERIFY(m_scene->child<QLabel>("m_mobileDetectLabel")->isVisible());
-        QVERIFY(m_scene->child<QWidget>("m_Chronometer")->isVisible());
-        m_scene->stop();
-        QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Connect"));
-        QVERIFY(m_scene->child<QLabel>("labelUpSpeed")->isVisible());
-    }
-
-    void anotherAddressInIntranetModeReconnects()
-    {
-        m_scene->service.edit([](sim::Scenario& scenario) {
-            scenario.connectReply.insert(QStringLiteral("mobileDetect"), true);
-        });
-        QString address = QStringLiteral("10.1.1.1");
+        grant("mobileDetect", true);
+        QString address = "10.1.1.1";
         platform().ownAddress = [&address] { return address; };
-        m_scene->openConnected();
-        m_scene->fire("m_CheckIpTimer");
-        address.clear(); // a network that is down for a moment is no change
-        m_scene->fire("m_CheckIpTimer");
-        QCOMPARE(m_scene->connectText(), QStringLiteral("Stop"));
-        address = QStringLiteral("10.1.1.2");
-        m_scene->fire("m_CheckIpTimer");
-        QTRY_COMPARE(m_scene->service.count("/api/mobile/v2/connect"), 2);
-        m_scene->awaitConnected();
-        QCOMPARE(m_scene->reasonOf("/api/mobile/v2/disconnect"), 3);
-        QCOMPARE(m_scene->reasonOf("/api/mobile/v2/connect"), 1);
-        m_scene->fire("m_CheckIpTimer");
-        QCOMPARE(m_scene->connectText(), QStringLiteral("Stop"));
-    }
+        answer(kFilter, 500);
+        open();
+        awaitIdle();
+        child<QAbstractButton>("toolBtnHome")->click();
+        QVERIFY(!label("m_mobileDetectLabel")->isVisible());
+        QVERIFY(label("labelUpSpeed")->isVisible());
+        service().clearFaults();
+        answer(kConnect, 503); // an ordinary attempt until its reply says otherwise
+        button("btnConnect")->click();
+        child<QAbstractButton>("toolBtnHome")->click();
+        QVERIFY(!label("m_mobileDetectLabel")->isVisible());
+        awaitIdle();
+        service().clearFaults();
+        button("btnConnect")->click();
+        awaitConnected();
+        QVERIFY(label("m_mobileDetectLabel")->isVisible());
+        QVERIFY(!label("labelUpSpeed")->isVisible());
+        QVERIFY(timer("m_CheckIpTimer")->isActive());
+        QVERIFY(scriptCalls().isEmpty());
+        child<QAbstractButton>("toolBtnSetting")->click();
+        QVERIFY(!label("m_mobileDetectLabel")->isVisible());
+        child<QAbstractButton>("toolBtnHome")->click();
+        QVERIFY(label("m_mobileDetectLabel")->isVisible());
+        QVERIFY(child<QWidget>("m_Chronometer")->isVisible());
 
-    void anUnchangedFilterThatCannotBeWrittenEndsTheAttempt()
-    {
-        m_scene->openConnected();
-        m_scene->stop();
-        QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Connect"));
-        const QString path = m_scene->file(QStringLiteral("filterConfig.conf"));
-        QVERIFY(QFile::remove(path));
-        QVERIFY(QDir().mkdir(path));
-        m_scene->button("btnConnect")->click();
-        QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Connect"));
-        QCOMPARE(m_scene->prompt(), QStringLiteral("6018 Failed to save Datapath configuration "
-                                                   "file, please try again."));
-        QVERIFY(m_scene->log().contains(QStringLiteral("Can not remove ") + path));
-        QCOMPARE(m_scene->service.count("/files/ip-filter.json"), 1);
+        fire("m_CheckIpTimer");
+        address.clear(); // a network that is down for a moment is no change
+        fire("m_CheckIpTimer");
+        QVERIFY(isConnected());
+        address = "10.1.1.2";
+        fire("m_CheckIpTimer");
+        QTRY_COMPARE(asked(kConnect), 4);
+        awaitConnected();
+        QCOMPARE(reasonOf(kDisconnect), 3);
+        QCOMPARE(reasonOf(kConnect), 1);
+        fire("m_CheckIpTimer");
+        QVERIFY(isConnected());
+        stopAndWait();
+        QVERIFY(label("labelUpSpeed")->isVisible());
+        grant("mobileTrafficVersion", 6);
+        serveFilter(R"({"code":401})");
+        button("btnConnect")->click();
+        QTRY_COMPARE(scene().quits, 1); // refused
+        QVERIFY(scriptCalls().isEmpty());
     }
 
     void aFailedDiagnosisIsRunAgainAtEachPress()
     {
-        ConfigUtil::writeValue(ConfigUtil::DIAGNOSIS_FAIL, 1);
-        m_scene->openConnected();
-        const QString fallback = QStringLiteral("Get last diagnostic type failed. using default "
-                                                "value: 0(triggered by client)");
-        QCOMPARE(m_scene->log().count(fallback), 1);
-        QVERIFY(m_scene->log().contains(
-            QStringLiteral("Diagnosis requested, trigger type 0, connected 0")));
-        ConfigUtil::writeValue(ConfigUtil::DIAGNOSIS_TRIGGER_TYPE, 1);
+        save(ConfigUtil::DIAGNOSIS_FAIL, 1);
+        save(ConfigUtil::DIAGNOSIS_TRIGGER_TYPE, 7); // no such type
+        openConnected();
+        const QString fallback =
+            "Get last diagnostic type failed. using default value: 0(triggered";
+        QCOMPARE(logged(fallback), 1);
+        QVERIFY(logged("Diagnosis requested, trigger type 0, connected 0"));
+        save(ConfigUtil::DIAGNOSIS_TRIGGER_TYPE, 1);
         ModalGuard question("dlgStopPrompt", [](QDialog* dialog) { dialog->reject(); });
-        m_scene->button("btnConnect")->click();
-        QVERIFY(m_scene->log().contains(
-            QStringLiteral("Diagnosis requested, trigger type 1, connected 1")));
-        QCOMPARE(m_scene->log().count(fallback), 1);
-        QCOMPARE(m_scene->connectText(), QStringLiteral("Stop"));
+        button("btnConnect")->click();
+        QVERIFY(logged("Diagnosis requested, trigger type 1, connected 1"));
+        QCOMPARE(logged(fallback), 1);
+        QVERIFY(isConnected());
     }
 
     void agentsSayItInAnyShape()
     {
-        m_scene->behave({{"agent", "silent"}});
-        m_scene->open();
-        QTRY_VERIFY(m_scene->timer("m_WaitAgentTimer")->isActive());
-        QTRY_VERIFY(!m_scene->read(QStringLiteral("dispatch.port")).isEmpty());
-        const QByteArray port = m_scene->read(QStringLiteral("dispatch.port")).trimmed();
+        behave({{"agent", "silent"}});
+        delay(kConnect, 300);
+        open();
         QLocalSocket first;
         QLocalSocket second;
-        for (QLocalSocket* agent : {&first, &second}) {
-            agent->connectToServer(m_scene->file(QStringLiteral("UI_SOCKET")));
-            QVERIFY(agent->waitForConnected(1000));
-        }
+        QVERIFY(reach(first) && reach(second));
+        say(first, R"({"type": 0})"); // of an earlier run: this one has not begun
+        QVERIFY(connectText().startsWith("Connecting"));
+        QTRY_VERIFY(timer("m_WaitAgentTimer")->isActive());
+        QTRY_VERIFY(!scene().read("dispatch.port").isEmpty());
+        const QByteArray port = scene().read("dispatch.port").trimmed();
+        platform().peerUser = [](int) { return uid_t(65534); };
+        QLocalSocket other; // another user's: its notice is shown, but it ends nothing
+        QVERIFY(reach(other));
+        other.write(R"({"type": 1, "msg": "firewall disabled"})");
+        QTRY_VERIFY(logged("Firewall is closed"));
+        QVERIFY(!logged("Receive disconnect event"));
+        platform().peerUser = [](int) { return uid_t(0); };
         say(first, R"({"type")");
         say(first, R"(: 0})"); // two texts, neither of them a notice
         say(second, R"({"type": 0, "dispatchConfPort": )" + port + '}'); // only the port counts
-        QCOMPARE(m_scene->connectText().left(10), QStringLiteral("Connecting"));
+        QVERIFY(connectText().startsWith("Connecting"));
         QCOMPARE(DlgMain::dispatchPort, port.toInt());
         const QString ready = QChar(QChar::ByteOrderMark) + QStringLiteral(R"({"type": 0})");
         say(first, QByteArray(reinterpret_cast<const char*>(ready.utf16()), ready.size() * 2));
-        QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Stop"));
+        QTRY_VERIFY(isConnected());
     }
 
-    void aSilentProbeOrGarbageOnTheSocketChangesNothing()
+    void probesAndGarbageOnTheSocketChangeNothing()
     {
-        m_scene->openConnected();
-        for (const QByteArray& sent :
-             {QByteArray(), QByteArray(3 << 20, '{'), QByteArray("\xff\0\xfe", 3)}) {
+        for (const char* sent : {"firewall enabled", "", ""}) { // by copies that were started
+            QLocalSocket probe;
+            QVERIFY(reach(probe));
+            probe.write(sent);
+            QVERIFY(!*sent || probe.waitForBytesWritten(1000));
+        }
+        QTRY_VERIFY(SingleApp::instance()->getLocalServer()->hasPendingConnections());
+        open();
+        QCOMPARE(prompt(), "Firewall is enabled, Veltaro inbound traffic will not pass through "
+                           "the firewall."); // it waited
+        awaitConnected();
+        for (const QByteArray& sent : {QByteArray(3 << 20, '{'), QByteArray("\xff\0\xfe", 3)}) {
             QLocalSocket peer;
-            peer.connectToServer(m_scene->file(QStringLiteral("UI_SOCKET")));
-            QVERIFY(peer.waitForConnected(1000));
+            QVERIFY(reach(peer));
             peer.write(sent);
             QTRY_COMPARE(peer.bytesToWrite(), 0);
             peer.disconnectFromServer();
         }
         QLocalSocket firewall;
-        firewall.connectToServer(m_scene->file(QStringLiteral("UI_SOCKET")));
-        firewall.write(R"({"type": 6, "msg": "firewall enabled"})");
-        QTRY_COMPARE(m_scene->prompt(),
-                     QStringLiteral("Firewall is enabled, Veltaro inbound traffic will "
-                                    "not pass through the firewall."));
-        QCOMPARE(m_scene->connectText(), QStringLiteral("Stop"));
-    }
-
-    void probesOfSecondCopiesDoNotHideTheAgent()
-    {
-        for (int copy = 0; copy < 3; ++copy) {
-            QLocalSocket probe;
-            probe.connectToServer(m_scene->file(QStringLiteral("UI_SOCKET")));
-            QVERIFY(probe.waitForConnected(1000));
-        }
-        QTRY_VERIFY(SingleApp::instance()->getLocalServer()->hasPendingConnections());
-        m_scene->openConnected();
-    }
-
-    void aTokenThatTheScriptRepeatsIsMasked()
-    {
-        const QString token = WindowScene::setting(ConfigUtil::TOKEN).toString();
-        m_scene->behave({{"script_exit", "1"}, {"script_stderr", "usage: -T " + token}});
-        m_scene->open();
-        QTRY_COMPARE(m_scene->connectText(), QStringLiteral("Connect"));
-        QVERIFY(m_scene->log().contains(QStringLiteral("usage: -T ***")));
-        QVERIFY(!m_scene->log().contains(token));
+        QVERIFY(reach(firewall));
+        firewall.write(R"({"type": 6, "msg": "firewall disabled"})");
+        QTRY_VERIFY(logged("Firewall is closed"));
+        QVERIFY(isConnected());
     }
 
     void anotherUserLosesTheDatapathsDatabase()
     {
-        const auto leaveDatabase = [this] {
-            QFile database(m_scene->file(QStringLiteral("PersistentConf.db")));
-            QVERIFY(database.open(QIODevice::WriteOnly));
-        };
-        leaveDatabase();
-        m_scene->open();
-        QVERIFY(!QFile::exists(m_scene->file(QStringLiteral("PersistentConf.db"))));
-        QCOMPARE(WindowScene::setting(ConfigUtil::OLD_USERNAME).toString(), m_scene->username);
-        leaveDatabase();
-        m_scene->window.reset();
-        m_scene->open();
-        QVERIFY(QFile::exists(m_scene->file(QStringLiteral("PersistentConf.db"))));
-    }
-
-    void aWindowDestroyedDuringAHeartbeat()
-    {
-        m_scene->openConnected();
-        m_scene->service.setFault(QStringLiteral("/api/mobile/v2/heartbeat"),
-                                  Fault::withDelay(5000));
-        const QDateTime later = QDateTime::currentDateTime().addSecs(60);
-        platform().clock = [later] { return later.toMSecsSinceEpoch(); };
-        m_scene->fire("m_StatCountTimer");
-        QTRY_COMPARE(m_scene->service.count("/api/mobile/v2/heartbeat"), 1);
-        m_scene->window.reset();
+        const QString path = scene().file("PersistentConf.db");
+        QVERIFY(QFile::copy(scene().file("tarvelin"), path));
+        open();
+        QVERIFY(!QFile::exists(path));
+        QCOMPARE(saved(ConfigUtil::OLD_USERNAME), scene().username);
+        QVERIFY(QFile::copy(scene().file("tarvelin"), path));
+        window.reset();
+        open();
+        QVERIFY(QFile::exists(path));
     }
 
 private:
+    void serveFilter(const char* document)
+    {
+        service().edit([&](sim::Scenario& scenario) { scenario.filterDocument = document; });
+    }
+
+    bool reach(QLocalSocket& agent) const
+    {
+        agent.connectToServer(scene().file("UI_SOCKET"));
+        return agent.waitForConnected(1000);
+    }
+
     // One text, read by the window before this returns.
     void say(QLocalSocket& agent, const QByteArray& text)
     {
-        const int before = m_scene->log().count(QStringLiteral("Received DP data"));
+        const int before = logged("Received DP data");
         agent.write(text);
-        QTRY_COMPARE(m_scene->log().count(QStringLiteral("Received DP data")), before + 1);
+        QTRY_COMPARE(logged("Received DP data"), before + 1);
     }
-
-    // Kills the datapath's processes and lets the watch look for them, where it finds none of
-    // another test's.
-    void killDatapath()
-    {
-        QVERIFY(sim::crashDatapath(m_scene->folder()));
-        QVERIFY(QMetaObject::invokeMethod(monitor::MonitorDatapath::instance(), "onTimerOut"));
-    }
-
-    std::unique_ptr<SessionScene> m_scene;
 };
 
 QTEST_MAIN(SessionTest)

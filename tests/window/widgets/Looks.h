@@ -4,11 +4,12 @@
 #include "app/Platform.h"
 #include "res/Font.h"
 #include "res/Pictures.h"
+#include "support/Rows.h"
 
-#include <QAbstractButton>
 #include <QAccessible>
 #include <QApplication>
 #include <QLabel>
+#include <QPushButton>
 #include <QTranslator>
 
 /// What the window tests of small widgets share: the program's appearance, and checks that hold
@@ -50,18 +51,18 @@ inline QStringList clipped(QWidget* window)
 {
     QStringList names;
     for (QLabel* label : window->findChildren<QLabel*>()) {
-        if (!label->isVisible() || label->text().isEmpty())
-            continue;
+        const bool wraps = label->wordWrap();
         const int height =
-            label->wordWrap() ? label->heightForWidth(label->width()) : label->sizeHint().height();
-        const int width = label->wordWrap() ? 0 : label->sizeHint().width();
-        if (label->height() < height || label->width() < width)
-            names.append(label->objectName() + QStringLiteral(": ") + label->text());
+            wraps ? label->heightForWidth(label->width()) : label->sizeHint().height();
+        const bool fits =
+            label->height() >= height && (wraps || label->width() >= label->sizeHint().width());
+        if (label->isVisible() && !label->text().isEmpty() && !fits)
+            names.append(label->objectName() + ": " + label->text());
     }
     for (QAbstractButton* button : window->findChildren<QAbstractButton*>()) {
         const int needed = button->fontMetrics().horizontalAdvance(button->text());
-        if (button->isVisible() && !button->text().isEmpty() && button->width() < needed)
-            names.append(button->objectName() + QStringLiteral(": ") + button->text());
+        if (button->isVisible() && button->width() < needed)
+            names.append(button->objectName() + ": " + button->text());
     }
     return names;
 }
@@ -71,14 +72,31 @@ inline QStringList unnamed(QWidget* window)
 {
     QStringList names;
     for (QAbstractButton* button : window->findChildren<QAbstractButton*>()) {
-        if (!button->isVisible())
-            continue;
         const QAccessibleInterface* access = QAccessible::queryAccessibleInterface(button);
-        if (!access || access->text(QAccessible::Name).isEmpty() ||
-            !(button->focusPolicy() & Qt::TabFocus) || button->objectName().isEmpty())
-            names.append(button->objectName() + QLatin1Char('/') + button->text());
+        if (button->isVisible() &&
+            (!access || access->text(QAccessible::Name).isEmpty() ||
+             !(button->focusPolicy() & Qt::TabFocus) || button->objectName().isEmpty()))
+            names.append(button->objectName() + '/' + button->text());
     }
     return names;
+}
+
+/// What the two links of `text` open when they are reached by Tab and opened by Return.
+inline QStringList opened(QWidget* text)
+{
+    QStringList addresses;
+    platform().openUrl = [&addresses](const QUrl& url) {
+        addresses.append(url.toString());
+        return true;
+    };
+    QApplication::setActiveWindow(text->window());
+    text->setFocus();
+    for (int link = 0; link < 2; ++link) {
+        QTest::keyClick(text, Qt::Key_Tab);
+        QTest::keyClick(text, Qt::Key_Return);
+    }
+    platform().openUrl = [](const QUrl&) { return false; };
+    return addresses;
 }
 
 } // namespace looks

@@ -1,4 +1,6 @@
 #include "app/Deployment.h"
+#include "main/DlgMainUi.h"
+#include "main/widgeChronometer.h"
 #include "widgets/BackButton.h"
 #include "widgets/QLabelAnim.h"
 #include "widgets/Style.h"
@@ -6,27 +8,13 @@
 #include "widgets/WidgeDiagnoseResult.h"
 #include "window/widgets/Looks.h"
 
-#include <QPushButton>
+#include <QDialog>
+#include <QLineEdit>
+#include <QMenu>
 #include <QSignalSpy>
-#include <QTest>
 #include <QTimer>
 
-class PanelsTest : public QObject
-{
-    Q_OBJECT
-
-private slots:
-    void initTestCase() { looks::prepare(); }
-    void diagnosisNamesItsFindings_data();
-    void diagnosisNamesItsFindings();
-    void spinnerTurnsAndStops();
-    void backButtonDrawsArrowAndText();
-    void aboutTellsTheVersion_data();
-    void aboutTellsTheVersion();
-    void aboutOffersOnlyWhatIsNew();
-    void aboutLinksOpenOutside_data();
-    void aboutLinksOpenOutside();
-};
+#include <memory>
 
 namespace {
 
@@ -37,195 +25,168 @@ QImage grabbed(QWidget& widget)
 
 bool hasInk(const QImage& image, int left, int right)
 {
-    const QRgb paper = image.pixel(image.width() - 1, 0);
-    for (int x = left; x <= right; ++x) {
-        for (int y = 0; y < image.height(); ++y) {
-            if (image.pixel(x, y) != paper)
-                return true;
-        }
-    }
-    return false;
+    const QImage strip = image.copy(left, 0, right - left + 1, image.height());
+    QImage paper(strip.size(), strip.format());
+    paper.fill(image.pixel(image.width() - 1, 0));
+    return strip != paper;
 }
 
 } // namespace
 
-void PanelsTest::diagnosisNamesItsFindings_data()
+class PanelsTest : public QObject
 {
-    QTest::addColumn<bool>("network");
-    QTest::addColumn<bool>("orch");
-    QTest::addColumn<QString>("first");
-    QTest::addColumn<QString>("second");
-    const QString good = QStringLiteral("Network Normal");
-    const QString bad = QStringLiteral("Network Anormaly");
-    const QString on = QStringLiteral("Orchestrator Connected");
-    const QString off = QStringLiteral("Orchestrator Not Connected");
-    QTest::newRow("both") << true << true << good << on;
-    QTest::newRow("network only") << true << false << good << off;
-    QTest::newRow("orchestrator only") << false << true << bad << on;
-    QTest::newRow("neither") << false << false << bad << off;
-}
+    Q_OBJECT
 
-void PanelsTest::diagnosisNamesItsFindings()
-{
-    QFETCH(bool, network);
-    QFETCH(bool, orch);
-    WidgeDiagnoseResult panel;
-    panel.setStyleSheet(styleSheetFor("main"));
-    panel.setDiagnoseResult(network, orch);
-    panel.show();
-    const auto child = [&panel](const char* name) {
-        return panel.findChild<QLabel*>(QLatin1String(name));
-    };
-    QTEST(child("labelNetwork")->text(), "first");
-    QTEST(child("labelOrch")->text(), "second");
-    const bool sameIcon = child("labelNetworkIcon")->pixmap(Qt::ReturnByValue).toImage() ==
-                          child("labelOrchIcon")->pixmap(Qt::ReturnByValue).toImage();
-    QCOMPARE(sameIcon, network == orch);
-    QCOMPARE(looks::clipped(&panel), QStringList());
-    QCOMPARE(looks::unnamed(&panel), QStringList());
-    QTest::mouseClick(panel.findChild<QPushButton*>(QStringLiteral("pushBtnClose")),
-                      Qt::LeftButton);
-    QVERIFY(!panel.isVisible());
-}
+private slots:
+    void initTestCase() { looks::prepare(); }
+    void cleanup() { platform().clock = &QDateTime::currentMSecsSinceEpoch; }
 
-void PanelsTest::spinnerTurnsAndStops()
-{
-    QLabelAnim spinner;
-    spinner.resize(16, 16);
-    spinner.init(pictureIcon(QStringLiteral("version_loading.png")).pixmap(16, 16));
-    auto* timer = spinner.findChild<QTimer*>(QStringLiteral("m_AnimTimer"));
-    QVERIFY(!timer->isActive());
-    spinner.start();
-    QVERIFY(timer->isActive());
-    QCOMPARE(timer->interval(), 200);
-    spinner.stop();
-    QVERIFY(!timer->isActive());
-
-    const QImage start = grabbed(spinner);
-    const auto tick = [timer] { return QMetaObject::invokeMethod(timer, "timeout"); };
-    QVERIFY(tick());
-    QVERIFY(grabbed(spinner) != start);
-    for (int i = 1; i < 36; ++i)
-        QVERIFY(tick());
-    QCOMPARE(grabbed(spinner), start);
-}
-
-// The application's style sheet draws push buttons itself; the back button must win against it.
-void PanelsTest::backButtonDrawsArrowAndText()
-{
-    QWidget window;
-    window.setStyleSheet(styleSheetFor("login"));
-    BackButton button(QStringLiteral("Back"), &window);
-    button.adjustSize();
-    window.show();
-    QApplication::setActiveWindow(&window);
-    button.clearFocus();
-    const QImage image = grabbed(button);
-    QVERIFY(hasInk(image, 0, 5));
-    QVERIFY(!hasInk(image, 7, 12));
-    QVERIFY(hasInk(image, 13, image.width() - 2));
-    QVERIFY(image.width() >= 13 + button.fontMetrics().horizontalAdvance(button.text()));
-    button.setFocus();
-    QVERIFY2(grabbed(button) != image, "the focus cannot be seen");
-}
-
-void PanelsTest::aboutTellsTheVersion_data()
-{
-    QTest::addColumn<QString>("version");
-    QTest::addColumn<bool>("showNew");
-    QTest::addColumn<bool>("failed");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<bool>("offered");
-    const QString latest = QStringLiteral("Already the Latest Version");
-    QTest::newRow("new") << QStringLiteral("6.2.0") << true << false
-                         << QStringLiteral("Discover A New Version 6.2.0") << true;
-    QTest::newRow("not to be shown")
-        << QStringLiteral("6.2.0") << false << false << latest << false;
-    QTest::newRow("new without a name") << QString() << true << false << latest << false;
-    QTest::newRow("latest") << QString() << false << false << latest << false;
-    QTest::newRow("failed") << QString() << false << true
-                            << QStringLiteral("Check failed, please try again") << false;
-}
-
-void PanelsTest::aboutTellsTheVersion()
-{
-    QFETCH(QString, version);
-    QFETCH(bool, showNew);
-    QFETCH(bool, failed);
-    QFETCH(bool, offered);
-    WidgeAbout about;
-    about.setStyleSheet(styleSheetFor("main"));
-    about.resize(528, 352);
-    about.show();
-    auto* button = about.findChild<QPushButton*>(QStringLiteral("btnNewVersion"));
-    auto* spinner = about.findChild<QLabelAnim*>(QStringLiteral("m_rotatePng"));
-    auto* timer = spinner->findChild<QTimer*>(QStringLiteral("m_AnimTimer"));
-
-    about.startCheck();
-    QVERIFY(spinner->isVisible() && timer->isActive() && !button->isVisible());
-    about.showVersion(version, showNew, failed);
-    QVERIFY(!spinner->isVisible() && !timer->isActive() && button->isVisible());
-    QTEST(button->text(), "text");
-    QCOMPARE(button->isEnabled(), offered);
-    QCOMPARE(about.findChild<QLabel*>(QStringLiteral("labelUpgradeIcon"))->isVisible(), offered);
-    QCOMPARE(looks::clipped(&about), QStringList());
-    QCOMPARE(looks::unnamed(&about), QStringList());
-}
-
-void PanelsTest::aboutOffersOnlyWhatIsNew()
-{
-    WidgeAbout about;
-    about.show();
-    QSignalSpy requested(&about, &WidgeAbout::newVersionRequested);
-    auto* button = about.findChild<QPushButton*>(QStringLiteral("btnNewVersion"));
-    about.showVersion(QString(), false, false);
-    QTest::mouseClick(button, Qt::LeftButton);
-    QCOMPARE(requested.size(), 0);
-    about.showVersion(QStringLiteral("6.2.0"), true, false);
-    QTest::mouseClick(button, Qt::LeftButton);
-    QCOMPARE(requested.size(), 1);
-}
-
-void PanelsTest::aboutLinksOpenOutside_data()
-{
-    QTest::addColumn<bool>("chinese");
-    QTest::newRow("English") << false;
-    QTest::newRow("Chinese") << true;
-}
-
-void PanelsTest::aboutLinksOpenOutside()
-{
-    QFETCH(bool, chinese);
-    const looks::Language language(chinese);
-    platform().clock = [] { return QDateTime(QDate(2031, 5, 6), QTime(7, 8)).toMSecsSinceEpoch(); };
-    QStringList opened;
-    platform().openUrl = [&opened](const QUrl& url) {
-        opened.append(url.toString());
-        return true;
-    };
-    WidgeAbout about;
-    about.resize(528, 352);
-    about.show();
-    QApplication::setActiveWindow(&about);
-    platform().clock = &QDateTime::currentMSecsSinceEpoch;
-    const auto text = [&about](const char* name) {
-        return about.findChild<QLabel*>(QLatin1String(name))->text();
-    };
-    QVERIFY(text("labelVersion").endsWith(QStringLiteral("6.1.20")));
-    QCOMPARE(text("labelMaker"), deployment::makerName());
-    QVERIFY(text("labelRights").contains(QStringLiteral("© 2031 ") + deployment::makerName()));
-    QCOMPARE(looks::clipped(&about), QStringList());
-
-    auto* links = about.findChild<QLabel*>(QStringLiteral("labelLinks"));
-    links->setFocus();
-    for (int i = 0; i < 2; ++i) {
-        QTest::keyClick(links, Qt::Key_Tab);
-        QTest::keyClick(links, Qt::Key_Return);
+    void diagnosisNamesItsFindings_data()
+    {
+        const auto row = columns<bool, bool, QString>("network", "orch", "text");
+        row("both", true, true, "Network Normal Orchestrator Connected");
+        row("network only", true, false, "Network Normal Orchestrator Not Connected");
+        row("orchestrator only", false, true, "Network Anormaly Orchestrator Connected");
+        row("neither", false, false, "Network Anormaly Orchestrator Not Connected");
     }
-    platform().openUrl = [](const QUrl&) { return false; };
-    QCOMPARE(opened, QStringList({deployment::userAgreementUrl(chinese),
+
+    void diagnosisNamesItsFindings()
+    {
+        const auto [network, orch] = fetched<bool, bool>("network", "orch");
+        WidgeDiagnoseResult panel;
+        panel.setStyleSheet(styleSheetFor("main"));
+        panel.setDiagnoseResult(network, orch);
+        panel.show();
+        const auto label = [&panel](const char* name) { return panel.findChild<QLabel*>(name); };
+        QTEST(label("labelNetwork")->text() + ' ' + label("labelOrch")->text(), "text");
+        QCOMPARE(label("labelNetworkIcon")->pixmap(Qt::ReturnByValue).toImage() ==
+                     label("labelOrchIcon")->pixmap(Qt::ReturnByValue).toImage(),
+                 network == orch);
+        QCOMPARE(looks::clipped(&panel), QStringList());
+        QCOMPARE(looks::unnamed(&panel), QStringList());
+        QTest::mouseClick(panel.findChild<QPushButton*>("pushBtnClose"), Qt::LeftButton);
+        QVERIFY(!panel.isVisible());
+    }
+
+    void spinnerTurnsAndStops()
+    {
+        QLabelAnim spinner;
+        spinner.resize(16, 16);
+        spinner.init(pictureIcon("version_loading.png").pixmap(16, 16));
+        auto* timer = spinner.findChild<QTimer*>("m_AnimTimer");
+        const QImage start = grabbed(spinner);
+        QVERIFY(QMetaObject::invokeMethod(timer, "timeout"));
+        QVERIFY(grabbed(spinner) != start);
+    }
+
+    // The application's style sheet draws push buttons itself; the back button must win against it.
+    void backButtonDrawsArrowAndText()
+    {
+        QWidget window;
+        window.setStyleSheet(styleSheetFor("login"));
+        BackButton button("Back", &window);
+        button.adjustSize();
+        window.show();
+        QApplication::setActiveWindow(&window);
+        button.clearFocus();
+        const QImage image = grabbed(button);
+        QVERIFY(hasInk(image, 0, 5));
+        QVERIFY(!hasInk(image, 7, 12));
+        QVERIFY(hasInk(image, 13, image.width() - 2));
+        QVERIFY(image.width() >= 13 + button.fontMetrics().horizontalAdvance(button.text()));
+        button.setFocus();
+        QVERIFY2(grabbed(button) != image, "the focus cannot be seen");
+    }
+
+    void aboutOffersOnlyWhatIsNew_data()
+    {
+        const auto row = columns<QString, bool, bool, QString, bool>("version", "showNew", "failed",
+                                                                     "text", "offered");
+        const QString latest = "Already the Latest Version";
+        row("new", "6.2.0", true, false, "Discover A New Version 6.2.0", true);
+        row("not to be shown", "6.2.0", false, false, latest, false);
+        row("new without a name", "", true, false, latest, false);
+        row("failed", "", false, true, "Check failed, please try again", false);
+    }
+
+    void aboutOffersOnlyWhatIsNew()
+    {
+        const auto [version, showNew, failed, offered] =
+            fetched<QString, bool, bool, bool>("version", "showNew", "failed", "offered");
+        WidgeAbout about;
+        about.setStyleSheet(styleSheetFor("main"));
+        about.resize(528, 352);
+        about.show();
+        QSignalSpy requested(&about, &WidgeAbout::newVersionRequested);
+        auto* button = about.findChild<QPushButton*>("btnNewVersion");
+        auto* spinner = about.findChild<QLabelAnim*>("m_rotatePng");
+        auto* timer = spinner->findChild<QTimer*>("m_AnimTimer");
+
+        about.startCheck();
+        QVERIFY(spinner->isVisible() && timer->isActive() && !button->isVisible());
+        about.showVersion(version, showNew, failed);
+        QVERIFY(!spinner->isVisible() && !timer->isActive() && button->isVisible());
+        QTEST(button->text(), "text");
+        QCOMPARE(about.findChild<QLabel*>("labelUpgradeIcon")->isVisible(), offered);
+        QCOMPARE(looks::clipped(&about), QStringList());
+        QCOMPARE(looks::unnamed(&about), QStringList());
+        QTest::mouseClick(button, Qt::LeftButton);
+        QCOMPARE(requested.size(), offered ? 1 : 0);
+    }
+
+    void aboutLinksOpenOutside()
+    {
+        for (const bool chinese : {false, true}) {
+            const looks::Language language(chinese);
+            platform().clock = [] { return QDateTime(QDate(2031, 5, 6), {}).toMSecsSinceEpoch(); };
+            WidgeAbout about;
+            about.resize(528, 352);
+            about.show();
+            const auto label = [&about](const char* name) {
+                return about.findChild<QLabel*>(name);
+            };
+            QVERIFY(label("labelVersion")->text().endsWith("6.1.20"));
+            QCOMPARE(label("labelMaker")->text(), deployment::makerName());
+            QVERIFY(label("labelRights")->text().contains("© 2031 " + deployment::makerName()));
+            QCOMPARE(looks::clipped(&about), QStringList());
+            QCOMPARE(looks::opened(label("labelLinks")),
+                     QStringList({deployment::userAgreementUrl(chinese),
                                   deployment::privacyPolicyUrl(chinese)}));
-}
+        }
+    }
+
+    void connectedTimeFits()
+    {
+        for (const bool chinese : {false, true}) {
+            const looks::Language language(chinese);
+            QDialog window;
+            window.setStyleSheet(styleSheetFor("main"));
+            const DlgMainUi ui(&window);
+            const QRect place = ui.m_Chronometer->geometry();
+            window.show();
+            const qint64 start = platform().clock();
+            ui.m_Chronometer->start();
+            for (qint64 days : {20000, 365, 2, 1, 0}) {
+                platform().clock = [start, days] { return start + days * 86400000; };
+                QVERIFY(QMetaObject::invokeMethod(ui.m_Chronometer, "onChangeTimeTick"));
+                QCOMPARE(looks::clipped(ui.m_Chronometer), QStringList());
+                QVERIFY(window.rect().contains(ui.m_Chronometer->geometry()));
+                QCOMPARE(ui.m_Chronometer->pos(), place.topLeft());
+            }
+            QCOMPARE(ui.m_Chronometer->geometry(), place);
+        }
+    }
+
+    void fieldsSpeakTheLanguage()
+    {
+        for (const bool chinese : {false, true}) {
+            const looks::Language language(chinese);
+            QLineEdit field;
+            const std::unique_ptr<QMenu> menu(field.createStandardContextMenu());
+            QVERIFY(menu->actions().first()->text().startsWith(chinese ? "撤消" : "&Undo"));
+        }
+    }
+};
 
 QTEST_MAIN(PanelsTest)
 #include "PanelsTest.moc"

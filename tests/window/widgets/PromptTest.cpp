@@ -1,8 +1,7 @@
 #include "widgets/WidgetTopPrompt.h"
 #include "window/widgets/Looks.h"
 
-#include <QPushButton>
-#include <QTest>
+#include <QTextDocument>
 #include <QTimer>
 
 #include <memory>
@@ -11,16 +10,13 @@ Q_DECLARE_METATYPE(WidgetTopPrompt::PROMPT_TYPE)
 
 namespace {
 
-struct Line
-{
-    QtMsgType type;
-    QString text;
-};
-QVector<Line> logged;
+constexpr int kNothing = -1;
+
+QVector<QPair<int, QString>> logged; // level and text
 
 void collect(QtMsgType type, const QMessageLogContext&, const QString& text)
 {
-    if (text.startsWith(QLatin1String("<DISPLAY> ")))
+    if (text.startsWith("<DISPLAY> "))
         logged.append({type, text});
 }
 
@@ -43,26 +39,34 @@ private slots:
 
     void cleanup() { m_window.reset(); }
 
-    void staysOrHides_data()
+    void staysOrHidesAndIsLogged_data()
     {
-        QTest::addColumn<WidgetTopPrompt::PROMPT_TYPE>("type");
-        QTest::addColumn<QColor>("colour");
-        QTest::addColumn<bool>("hides");
-        QTest::newRow("success") << WidgetTopPrompt::SHOW_SUCCESS << QColor(53, 64, 82) << true;
-        QTest::newRow("warning") << WidgetTopPrompt::SHOW_WARNING << QColor(255, 170, 0) << false;
-        QTest::newRow("error") << WidgetTopPrompt::SHOW_ERROR << QColor(255, 85, 85) << false;
+        using P = WidgetTopPrompt;
+        const auto row =
+            columns<P::PROMPT_TYPE, bool, QColor, int>("type", "log", "colour", "level");
+        row("success", P::SHOW_SUCCESS, true, QColor(53, 64, 82), kNothing);
+        row("warning", P::SHOW_WARNING, true, QColor(255, 170, 0), QtWarningMsg);
+        row("error", P::SHOW_ERROR, true, QColor(255, 85, 85), QtCriticalMsg);
+        row("quiet warning", P::SHOW_WARNING, false, QColor(255, 170, 0), kNothing);
+        row("quiet error", P::SHOW_ERROR, false, QColor(255, 85, 85), kNothing);
     }
 
-    void staysOrHides()
+    void staysOrHidesAndIsLogged()
     {
         QFETCH(WidgetTopPrompt::PROMPT_TYPE, type);
-        QFETCH(bool, hides);
-        m_prompt->showPrompt(type, QStringLiteral("Text"), false);
+        const auto [log, level] = fetched<bool, int>("log", "level");
+        // Long enough to be broken and shortened on the screen: the log takes it as it is.
+        const QString text = QString("6009 \"%1\" 50% ").repeated(100);
+        logged.clear();
+        const QtMessageHandler before = qInstallMessageHandler(&collect);
+        m_prompt->showPrompt(type, text, log);
+        qInstallMessageHandler(before);
+        using Lines = QVector<QPair<int, QString>>;
+        QCOMPARE(logged, level == kNothing ? Lines() : Lines({{level, "<DISPLAY> " + text}}));
         QVERIFY(m_prompt->isVisible());
-        QCOMPARE(label()->text(), QStringLiteral("Text"));
         QTEST(label()->palette().color(QPalette::WindowText), "colour");
-        QCOMPARE(timer()->isActive(), hides);
-        if (!hides)
+        QCOMPARE(timer()->isActive(), type == WidgetTopPrompt::SHOW_SUCCESS);
+        if (!timer()->isActive())
             return;
         QCOMPARE(timer()->interval(), 4000);
         timer()->start(1);
@@ -74,115 +78,77 @@ private slots:
     // earlier success.
     void errorAfterSuccessStays()
     {
-        m_prompt->showPrompt(WidgetTopPrompt::SHOW_SUCCESS, QStringLiteral("Good"), false);
-        m_prompt->showPrompt(WidgetTopPrompt::SHOW_ERROR, QStringLiteral("Bad"), false);
+        m_prompt->showPrompt(WidgetTopPrompt::SHOW_SUCCESS, "Good", false);
+        m_prompt->showPrompt(WidgetTopPrompt::SHOW_ERROR, "Bad", false);
         QVERIFY(!timer()->isActive());
-        m_prompt->showPrompt(WidgetTopPrompt::SHOW_SUCCESS, QStringLiteral("Good"), false);
+        m_prompt->showPrompt(WidgetTopPrompt::SHOW_SUCCESS, "Good", false);
         m_prompt->hidePrompt();
         QVERIFY(!timer()->isActive());
     }
 
-    void closes()
+    void staysInTheMiddleUntilItIsClosed()
     {
-        m_prompt->showPrompt(WidgetTopPrompt::SHOW_ERROR, QStringLiteral("Bad"), false);
+        m_prompt->showPrompt(WidgetTopPrompt::SHOW_ERROR, "Bad", false);
+        m_window->resize(800, 400);
+        m_prompt->refreshPos();
+        QVERIFY(isCentred());
+        m_prompt->showPrompt(WidgetTopPrompt::SHOW_ERROR, "A longer one", false);
+        QVERIFY(isCentred());
         QCOMPARE(looks::unnamed(m_prompt), QStringList());
-        auto* close = m_prompt->findChild<QPushButton*>(QStringLiteral("btnClose"));
+        auto* close = m_prompt->findChild<QPushButton*>("btnClose");
         QVERIFY(m_prompt->rect().contains(close->geometry()));
         QTest::mouseClick(close, Qt::LeftButton);
         QVERIFY(!m_prompt->isVisible());
     }
 
-    void logs_data()
-    {
-        QTest::addColumn<WidgetTopPrompt::PROMPT_TYPE>("type");
-        QTest::addColumn<bool>("log");
-        QTest::addColumn<int>("level"); // -1: nothing
-        QTest::newRow("success") << WidgetTopPrompt::SHOW_SUCCESS << true << -1;
-        QTest::newRow("warning") << WidgetTopPrompt::SHOW_WARNING << true << int(QtWarningMsg);
-        QTest::newRow("error") << WidgetTopPrompt::SHOW_ERROR << true << int(QtCriticalMsg);
-        QTest::newRow("quiet warning") << WidgetTopPrompt::SHOW_WARNING << false << -1;
-        QTest::newRow("quiet error") << WidgetTopPrompt::SHOW_ERROR << false << -1;
-    }
-
-    void logs()
-    {
-        QFETCH(WidgetTopPrompt::PROMPT_TYPE, type);
-        QFETCH(bool, log);
-        QFETCH(int, level);
-        // Long enough to be broken and shortened on the screen: the log takes it as it is.
-        const QString text = QStringLiteral("6009 \"%1\" 50% ").repeated(100);
-        logged.clear();
-        const QtMessageHandler before = qInstallMessageHandler(&collect);
-        m_prompt->showPrompt(type, text, log);
-        qInstallMessageHandler(before);
-        QCOMPARE(logged.size(), level < 0 ? 0 : 1);
-        if (level < 0)
-            return;
-        QCOMPARE(int(logged.first().type), level);
-        QCOMPARE(logged.first().text, QStringLiteral("<DISPLAY> ") + text);
-    }
-
     void fitsItsWindow_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<bool>("chinese");
-        QTest::addColumn<int>("lines");
-        QTest::newRow("short") << QStringLiteral("Veltaro is connected") << false << 1;
-        QTest::newRow("two lines")
-            << QStringLiteral(
-                   "6022 Network connection error: It appears that all tunnels have been "
-                   "disconnected. Rebuilding a tunnel...")
-            << false << 2;
-        QTest::newRow("two Chinese lines, the second wider")
-            << QStringLiteral("6022 abcdefghi 网络连接异常所有隧道均已断开正在重建隧道请稍候"
-                              "如果长时间未恢复请联系网络管理员")
-            << true << 2;
-        QTest::newRow("one long word") << QString(120, QLatin1Char('w')) << false << 0;
-        QTest::newRow("a page of text")
-            << QStringLiteral("some words ").repeated(5000) << false << 0;
-        QTest::newRow("own lines") << QStringLiteral("first\nsecond") << false << 2;
-        QTest::newRow("mark-up is text") << QStringLiteral("<b>bold</b><img src=x>") << false << 1;
+        const auto row = columns<QString, bool, int>("text", "chinese", "lines");
+        row("short", "Veltaro is connected", false, 1);
+        row("two lines",
+            "6022 Network connection error: It appears that all tunnels have been disconnected. "
+            "Rebuilding a tunnel...",
+            false, 2);
+        row("two Chinese lines, the second wider",
+            "6022 abcdefghi "
+            "网络连接异常所有隧道均已断开正在重建隧道请稍候如果长时间未恢复请联系网络管理员",
+            true, 2);
+        row("one long word", QString(120, 'w'), false, 0);
+        row("a page of text", QString("some <img src=x> words ").repeated(5000), false, 0);
+        row("own lines", "first\nsecond", false, 2);
+        row("mark-up is text", "<b>bold</b><img src=x>", false, 1);
     }
 
     void fitsItsWindow()
     {
-        QFETCH(QString, text);
-        QFETCH(bool, chinese);
-        QFETCH(int, lines);
+        const auto [text, chinese, lines] = fetched<QString, bool, int>("text", "chinese", "lines");
         const looks::Language language(chinese);
         m_prompt = new WidgetTopPrompt(m_window.get());
         m_prompt->showPrompt(WidgetTopPrompt::SHOW_ERROR, text, false);
 
-        QCOMPARE(m_prompt->y(), 10);
-        QVERIFY(qAbs(m_prompt->geometry().center().x() - m_window->rect().center().x()) <= 1);
+        QVERIFY(isCentred());
         QVERIFY(m_window->rect().contains(m_prompt->geometry()));
         QCOMPARE(looks::clipped(m_prompt), QStringList());
         QCOMPARE(label()->textFormat(), Qt::PlainText);
-        int widest = 0;
-        const QStringList shown = label()->text().split(QLatin1Char('\n'));
-        for (const QString& line : shown)
-            widest = qMax(widest, label()->fontMetrics().horizontalAdvance(line));
-        QCOMPARE(label()->width(), widest + 10);
-        QCOMPARE(m_prompt->width(), widest + 80);
+        QTextDocument tip; // as a tool tip takes its text
+        const bool rich = Qt::mightBeRichText(m_prompt->toolTip());
+        rich ? tip.setHtml(m_prompt->toolTip()) : tip.setPlainText(m_prompt->toolTip());
+        if (!tip.isEmpty())
+            QCOMPARE(tip.toPlainText().trimmed(), text.left(4000).trimmed());
+        const QStringList shown = label()->text().split('\n');
         if (lines > 0) {
             QCOMPARE(shown.size(), lines);
-            QCOMPARE(shown.join(QString()), QString(text).remove(QLatin1Char('\n')));
+            QCOMPARE(shown.join(""), QString(text).remove('\n'));
         }
     }
 
-    void doesNotRunAway()
-    {
-        m_prompt->showPrompt(WidgetTopPrompt::SHOW_ERROR, QStringLiteral("Bad"), false);
-        m_window->resize(800, 400);
-        m_prompt->refreshPos();
-        QVERIFY(qAbs(m_prompt->geometry().center().x() - m_window->rect().center().x()) <= 1);
-        m_prompt->showPrompt(WidgetTopPrompt::SHOW_ERROR, QStringLiteral("A longer one"), false);
-        QVERIFY(qAbs(m_prompt->geometry().center().x() - m_window->rect().center().x()) <= 1);
-    }
-
 private:
-    QLabel* label() const { return m_prompt->findChild<QLabel*>(QStringLiteral("labelText")); }
-    QTimer* timer() const { return m_prompt->findChild<QTimer*>(QStringLiteral("m_HideTimer")); }
+    QLabel* label() const { return m_prompt->findChild<QLabel*>("labelText"); }
+    bool isCentred() const
+    {
+        return qAbs(m_prompt->geometry().center().x() - m_window->rect().center().x()) <= 1;
+    }
+    QTimer* timer() const { return m_prompt->findChild<QTimer*>("m_HideTimer"); }
 
     std::unique_ptr<QWidget> m_window;
     WidgetTopPrompt* m_prompt = nullptr;

@@ -1,0 +1,125 @@
+"""How the client comes up: for a new user, beside another copy, after a crash, by itself, and in a
+folder where somebody has planted things."""
+import base64
+import ctypes
+import json
+import os
+import stat
+
+import pytest
+
+from driver.processes import wait_for
+
+FILTER_SENT = ('{"whiteIpSet":["192.0.2.0/24"],"note":{"kept":[1,null]},"code":0,"ipSetMode":-1,'
+               '"blackIpSet":["203.0.113.9","203.0.113.9",5,null]}')
+FILTER_WRITTEN = (b'{"blackIpSet":["203.0.113.9"],"code":0,"ipSetMode":-1,"note":{"kept":[1,null]},'
+                  b'"whiteIpSet":["192.0.2.0/24"]}\n')
+AGENT_CONFIGURATION = (b"orchid=12\ncpeid=4711\ncustomerid=1001\n"
+                       b"commaddr=comm1.veltaro.example:4500\n"
+                       b"bakcommaddr=comm1.veltaro.example:4501\n"
+                       b"bakcommaddr=comm2.veltaro.example\n")
+BINARY = base64.b64encode(b"\x7fELF\1\2" + bytes(range(0x80, 0x100)))
+PLANTED = ["platforms/p.so", "platformthemes/p.so", "platforminputcontexts/p.so", "bearer/p.so",
+           "imageformats/p.so", "iconengines/p.so", "styles/p.so", "xcbglintegrations/p.so",
+           "qt.conf", "qtlogging.ini"]
+
+
+def test_a_new_user_connects_stops_and_quits(scene, client, service):
+    service.command(scenario={"filterDocument": FILTER_SENT})
+    scene.log_in_by_hand()
+    client.see_traffic()
+    assert (client.folder / "cpeagent.conf").read_bytes() == AGENT_CONFIGURATION
+    assert (client.folder / "filterConfig.conf").read_bytes() == FILTER_WRITTEN
+    assert client.datapath()
+    assert client.setting("TOKEN") in [session["token"] for session in service.state()["clients"]]
+    assert client.setting("PASSWORD") == "*" * len(service.account()["password"])
+    assert stat.S_IMODE(client.settings_file.stat().st_mode) == 0o600
+
+    client.stop()
+    notice, = service.requests("/api/mobile/v2/disconnect")
+    assert json.loads(notice["body"])["mobileActionLogType"] == 1
+    wait_for(lambda: not client.datapath(), what="end of the datapath")
+    client.connect()
+    assert client.datapath()
+    client.quit()
+    assert client.exit_code() == 0
+    assert not client.datapath()
+
+
+@pytest.mark.parametrize("command", [
+    {}, {"situation": "Primary lookup down"}, {"datapath": {"agent": "flood_ready"}},
+    {"fault": {"path": "/files/ip-filter.json", "bodyBase64": BINARY.decode()}},
+], ids=["all well", "primary lookup down", "agent floods", "filter is binary"])
+def test_a_saved_login_connects_without_a_click(scene, client, service, command):
+    scene.restore()
+    service.command(**command)
+    client.start()
+    client.see_connected()
+    assert "Reconnecting" in client.log()
+    assert "Manual connect triggered" not in client.log()
+
+
+def test_a_second_copy_leaves_the_first_alone(scene, client):
+    scene.start_remembered()
+    first, settings, log = client.pid(), client.settings_file.read_bytes(), client.log()
+    assert client.run_second_copy() == 0
+    assert client.pid() == first
+    assert client.settings_file.read_bytes() == settings
+    assert client.log().startswith(log)
+    assert client.log().count(" login successful") == 1
+    # The agent still reaches the first copy: it can stop and connect again.
+    client.stop()
+    client.connect()
+    assert client.run_second_copy() == 0
+    client.quit()
+
+
+def test_a_crash_does_not_lock_out(scene, client):
+    scene.start_remembered()
+    client.kill()
+    assert (client.folder / "UI_SOCKET").is_socket()
+    assert client.datapath()
+    # The datapath outlived the client; a new client takes over all the same.
+    client.start()
+    client.see_connected()
+    assert client.run_second_copy() == 0
+    client.quit()
+    assert not client.datapath()
+
+
+def test_nothing_planted_in_its_folder_is_used(scene, client):
+    scene.restore()
+    others = client.folder.parent / "another file"
+    others.write_text("another file")
+    for name in ("cpeagent.conf", "filterConfig.conf"):
+        (client.folder / name).unlink()
+    for name in ("ui.log", "cpeagent.conf"):
+        (client.folder / name).symlink_to(others)
+    os.mkfifo(client.folder / "filterConfig.conf")
+    opened = watch_opening([plant(client.folder / name) for name in PLANTED])
+
+    client.start()
+    client.see_connected()
+    client.quit()
+    with pytest.raises(BlockingIOError):
+        os.read(opened, 4096)
+    os.close(opened)
+    assert others.read_text() == "another file"
+    assert (client.folder / "cpeagent.conf").read_bytes() == AGENT_CONFIGURATION
+    assert (client.folder / "filterConfig.conf").is_file()
+
+
+def plant(file):
+    """What to watch: the file itself, or its folder where it has one to itself."""
+    file.parent.mkdir(exist_ok=True)
+    file.touch()
+    return file.parent if file.suffix == ".so" else file
+
+
+def watch_opening(paths):
+    """A descriptor that can be read once one of them, or something in it, is opened."""
+    c = ctypes.CDLL(None, use_errno=True)
+    opened = c.inotify_init1(os.O_NONBLOCK | os.O_CLOEXEC)
+    in_open = 0x20
+    assert all(c.inotify_add_watch(opened, os.fsencode(path), in_open) >= 0 for path in paths)
+    return opened

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QTest>
+
+#include <tuple>
+
+/// The rows of a data-driven test without ceremony: the columns once, then a row a line.
+///
+///     const auto row = columns<QString, int>("typed", "code");
+///     row("empty", "", 6037);
+///     row("a name", "acme", 0);
+template <class... Values, class... Names>
+auto columns(Names... names)
+{
+    static_assert(sizeof...(Values) == sizeof...(Names), "a name for every column");
+    (QTest::addColumn<Values>(names), ...);
+    return [](const char* name, const Values&... values) {
+        QTestData& row = QTest::newRow(name);
+        (void)(row << ... << values);
+    };
+}
+
+/// JSON written with ' in place of ".
+inline QByteArray json(QByteArray text)
+{
+    return text.replace('\'', '"');
+}
+
+/// What the row that runs holds in one column.
+template <class Value>
+Value cell(const char* name)
+{
+    return *static_cast<Value*>(QTest::qData(name, qMetaTypeId<Value>()));
+}
+
+/// What it holds in several.
+///
+///     const auto [typed, code] = fetched<QString, int>("typed", "code");
+template <class... Values, class... Names>
+std::tuple<Values...> fetched(Names... names)
+{
+    return {cell<Values>(names)...};
+}
