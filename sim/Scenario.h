@@ -25,7 +25,7 @@ struct Account
 struct Fault
 {
     int status = 0;    ///< HTTP status, 0 leaves it at 200
-    int delayMs = 0;   ///< wait before anything is answered
+    int delayMs = 0;   ///< wait before anything is answered; a lasting one ends when it is changed
     int trickleMs = 0; ///< wait after every single byte of the body
     bool drop = false; ///< close the connection without a byte
     bool replaceBody = false;

@@ -70,7 +70,7 @@ QJsonObject RequestRecord::json() const
 struct Simulator::Private
 {
     mutable std::mutex mutex;     // guards everything below but the servers
-    std::condition_variable wake; // ends the delays when a server stops
+    std::condition_variable wake; // ends the delays: a server stops or a fault is taken back
     std::array<bool, 3> stopping{};
     World world;
     QList<RequestRecord> requests;
@@ -88,7 +88,10 @@ struct Simulator::Private
     const Route* find(const Call& call);
     void note(const Call& call, const QString& reason);
     void check(const Call& call, const Route& route);
-    Fault takeFault(const Call& call);
+    QString faultKey(const Call& call) const;
+    Fault takeFault(const QString& key);
+    bool changesWhileWaiting(const Fault& fault, const QString& key, End end,
+                             std::unique_lock<std::mutex>& lock);
     HttpReply answer(const Call& call, const Route& route);
 };
 
@@ -135,10 +138,10 @@ HttpReply Simulator::Private::serve(End end, const HttpCall& received)
         return reply;
     }
     check(call, *route);
-    const Fault fault = takeFault(call);
-    if (fault.delayMs > 0)
-        wake.wait_for(lock, std::chrono::milliseconds(fault.delayMs),
-                      [this, end] { return stopping.at(static_cast<size_t>(end)); });
+    const QString key = faultKey(call);
+    Fault fault = takeFault(key);
+    while (fault.delayMs > 0 && changesWhileWaiting(fault, key, end, lock))
+        fault = takeFault(key);
     if (fault.replaces()) {
         if (route->onFault)
             route->onFault(call, world);
@@ -183,13 +186,28 @@ void Simulator::Private::check(const Call& call, const Route& route)
         note(call, reason);
 }
 
-Fault Simulator::Private::takeFault(const Call& call)
+QString Simulator::Private::faultKey(const Call& call) const
 {
     const QString path = QString::fromUtf8(call.path());
-    QString key = endName(call.end) + QLatin1Char(':') + path;
+    const QString key = endName(call.end) + QLatin1Char(':') + path;
+    return world.scenario.faults.contains(key) ? key : path;
+}
+
+/// Waits as long as the fault says; true as soon as the path has another fault, or none.
+bool Simulator::Private::changesWhileWaiting(const Fault& fault, const QString& key, End end,
+                                             std::unique_lock<std::mutex>& lock)
+{
+    bool changed = false;
+    wake.wait_for(lock, std::chrono::milliseconds(fault.delayMs), [&] {
+        changed = fault.times < 0 && world.scenario.faults.value(key).delayMs != fault.delayMs;
+        return changed || stopping.at(static_cast<size_t>(end));
+    });
+    return changed;
+}
+
+Fault Simulator::Private::takeFault(const QString& key)
+{
     auto& faults = world.scenario.faults;
-    if (!faults.contains(key))
-        key = path;
     const auto it = faults.find(key);
     if (it == faults.end())
         return {};
@@ -284,6 +302,7 @@ void Simulator::edit(const std::function<void(Scenario&)>& change)
 {
     const std::lock_guard lock(d->mutex);
     change(d->world.scenario);
+    d->wake.notify_all();
 }
 
 Scenario Simulator::scenario() const

@@ -2,14 +2,17 @@
 
 #include "app/ConfigUtil.h"
 #include "app/Platform.h"
+#include "orch/OrchIpc.h"
 #include "support/Rows.h"
 #include "support/WindowParts.h"
 #include "support/WindowScene.h"
 #include "widgets/WidgetTopPrompt.h"
 
 #include <QLabel>
+#include <QNetworkReply>
 #include <QPushButton>
 
+#include <algorithm>
 #include <memory>
 
 using sim::Fault;
@@ -46,7 +49,20 @@ protected:
         answer(path, Fault::withBody(body));
     }
     void answer(const QString& path, int status) const { answer(path, Fault::withStatus(status)); }
-    void delay(const QString& path, int ms) const { answer(path, Fault::withDelay(ms)); }
+
+    /// Leaves requests to `path` without an answer until it is released.
+    void hold(const QString& path) const { answer(path, Fault::withDelay(3600000)); }
+    void release(const QString& path) const { answer(path, Fault()); }
+
+    /// The window's requests without an answer yet, and the wait for the last of them.
+    int underWay() const
+    {
+        const auto replies = window->findChildren<QNetworkReply*>() +
+                             ipc::OrchIpc::instance()->findChildren<QNetworkReply*>();
+        return int(std::count_if(replies.cbegin(), replies.cend(),
+                                 [](QNetworkReply* reply) { return reply->isRunning(); }));
+    }
+    void settle() const { QTRY_COMPARE(underWay(), 0); }
 
     /// The requests to `path` so far, and the last one's body.
     int asked(const QByteArray& path) const { return service().count(path); }

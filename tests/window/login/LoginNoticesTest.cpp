@@ -48,9 +48,9 @@ private slots:
         const auto [path, query, message] =
             fetched<QString, QString, QString>("path", "query", "message");
         toLoginPage();
-        Fault failure = Fault::withStatus(502);
-        failure.delayMs = 300; // time to see the query before it
-        answer(path, failure);
+        answer(path, 502);
+        if (query == "502")
+            hold(path); // until the query before it has been seen
         std::unique_ptr<ModalGuard> running;
         if (query == "run") {
             announce("m2", "run", -60);
@@ -65,6 +65,7 @@ private slots:
         if (query == "502") {
             QTRY_COMPARE(asked(kNotice), before + 1);
             answer(kNotice, 502);
+            answer(path, 502);
         }
         QTRY_COMPARE(asked(kNotice), before + 2); // before the login, and after its failure
         QTRY_VERIFY(running ? running->seen() : !prompt().isEmpty());

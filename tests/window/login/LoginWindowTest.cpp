@@ -64,18 +64,20 @@ private slots:
     void aSlowBackupServersAgreementIsAskedFor()
     {
         const QString primary = QLatin1String("primary:") + kPrivacy;
+        const QString backup = QLatin1String("backup:") + kPrivacy;
         scene().logIn();
         save(ConfigUtil::AUTO_LOGIN, 0);
         agreed("20200101");
         answer(primary, 500);
-        delay(QLatin1String("backup:") + kPrivacy, 500);
+        hold(backup);
         ModalGuard privacy("DialogPrivacy", [&](QDialog* dialog) {
-            delay(primary, 500);
+            hold(primary);
             dialog->accept();
         });
         open();
         awaitLoginPage();
-        button("backBtn_2")->click(); // the answer still counts
+        button("backBtn_2")->click();
+        release(backup); // the answer still counts
         field("password")->setText("*");
         QTRY_VERIFY(privacy.seen());
         QTRY_VERIFY(isSlowTimed());
@@ -145,14 +147,18 @@ private slots:
     void anAnswerToAnAbandonedLoginIsDropped()
     {
         toLoginPage();
-        delay(kLogin, 200);
+        hold(kLogin);
         logInByHand();
         QTRY_COMPARE(asked(kLogin), 1);
         button("backBtn_2")->click();
         QCOMPARE(page(), DlgLogin::DLG_CUSTOMER_PAGE);
         QVERIFY(!isSlowTimed());
-        delay(kLookup, 400); // the token arrives during the next customer step
+        hold(kLookup);
         continueWith(scene().customer);
+        QTRY_COMPARE(asked(kLookup), 2);
+        release(kLogin); // the token arrives during the next customer step
+        QTRY_COMPARE(underWay(), 1);
+        release(kLookup);
         awaitLoginPage();
         QVERIFY(!accepted());
         QCOMPARE(saved(ConfigUtil::TOKEN), "");
@@ -161,13 +167,13 @@ private slots:
     void afterALogoutTheChainSendsNothingHalfTyped()
     {
         restartWith("-logout -byuser");
-        delay(kKey, 200);
+        hold(kKey);
         openAgain(ConfigUtil::PASSWORD, "");
         QTRY_COMPARE(asked(kKey), 1);
         QTest::keyClicks(field("password"), "Won");
-        QTest::qWait(400);
+        release(kKey);
+        settle();
         QCOMPARE(asked(kLogin), 0);
-        service().clearFaults();
         QTest::keyClicks(field("password"), scene().password.mid(3));
         button("btnLogin")->click();
         QTRY_VERIFY(accepted());
@@ -280,20 +286,23 @@ private slots:
 
     void aSlowAnswerIsAnnounced()
     {
-        delay(QLatin1String("primary:") + kPrivacy, 300);
+        const QString primary = QLatin1String("primary:") + kPrivacy;
+        hold(primary);
         openAndContinue();
         timer("m_ConnectSlowWarningTimer")->start(0);
         QTRY_COMPARE(prompt(), "Your network may be slow. Still connecting, please wait");
+        release(primary);
         awaitLoginPage();
     }
 
     void aWindowThrownAwayIsNotCalledBack()
     {
-        delay(kLookup, 100);
+        hold(kLookup);
         openAndContinue();
         QTRY_COMPARE(asked(kLookup), 1);
         window.reset();
-        QTest::qWait(300); // the answer arrives and finds nobody
+        release(kLookup); // the answer finds nobody
+        toLoginPage();
     }
 
 private:

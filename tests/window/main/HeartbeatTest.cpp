@@ -97,7 +97,7 @@ private slots:
         const auto [quits, connects] = fetched<int, int>("quits", "connects");
         openConnected();
         orderAll(4); // counts for the connection that it is meant for
-        delay(kHeartbeat, 1000);
+        hold(kHeartbeat);
         QTimer::singleShot(20, window.get(), [this, event] {
             if (event == "stop") {
                 stopAndWait();
@@ -108,6 +108,7 @@ private slots:
                 main()->logout(true, false, true, true);
             else
                 poll();
+            release(kHeartbeat);
         });
         beat();
         QTRY_COMPARE(asked(kDisconnect), 1);
@@ -121,16 +122,17 @@ private slots:
     {
         openConnected();
         orderAll(4);
-        delay(kHeartbeat, 1000);
+        hold(kHeartbeat);
         startBeat();
         stopAndWait();
         button("btnConnect")->click();
         awaitConnected();
         QVERIFY(heartbeatRuns());
+        release(kHeartbeat);
         QTRY_VERIFY(!heartbeatRuns());
         QVERIFY(isConnected());
         QCOMPARE(asked(kConnect), 2);
-        delay(kHeartbeat, 5000);
+        hold(kHeartbeat);
         startBeat();
         QTRY_COMPARE(asked(kHeartbeat), 2);
         window.reset(); // the answer finds nobody

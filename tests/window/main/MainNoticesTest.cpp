@@ -113,7 +113,7 @@ private slots:
         openIdle();
         QTRY_COMPARE(offers, 1);
         QTRY_COMPARE(logged("check again"), 2); // decided anew
-        QTest::qWait(0);
+        settle();
         QVERIFY(!QApplication::activeModalWidget());
     }
 

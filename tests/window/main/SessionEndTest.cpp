@@ -59,7 +59,7 @@ private slots:
 
         QTRY_COMPARE(scene().quits, 1);
         QVERIFY2(shown.contains(text), qPrintable(shown));
-        QTest::qWait(200); // a second restart would come now
+        settle(); // a second restart would come by now
         QCOMPARE(scene().started, QStringList(box.isEmpty() ? "-logout -invalidToken" : "-logout"));
         QCOMPARE(saved(ConfigUtil::TOKEN).isEmpty(), code != 1);
         QCOMPARE(saved(ConfigUtil::PASSWORD), "");
@@ -71,10 +71,11 @@ private slots:
     {
         openConnected();
         service().revokeSessions(3);
-        delay(kDisconnect, 200);
+        hold(kDisconnect);
         ModalGuard explanation("CommonTipsDialog", [this](QDialog* dialog) {
             QTRY_COMPARE(asked(kDisconnect), 1);
-            QTest::qWait(300); // the notice's answer, which the reconnect waits for
+            release(kDisconnect); // the reconnect waits for the answer
+            settle();
             QMetaObject::invokeMethod(main(), "onShowKickedoutDialog");
             main()->logout(true, false, true, true);
             dialog->accept();

@@ -30,9 +30,8 @@ private slots:
         // The first poll starts from zero, the second measures.
         poll();
         QCOMPARE(label("labelUpSpeed")->text(), "0");
-        const qint64 later = platform().clock() + 3000;
-        QTest::qWait(50);
-        setClock(later);
+        QTRY_COMPARE(asked(kHeartbeat), 1);
+        advance(3);
         poll();
         QVERIFY(label("labelDownSpeed")->text() != "0");
         QCOMPARE(asked(kHeartbeat), 1);
@@ -57,9 +56,10 @@ private slots:
         awaitConnected();
         QVERIFY(logged("Manual connect triggered"));
         QVERIFY(logged("no need for reload"));
-        delay(kDisconnect, 100);
+        hold(kDisconnect);
         stop();
         button("btnClose")->setFocus();
+        release(kDisconnect);
         awaitIdle();
         QCOMPARE(window->focusWidget(), button("btnClose")); // the user has taken it elsewhere
 
@@ -108,7 +108,7 @@ private slots:
     {
         const auto [path, during] = fetched<QString, QString>("path", "during");
         behave({{"agent", "silent"}});
-        delay(path, 200);
+        hold(path);
         open();
         if (path == kFilter)
             QTRY_COMPARE(asked(kFilter), 1);
@@ -116,6 +116,7 @@ private slots:
             QTRY_VERIFY(timer("m_WaitAgentTimer")->isActive());
         stop();
         QVERIFY(path == kConnect || connectText() == "Connect"); // others end at once
+        release(path);
         awaitIdle();
         QCOMPARE(logged("Connection canceled during " + during), 1);
         QCOMPARE(asked(kDisconnect), 0);
@@ -155,14 +156,15 @@ private slots:
 
         button("btnConnect")->click();
         awaitConnected();
-        delay(kDisconnect, 200);
+        hold(kDisconnect);
         ModalGuard again("dlgStopPrompt", [](QDialog* dialog) {
             emit monitor::MonitorDatapath::instance()->datapathVanished(); // a reconnect begins
             dialog->accept();
         });
         button("btnConnect")->click();
+        release(kDisconnect);
         awaitIdle();
-        QTest::qWait(100);
+        settle();
         QCOMPARE(asked(kConnect), 2);
         QCOMPARE(connectText(), "Connect");
     }
@@ -306,13 +308,14 @@ private slots:
     void agentsSayItInAnyShape()
     {
         behave({{"agent", "silent"}});
-        delay(kConnect, 300);
+        hold(kConnect);
         open();
         QLocalSocket first;
         QLocalSocket second;
         QVERIFY(reach(first) && reach(second));
         say(first, R"({"type": 0})"); // of an earlier run: this one has not begun
         QVERIFY(connectText().startsWith("Connecting"));
+        release(kConnect);
         QTRY_VERIFY(timer("m_WaitAgentTimer")->isActive());
         QTRY_VERIFY(!scene().read("dispatch.port").isEmpty());
         const QByteArray port = scene().read("dispatch.port").trimmed();
@@ -343,8 +346,8 @@ private slots:
         }
         QTRY_VERIFY(SingleApp::instance()->getLocalServer()->hasPendingConnections());
         open();
-        QCOMPARE(prompt(), "Firewall is enabled, Veltaro inbound traffic will not pass through "
-                           "the firewall."); // it waited
+        QTRY_COMPARE(prompt(), "Firewall is enabled, Veltaro inbound traffic will not pass "
+                               "through the firewall."); // it waited
         awaitConnected();
         for (const QByteArray& sent : {QByteArray(3 << 20, '{'), QByteArray("\xff\0\xfe", 3)}) {
             QLocalSocket peer;
