@@ -4,7 +4,7 @@
 #include "app/LogMarker.h"
 #include "app/NamedTimer.h"
 #include "login/LoginReply.h"
-#include "orch/CredentialCipher.h"
+#include "orch/CredentialKey.h"
 #include "orch/ErrorCatalogue.h"
 #include "orch/HostIdentity.h"
 #include "orch/HttpErrorText.h"
@@ -14,7 +14,6 @@
 #include "orch/OrchReply.h"
 
 #include <QCoreApplication>
-#include <QJsonArray>
 #include <QVariant>
 
 namespace {
@@ -100,21 +99,11 @@ void LoginRequest::obtainPubKey()
 
 void LoginRequest::handleEncryptPassword(const OrchReply& reply)
 {
-    const QString key = reply.json().value(QLatin1String("key")).toString();
-    const QJsonArray types = reply.json().value(QLatin1String("rsaType")).toArray();
-    m_supportAEPSha = types.contains(QJsonValue(int(OAEP_SHA)));
-
-    m_encryptedUserName.clear();
-    m_encryptedPassword.clear();
-    if (key.isEmpty())
-        return;
-    const auto encrypted = [&](const QString& text) {
-        return QString::fromStdString(
-            Util::TQRSAEncrypt(text.trimmed().toStdString(), key.toStdString(), m_supportAEPSha));
-    };
+    const CredentialKey key = CredentialKey::fromJson(reply.json());
     const LoginFields typed = m_context.fields();
-    m_encryptedUserName = encrypted(typed.username);
-    m_encryptedPassword = encrypted(typed.password);
+    m_supportAEPSha = key.m_supportAEPSha;
+    m_encryptedUserName = key.encrypted(typed.username.trimmed());
+    m_encryptedPassword = key.encrypted(typed.password.trimmed());
 }
 
 // Login request

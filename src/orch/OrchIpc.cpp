@@ -2,6 +2,8 @@
 
 #include "app/ConfigUtil.h"
 #include "app/Deployment.h"
+#include "app/Platform.h"
+#include "orch/AccountRequests.h"
 #include "orch/ClientInfo.h"
 #include "orch/Gateway.h"
 #include "orch/HostIdentity.h"
@@ -27,6 +29,11 @@ void releaseInstance()
 {
     delete s_instance;
     s_instance = nullptr;
+}
+
+QString language()
+{
+    return platform().isChinese() ? QStringLiteral("zh") : QStringLiteral("en");
 }
 
 QByteArray withoutPassword(const QByteArray& body)
@@ -192,6 +199,46 @@ void OrchIpc::queryOrchUpgrade(const QString& customerId, const OrchIpcCbFunc& c
                                const OrchIpcErrCbFunc& errCb)
 {
     send(orchrequest::maintenanceNotice(m_authUrl, storedIdentity(customerId)), cb, errCb);
+}
+
+void OrchIpc::resetPassword(const ResetPasswordParams& params, const OrchIpcCbFunc& cb,
+                            const OrchIpcErrCbFunc& errCb)
+{
+    send(orchrequest::resetPassword(m_authUrl, storedIdentity(params.customerId), params), cb,
+         errCb);
+}
+
+void OrchIpc::resetPasswordWhenForgot(const ForgetPasswordParams& params, const OrchIpcCbFunc& cb,
+                                      const OrchIpcErrCbFunc& errCb)
+{
+    send(orchrequest::resetForgottenPassword(m_authUrl, Util::getSerial(), params), cb, errCb);
+}
+
+void OrchIpc::sendForgetPassowordSms(const VerifySmsParams& params, const OrchIpcCbFunc& cb,
+                                     const OrchIpcErrCbFunc& errCb)
+{
+    const OrchRequest request =
+        orchrequest::sendCode(m_authUrl, Util::getSerial(), params, language());
+    qDebug().noquote() << "SMS post params:" << maskSecrets(request.body);
+    send(request, cb, errCb);
+}
+
+void OrchIpc::querySmsStatus(const QuerySmsParams& params, const OrchIpcCbFunc& cb,
+                             const OrchIpcErrCbFunc& errCb)
+{
+    send(orchrequest::codeStatus(m_authUrl, Util::getSerial(), params), cb, errCb);
+}
+
+void OrchIpc::getTypeOfResetPassword(const ResetPasswdTypeParams& params, const OrchIpcCbFunc& cb,
+                                     const OrchIpcErrCbFunc& errCb)
+{
+    send(orchrequest::resetMethods(m_authUrl, Util::getSerial(), params), cb, errCb);
+}
+
+void OrchIpc::getRulesOfPasswd(const PasswdRulesParams& params, const OrchIpcCbFunc& cb,
+                               const OrchIpcErrCbFunc& errCb)
+{
+    send(orchrequest::passwordRules(m_authUrl, Util::getSerial(), params, language()), cb, errCb);
 }
 
 void OrchIpc::getCustomerLogo(const QString& customerId, const OrchIpcCbFunc& cb,

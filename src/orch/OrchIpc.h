@@ -65,6 +65,24 @@ public:
                       const OrchIpcErrCbFunc& errCb);
     void queryOrchUpgrade(const QString& customerId, const OrchIpcCbFunc& cb,
                           const OrchIpcErrCbFunc& errCb);
+
+    /// Change the password of the logged-in user.
+    void resetPassword(const ResetPasswordParams& params, const OrchIpcCbFunc& cb,
+                       const OrchIpcErrCbFunc& errCb);
+    /// Set a new password with a code that was received.
+    void resetPasswordWhenForgot(const ForgetPasswordParams& params, const OrchIpcCbFunc& cb,
+                                 const OrchIpcErrCbFunc& errCb);
+    /// Have a code sent by SMS or e-mail, and ask whether it has been delivered.
+    void sendForgetPassowordSms(const VerifySmsParams& params, const OrchIpcCbFunc& cb,
+                                const OrchIpcErrCbFunc& errCb);
+    void querySmsStatus(const QuerySmsParams& params, const OrchIpcCbFunc& cb,
+                        const OrchIpcErrCbFunc& errCb);
+    /// Ask which ways an account offers to set a new password, and for its rules.
+    void getTypeOfResetPassword(const ResetPasswdTypeParams& params, const OrchIpcCbFunc& cb,
+                                const OrchIpcErrCbFunc& errCb);
+    void getRulesOfPasswd(const PasswdRulesParams& params, const OrchIpcCbFunc& cb,
+                          const OrchIpcErrCbFunc& errCb);
+
     void getCustomerLogo(const QString& customerId, const OrchIpcCbFunc& cb,
                          const OrchIpcErrCbFunc& errCb);
 

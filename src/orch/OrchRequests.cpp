@@ -1,92 +1,15 @@
 #include "orch/OrchRequests.h"
 
-#include "app/Product.h"
 #include "orch/OrchAddress.h"
+#include "orch/RequestParts.h"
 
 #include <QJsonArray>
-#include <QJsonDocument>
+
+using namespace requestparts;
 
 namespace {
 
 using Method = OrchRequest::Method;
-using Fields = QList<QPair<QString, QString>>;
-
-constexpr char kJson[] = "application/json";
-constexpr char kForm[] = "application/x-www-form-urlencoded";
-
-QString version()
-{
-    return QString::fromLatin1(product::kVersion);
-}
-QString model()
-{
-    return QString::fromLatin1(product::kModel);
-}
-
-OrchRequest makeRequest(Method method, const QString& url, const QString& serial)
-{
-    OrchRequest request;
-    request.method = method;
-    request.url = QUrl(url);
-    request.headers.append({QByteArrayLiteral("sn"), serial.toUtf8()});
-    return request;
-}
-
-void addCustomer(OrchRequest& request, const QString& customerId)
-{
-    request.headers.append({QByteArrayLiteral("customerId"), customerId.toUtf8()});
-}
-
-void addType(OrchRequest& request)
-{
-    request.headers.append({QByteArrayLiteral("type"), QByteArray(product::kModel)});
-}
-
-void addToken(OrchRequest& request, const QString& token)
-{
-    request.headers.append({QByteArrayLiteral("X-TQ-AUTH-HEADER"), token.toUtf8()});
-}
-
-OrchRequest customerPost(const QString& url, const OrchIdentity& identity, const char* contentType,
-                         const QByteArray& body)
-{
-    OrchRequest request = makeRequest(Method::Post, url, identity.serial);
-    addCustomer(request, identity.customerId);
-    request.headers.prepend({QByteArrayLiteral("Content-Type"), contentType});
-    request.body = body;
-    return request;
-}
-
-OrchRequest jsonPost(const QString& url, const OrchIdentity& identity, const QJsonObject& body)
-{
-    return customerPost(url, identity, kJson, QJsonDocument(body).toJson(QJsonDocument::Compact));
-}
-
-/// On behalf of a logged-in user.
-OrchRequest sessionPost(const QString& url, const OrchIdentity& identity, const QJsonObject& body)
-{
-    OrchRequest request = jsonPost(url, identity, body);
-    addToken(request, identity.token);
-    addType(request);
-    return request;
-}
-
-/// In the given order, every value percent-encoded ("+" too, which a form reads as a space).
-OrchRequest formPost(const QString& url, const OrchIdentity& identity, const Fields& fields)
-{
-    QByteArray body;
-    for (const auto& field : fields) {
-        if (!body.isEmpty())
-            body += '&';
-        body += QUrl::toPercentEncoding(field.first) + '=' + QUrl::toPercentEncoding(field.second);
-    }
-    return customerPost(url, identity, kForm, body);
-}
-
-qint64 numericId(const QString& customerId)
-{
-    return customerId.toLongLong();
-}
 
 QJsonObject logoResource(const char* key, const char* file, int height)
 {
@@ -94,12 +17,6 @@ QJsonObject logoResource(const char* key, const char* file, int height)
             {QStringLiteral("clientName"), QLatin1String(file)},
             {QStringLiteral("dpi"), 96},
             {QStringLiteral("heightPixel"), height}};
-}
-
-void setUnlessEmpty(QJsonObject& body, const char* key, const QString& value)
-{
-    if (!value.isEmpty())
-        body.insert(QLatin1String(key), value);
 }
 
 QJsonObject loginBody(const ipc::LoginParams& params, const QJsonObject& clientInfo)
@@ -185,8 +102,7 @@ OrchRequest login(const QString& authUrl, const QString& serial, const ipc::Logi
 
 OrchRequest asyncAuthPoll(const QString& serial, const ipc::AsyncAuthPollParams& params)
 {
-    OrchRequest request =
-        customerPost(params.pollUrl, {serial, params.customerId, {}}, kJson, QByteArray());
+    OrchRequest request = emptyPost(params.pollUrl, {serial, params.customerId, {}});
     addType(request);
     return request;
 }

@@ -142,6 +142,33 @@ struct ResetPasswdTypeParams
     int rsaType = PKCS1v15;
 };
 
+struct SmsLoginParams
+{
+    QString customerId;
+    QString username;
+    QString password;         ///< as typed
+    QString token;            ///< a remembered session token; then no password is sent
+    QString verifyNum;        ///< the code received
+    QString requestIdForPoll; ///< of an approval that was given; empty: none is sent
+    QString deviceId;
+    bool autoLogin = false;
+};
+
+struct RecoverOtpParams
+{
+    QString customerId;
+    QString otpMiddleToken; ///< of the login that waits for its authenticator code
+    QString recoverCode;
+};
+
+struct BindDeviceParams
+{
+    QString customerId;
+    QString username;
+    QString deviceId;
+    QString token; ///< secret: from the refused login
+};
+
 struct PasswdRulesParams
 {
     QString customerId;
