@@ -65,6 +65,9 @@ DlgLogin::DlgLogin(QWidget* parent)
     restoreFields();
     wireSteps();
     wireNotices();
+    wireSms();
+    wireAuthenticator();
+    wirePasswordPages();
     Log::clearLog();
     parseAppArguments();
     startByItself();
@@ -150,10 +153,6 @@ void DlgLogin::wireSteps()
     connect(m_customer, &CustomerStep::done, this, &DlgLogin::checkUpgrade);
 
     connect(m_request, &LoginRequest::accepted, this, &DlgLogin::loginAccepted);
-    connect(m_request, &LoginRequest::passwordChangeForced, this, [this] {
-        ui->password->clear();
-        endLoginAttempt(errorText(ErrorText::LoginReplyUnusable)); // there is no page for it yet
-    });
     connect(m_request, &LoginRequest::idle, this, [this] {
         m_ConnectSlowWarningTimer->stop();
         restoreLoginPage();

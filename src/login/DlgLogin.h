@@ -104,6 +104,9 @@ private:
     void restoreFields();
     void wireSteps();
     void wireNotices();
+    void wireSms();
+    void wireAuthenticator();
+    void wirePasswordPages();
     void parseAppArguments();
     void startByItself();
     void connectInputs();

@@ -48,6 +48,15 @@ void DlgLoginUi::showFieldIcon(EntryField* field, bool focused)
     field->setPicture(pictureIcon(name + QLatin1String(focused ? "_on.png" : ".png")));
 }
 
+void DlgLoginUi::setPage(int number, QWidget* page)
+{
+    while (stackedWidget->count() <= number)
+        stackedWidget->addWidget(new QWidget(stackedWidget));
+    QWidget* const former = stackedWidget->widget(number);
+    stackedWidget->insertWidget(number, page);
+    delete former; // leaves its number to the new page
+}
+
 DlgLoginUi::DlgLoginUi(QDialog* window)
 {
     window->setFixedSize(kWidth, kHeight);

@@ -40,6 +40,9 @@ public:
     QPushButton* btnForgetPasswd;
     QPushButton* backBtn_2;
 
+    /// Makes `page` the one with this number; the window owns it.
+    void setPage(int number, QWidget* page);
+
     /// Swaps a field's leading icon between its plain and its focused variant.
     static void showFieldIcon(EntryField* field, bool focused);
 

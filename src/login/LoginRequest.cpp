@@ -64,6 +64,11 @@ void LoginRequest::forgetAuthenticator()
     m_verifyNum.clear();
 }
 
+void LoginRequest::setOtpMiddleToken(const QString& otpMiddleToken)
+{
+    m_otpMiddleToken = otpMiddleToken;
+}
+
 bool LoginRequest::isApproved() const
 {
     return parent()->property(kAsynAuth).toBool();
@@ -196,7 +201,9 @@ void LoginRequest::_requestLoginSuccHandler(const OrchReply& reply)
     case LoginFollowUp::ApprovalOver:
         return emit ended(errorText(ErrorText::ApprovalTimeout));
     case LoginFollowUp::Sms:
+        return emit smsNeeded(answer.phoneNumber, answer.middleToken);
     case LoginFollowUp::Authenticator:
+        return emit authenticatorNeeded(answer.otpLogin, answer.otpKey, m_otpMiddleToken);
     case LoginFollowUp::Unusable:
         return emit ended(errorText(ErrorText::LoginReplyUnusable));
     }
@@ -243,8 +250,9 @@ void LoginRequest::_requestLoginFailedHandler(const OrchReply& reply)
     QString bindUser;
     QString bindToken;
     if (isDeviceBing(reply, bindUser, bindToken))
-        return emit ended(errorText(ErrorText::LoginReplyUnusable));
-    emit refused(reply);
+        emit bindingDemanded(bindUser, bindToken);
+    else
+        emit refused(reply);
     if (!refusal.startAgain)
         return;
     forgetAuthenticator();

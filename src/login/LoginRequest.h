@@ -28,6 +28,9 @@ public:
     /// Starts with the public key.
     void obtainPubKey();
 
+    /// A recovered authenticator has given the login under way a new intermediate token.
+    void setOtpMiddleToken(const QString& otpMiddleToken);
+
     /// Submits a six-digit authenticator code (RFC 6238) for the login under way.
     void onVerifyBtnClicked(const QString& verifyNum);
 
@@ -48,6 +51,14 @@ signals:
     void accepted();
     /// The token is saved, but the password must be changed first, for these reasons.
     void passwordChangeForced(const QString& reasonCn, const QString& reasonEn);
+    /// A code goes to this phone; `middleToken`, a secret, lets it be sent.
+    void smsNeeded(const QString& phoneNumber, const QString& middleToken);
+    /// A code of the authenticator is wanted. Without `otpLogin` none is bound yet, and `otpKey`
+    /// is the secret to bind; `otpMiddleToken` is a secret too.
+    void authenticatorNeeded(bool otpLogin, const QString& otpKey, const QString& otpMiddleToken);
+    /// This device must be associated with the account first; without `token`, a secret, only an
+    /// administrator can.
+    void bindingDemanded(const QString& user, const QString& token);
     /// There is nothing to send.
     void idle();
     /// The attempt has ended with this text.
