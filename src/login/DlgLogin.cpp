@@ -5,6 +5,7 @@
 #include "app/NamedTimer.h"
 #include "app/Platform.h"
 #include "app/Product.h"
+#include "login/AuthenticatorStep.h"
 #include "login/CustomerStep.h"
 #include "login/DlgLoginUi.h"
 #include "login/LoginInput.h"
@@ -55,6 +56,7 @@ DlgLogin::DlgLogin(QWidget* parent)
     : QDialog(parent), ui(std::make_unique<DlgLoginUi>(this)),
       promptWidge(new WidgetTopPrompt(this)), m_context([this] { return fields(); }),
       m_customer(new CustomerStep(m_context, this)), m_request(new LoginRequest(m_context, this)),
+      m_authenticator(new AuthenticatorStep(m_context, this)),
       m_upgrade(new UpgradeWatch(this, false)), m_maintenance(new MaintenanceWatch(this)),
       m_ConnectSlowWarningTimer(makeTimer(this, "m_ConnectSlowWarningTimer", kSlowConnectionMs,
                                           &DlgLogin::showConnectionSlowWarning))

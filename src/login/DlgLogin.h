@@ -10,6 +10,7 @@
 
 #include <memory>
 
+class AuthenticatorStep;
 class CustomerStep;
 class DlgLoginUi;
 class LoginRequest;
@@ -37,6 +38,8 @@ struct LoginFailure;
 ///     login page ----------- by hand: wait for Login
 ///        | saved account with Auto Login, or Login pressed (through MaintenanceWatch again)
 ///     LoginRequest       public key, login, approval
+///        |
+///     AuthenticatorStep  the account asks for the code of an authenticator
 class DlgLogin : public QDialog
 {
     Q_OBJECT
@@ -141,6 +144,7 @@ private:
     LoginContext m_context;
     CustomerStep* m_customer;
     LoginRequest* m_request;
+    AuthenticatorStep* m_authenticator;
     UpgradeWatch* m_upgrade;
     MaintenanceWatch* m_maintenance;
     QTimer* m_ConnectSlowWarningTimer;

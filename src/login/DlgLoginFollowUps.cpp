@@ -1,10 +1,16 @@
 // The login window and what may follow a login's answer: a code by SMS, a device to be associated,
 // an authenticator, a password to be changed.
 
+#include "login/AuthenticatorStep.h"
 #include "login/DlgLogin.h"
 #include "login/DlgLoginUi.h"
 #include "login/LoginRequest.h"
+#include "login/OtpAuthPage.h"
+#include "login/OtpVerifyPage.h"
 #include "orch/ErrorCatalogue.h"
+#include "widgets/WidgetTopPrompt.h"
+
+#include <QTimer>
 
 void DlgLogin::wireSms()
 {
@@ -16,8 +22,32 @@ void DlgLogin::wireSms()
 
 void DlgLogin::wireAuthenticator()
 {
-    connect(m_request, &LoginRequest::authenticatorNeeded, this,
-            [this] { endLoginAttempt(errorText(ErrorText::LoginReplyUnusable)); });
+    ui->setPage(DLG_OTP_AUTH_PAGE, m_authenticator->authPage());
+    ui->setPage(DLG_OTP_VERIFY_PAGE, m_authenticator->verifyPage());
+
+    connect(m_request, &LoginRequest::authenticatorNeeded, m_ConnectSlowWarningTimer,
+            &QTimer::stop);
+    connect(m_request, &LoginRequest::authenticatorNeeded, m_authenticator,
+            &AuthenticatorStep::handleOtpLogin);
+    connect(m_request, &LoginRequest::authenticatorOver, m_authenticator,
+            &AuthenticatorStep::forget);
+    const auto show = [this](LOGIN_PAGE page) {
+        promptWidge->hidePrompt();
+        changeCurPage(page);
+    };
+    connect(m_authenticator, &AuthenticatorStep::bindingPageWanted, this,
+            [show] { show(DLG_OTP_AUTH_PAGE); });
+    connect(m_authenticator, &AuthenticatorStep::codePageWanted, this,
+            [show] { show(DLG_OTP_VERIFY_PAGE); });
+    connect(m_authenticator, &AuthenticatorStep::backWanted, this, &DlgLogin::on_backBtn_clicked);
+    connect(m_authenticator, &AuthenticatorStep::codeEntered, m_request,
+            &LoginRequest::onVerifyBtnClicked);
+    connect(m_authenticator, &AuthenticatorStep::otpMiddleTokenChanged, m_request,
+            &LoginRequest::setOtpMiddleToken);
+    connect(m_authenticator, &AuthenticatorStep::error, this, &DlgLogin::showError);
+    connect(m_authenticator, &AuthenticatorStep::copied, this, [this](const QString& text) {
+        promptWidge->showPrompt(WidgetTopPrompt::SHOW_SUCCESS, text, true);
+    });
 }
 
 void DlgLogin::wirePasswordPages()

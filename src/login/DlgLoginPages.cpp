@@ -2,6 +2,7 @@
 // with what the user types.
 
 #include "app/ConfigUtil.h"
+#include "login/AuthenticatorStep.h"
 #include "login/DlgLogin.h"
 #include "login/DlgLoginUi.h"
 #include "login/LoginRequest.h"
@@ -18,7 +19,8 @@
 
 LoginFields DlgLogin::fields() const
 {
-    return {ui->customerId->text(), ui->username->text(), ui->password->text()};
+    return {ui->customerId->text(), ui->username->text(), ui->password->text(),
+            ui->customerIdLabel->text()};
 }
 
 void DlgLogin::changeCurPage(const LOGIN_PAGE& page)
@@ -86,14 +88,14 @@ void DlgLogin::restoreContinue()
 void DlgLogin::_resetAllBtnStyle()
 {
     restoreContinue();
-    ui->btnForgetPasswd->setEnabled(true);
-    onBtnLoginEnableChanged();
+    restoreLoginPage();
 }
 
 void DlgLogin::restoreLoginPage()
 {
     onBtnLoginEnableChanged();
     ui->btnForgetPasswd->setEnabled(true);
+    m_authenticator->restore();
 }
 
 void DlgLogin::onBtnLoginEnableChanged()

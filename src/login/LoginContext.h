@@ -13,7 +13,8 @@ struct LoginFields
 {
     QString customerId;
     QString username;
-    QString password; ///< secret; the mask while a token is remembered
+    QString password;      ///< secret; the mask while a token is remembered
+    QString shownCustomer; ///< the customer ID as the login page shows it
 };
 
 /// What the steps of a login share. The window owns it, and it outlives them. GUI thread.

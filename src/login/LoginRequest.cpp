@@ -40,6 +40,7 @@ LoginRequest::LoginRequest(LoginContext& context, QObject* window)
 void LoginRequest::begin()
 {
     m_inFlight = false;
+    m_verifyNum.clear();
     m_approvalTimer->stop();
     if (!isApproved())
         m_RequestIdForPoll.clear();
@@ -62,6 +63,7 @@ void LoginRequest::forgetAuthenticator()
 {
     m_otpMiddleToken.clear();
     m_verifyNum.clear();
+    emit authenticatorOver();
 }
 
 void LoginRequest::setOtpMiddleToken(const QString& otpMiddleToken)
@@ -182,18 +184,23 @@ void LoginRequest::_requestLoginSuccHandler(const OrchReply& reply)
     const LoginReply answer = LoginReply::fromJson(reply.json());
     keepValues(answer);
 
-    switch (decideLogin(answer, m_otpMiddleToken)) {
+    const LoginFollowUp next = decideLogin(answer, m_otpMiddleToken);
+    if (next != LoginFollowUp::Approval) // after which the code is sent again
+        m_verifyNum.clear();
+    switch (next) {
     case LoginFollowUp::Accept:
         logDisplayInfo(tr("Get token successfully"));
         m_RequestIdForPoll.clear();
         keepRecoverCodes(answer);
         userInfoStorage(answer.token);
+        forgetAuthenticator();
         logDisplayInfo(tr("Authorization succeeded"));
         return emit accepted();
     case LoginFollowUp::ForcedPassword:
         keepRecoverCodes(answer);
         m_sent.password.clear(); // as the field will be
         userInfoStorage(answer.token);
+        forgetAuthenticator();
         return emit passwordChangeForced(answer.needResetPasswordReasonCn,
                                          answer.needResetPasswordReasonEn);
     case LoginFollowUp::Approval:
@@ -241,6 +248,7 @@ void LoginRequest::userInfoStorage(const QString& token)
 void LoginRequest::_requestLoginFailedHandler(const OrchReply& reply)
 {
     m_inFlight = false;
+    m_verifyNum.clear();
     logDisplayInfo(tr("Verification failed"));
     if (reply.status == 502)
         return emit badGateway();
@@ -281,6 +289,7 @@ void LoginRequest::_requestAuthPollSuccHandler(const OrchReply& reply)
         setApproved(true);
         return obtainPubKey();
     case PollNext::TimedOut:
+        m_verifyNum.clear();
         return emit ended(errorText(ErrorText::ApprovalTimeout));
     case PollNext::PollAgain:
         m_approvalTimer->start(qBound(0, m_AuthResultCheckInterval, kLongestPollSeconds) * 1000);
@@ -289,6 +298,7 @@ void LoginRequest::_requestAuthPollSuccHandler(const OrchReply& reply)
 
 void LoginRequest::_requestAuthPollFailedHandler(const OrchReply& reply)
 {
+    m_verifyNum.clear();
     logDisplayCritical(tr("Asynchronous authenticatin failed"));
     emit refused(reply);
 }

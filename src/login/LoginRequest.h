@@ -69,6 +69,8 @@ signals:
     void badGateway();
     /// The refusal ends the authenticator's step for good: back to the login page.
     void startAgain();
+    /// The authenticator's step is over, in whatever way.
+    void authenticatorOver();
     /// A code is submitted.
     void submitted();
 

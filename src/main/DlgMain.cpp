@@ -30,7 +30,14 @@
 #include <QPainterPath>
 #include <QPushButton>
 #include <QRegion>
+#include <QTimer>
 #include <QToolButton>
+
+namespace {
+
+constexpr int kRecoveryCodesMs = 500; // once the window stands
+
+} // namespace
 
 int& DlgMain::dispatchPort = dispatch::port;
 
@@ -55,6 +62,7 @@ DlgMain::DlgMain(QWidget* parent)
     m_session->checkAndClearDB();
     on_btnConnect_clicked();
     aboutBtnCSS = ui->btnAbout->styleSheet();
+    QTimer::singleShot(kRecoveryCodesMs, this, &DlgMain::showRecoveryCodeDlg);
     m_upgrade->checkUpgrade(false);
 }
 

@@ -107,6 +107,7 @@ private:
     void wireExit();
     void wireNotices();
     void listen();
+    void showRecoveryCodeDlg();
 
     // Session (DlgMainSession.cpp)
     void beginAttempt(const FailedDiagnosis& diagnosis);

@@ -1,7 +1,9 @@
 // The main window's pages and window behaviour.
 
+#include "app/ConfigUtil.h"
 #include "app/Log.h"
 #include "app/Platform.h"
+#include "login/OtpRecoverCodeDlg.h"
 #include "main/DlgMain.h"
 #include "main/DlgMainUi.h"
 #include "main/HomePage.h"
@@ -9,6 +11,7 @@
 #include "main/TrayIcon.h"
 #include "maintenance/MaintenanceWatch.h"
 #include "upgrade/UpgradeWatch.h"
+#include "widgets/DialogFrame.h"
 #include "widgets/FramelessDrag.h"
 #include "widgets/WidgeAbout.h"
 #include "widgets/WidgetTopPrompt.h"
@@ -121,6 +124,18 @@ void DlgMain::showError(const QString& text)
 void DlgMain::showWarning(const QString& text)
 {
     promptWidge->showPrompt(WidgetTopPrompt::SHOW_WARNING, text, true);
+}
+
+// The codes stay in the settings until the user has closed the dialog, and are never shown again.
+void DlgMain::showRecoveryCodeDlg()
+{
+    const QStringList codes = ConfigUtil::getvalue(ConfigUtil::OTP_RECOVER_CODE, {}).toStringList();
+    if (codes.isEmpty())
+        return;
+    auto* dialog = new OtpRecoverCodeDlg(codes, this);
+    connect(dialog, &QDialog::finished, dialog,
+            [] { ConfigUtil::writeValue(ConfigUtil::OTP_RECOVER_CODE, QStringList()); });
+    runAndDelete(dialog);
 }
 
 // Window

@@ -134,6 +134,14 @@ OrchTexts OrchTexts::shared()
         [](int code) { return OrchErrRes::getInstance()->isVersionLow(code); }};
 }
 
+QString requestFailureText(const OrchReply& reply, const OrchTexts& texts)
+{
+    if (reply.body.isEmpty() && reply.error != QNetworkReply::NoError)
+        return reply.errorString;
+    const QString text = reply.body.isEmpty() ? QString() : texts.content(reply);
+    return text.isEmpty() ? errorText(ErrorText::SystemErrorNoErrorText, reply.status) : text;
+}
+
 LoginFailure loginFailure(const OrchReply& reply, bool verifyingCustomer, const OrchTexts& texts)
 {
     LoginFailure result;

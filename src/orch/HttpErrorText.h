@@ -30,6 +30,9 @@ struct OrchTexts
     static OrchTexts shared();
 };
 
+/// The text for a request that failed before a session, in a dialog of its own.
+QString requestFailureText(const OrchReply& reply, const OrchTexts& texts);
+
 /// What the login window does about a failure, in this order.
 struct LoginFailure
 {

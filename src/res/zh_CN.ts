@@ -13,6 +13,13 @@
     </message>
 </context>
 <context>
+    <name>AuthenticatorStep</name>
+    <message>
+        <source>Copied to clipboard</source>
+        <translation>已复制到剪贴板</translation>
+    </message>
+</context>
+<context>
     <name>CommonTipsDialog</name>
     <message>
         <source>Confirm</source>
@@ -756,10 +763,137 @@ Intranet Mode</source>
     </message>
 </context>
 <context>
+    <name>OtpAuthPage</name>
+    <message>
+        <source>Binding Authenticator</source>
+        <translation>绑定身份验证器</translation>
+    </message>
+    <message>
+        <source>Please download the authenticator (e.g. Tarvelin Authenticator,Microsoft Authenticator, etc.) on your phone, bind the authenticator by scanning the QR code or copying the key.</source>
+        <translation>请在手机上下载身份验证器（如 Tarvelin Authenticator、Microsoft Authenticator 等），通过扫描二维码或复制密钥来绑定身份验证器。</translation>
+    </message>
+    <message>
+        <source>View Instructions</source>
+        <translation>查看绑定说明</translation>
+    </message>
+    <message>
+        <source>Copy Username</source>
+        <translation>复制用户名</translation>
+    </message>
+    <message>
+        <source>Copy the Key</source>
+        <translation>复制密钥</translation>
+    </message>
+    <message>
+        <source>Next</source>
+        <translation>下一步</translation>
+    </message>
+    <message>
+        <source>Back</source>
+        <translation>返回</translation>
+    </message>
+    <message>
+        <source>Scan QR Code</source>
+        <translation>扫描二维码</translation>
+    </message>
+    <message>
+        <source>QR code</source>
+        <translation>二维码</translation>
+    </message>
+</context>
+<context>
     <name>OtpBaseDlg</name>
     <message>
         <source>Close</source>
         <translation>关闭</translation>
+    </message>
+</context>
+<context>
+    <name>OtpInstructionDlg</name>
+    <message>
+        <source>Binding Instructions</source>
+        <translation>绑定说明</translation>
+    </message>
+    <message>
+        <source>1. Open the authenticator.
+2. Click the plus sign.
+3. Choose a way to bind the authenticator.
+4. Scan the QR code, or fill in the username and the key.
+5. Complete binding, then you can see the 6-digit number as one time password, which will be used later verification process.</source>
+        <translation>1. 打开身份验证器。
+2. 点击加号。
+3. 选择绑定身份验证器的方式。
+4. 扫描二维码，或填写用户名和密钥。
+5. 绑定完成后，即可看到 6 位数字的一次性密码，用于后续验证。</translation>
+    </message>
+</context>
+<context>
+    <name>OtpRecoverCodeDlg</name>
+    <message>
+        <source>Please copy your recovery codes and save them properly.</source>
+        <translation>请复制您的恢复码并妥善保存。</translation>
+    </message>
+    <message>
+        <source>If you lose your phone or have difficulty receiving the one time password, these recovery codes help regain access to your account and each of them is available for one time only, otherwise you will have no access to your account.</source>
+        <translation>如果您丢失手机或无法获取一次性密码，可使用恢复码重新登录账号，每个恢复码只能使用一次；没有恢复码，您将无法登录账号。</translation>
+    </message>
+    <message>
+        <source>Recovery codes</source>
+        <translation>恢复码</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>复制</translation>
+    </message>
+    <message>
+        <source>Copied to clipboard</source>
+        <translation>已复制到剪贴板</translation>
+    </message>
+</context>
+<context>
+    <name>OtpResetOtpTipDlg</name>
+    <message>
+        <source>When you lose your phone, you can reset the binding relationship with the authenticator through the recovery code, or contact the network administrator to reset it for you.</source>
+        <translation>如果您的手机丢失，可以使用恢复码重置与身份验证器的绑定关系，或联系网络管理员为您重置。</translation>
+    </message>
+    <message>
+        <source>Paste Recovery Code Here</source>
+        <translation>在此粘贴恢复码</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Reset</source>
+        <translation>重置</translation>
+    </message>
+    <message>
+        <source>Error Info: %1</source>
+        <translation>错误信息：%1</translation>
+    </message>
+    <message>
+        <source>The recovery code should consist of 16 letters and numbers</source>
+        <translation>恢复码应由 16 位字母和数字组成</translation>
+    </message>
+</context>
+<context>
+    <name>OtpVerifyPage</name>
+    <message>
+        <source>Please enter the 6-digit authentication numbers shown in authenticator.</source>
+        <translation>请输入身份验证器中显示的 6 位验证码。</translation>
+    </message>
+    <message>
+        <source>Verify</source>
+        <translation>验证</translation>
+    </message>
+    <message>
+        <source>Lost Your Phone?</source>
+        <translation>手机丢失？</translation>
+    </message>
+    <message>
+        <source>Back</source>
+        <translation>返回</translation>
     </message>
 </context>
 <context>
@@ -857,6 +991,29 @@ Intranet Mode</source>
     <message>
         <source>Discover a new version </source>
         <translation>发现新版本 </translation>
+    </message>
+</context>
+<context>
+    <name>VerifyNumInputWidget</name>
+    <message>
+        <source>Authentication code</source>
+        <translation>验证码</translation>
+    </message>
+    <message>
+        <source>Digit %1 of %2</source>
+        <translation>第 %1 位，共 %2 位</translation>
+    </message>
+    <message>
+        <source>empty</source>
+        <translation>空</translation>
+    </message>
+    <message>
+        <source>%1 of %2 digits entered</source>
+        <translation>已输入 %1 位，共 %2 位</translation>
+    </message>
+    <message>
+        <source>Paste</source>
+        <translation>粘贴</translation>
     </message>
 </context>
 <context>

@@ -88,6 +88,12 @@ void OtpBaseDlg::onCloseBtnClicked()
     reject();
 }
 
+void OtpBaseDlg::showEvent(QShowEvent* event)
+{
+    QDialog::showEvent(event);
+    centerOver(this, parentWidget());
+}
+
 void OtpBaseDlg::resizeEvent(QResizeEvent* event)
 {
     QDialog::resizeEvent(event);

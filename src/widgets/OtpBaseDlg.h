@@ -29,6 +29,8 @@ protected:
     /// What the close button does: rejects the dialog.
     virtual void onCloseBtnClicked();
     void resizeEvent(QResizeEvent* event) override;
+    /// Centres the dialog over its parent.
+    void showEvent(QShowEvent* event) override;
 
     QWidget* m_contentWidget;
     QPoint m_dragPos;

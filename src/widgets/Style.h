@@ -12,7 +12,8 @@ QString styleSheetFor(const char* window);
 
 /// Gives a widget one of the looks that the style sheets know, as the dynamic property "role":
 ///  - push buttons: "primary", "secondary", "link";
-///  - labels: "text", "title", "heading", "secondary", "hint", "value", "accent";
+///  - labels: "text", "title", "heading", "secondary", "hint", "value", "accent",
+///    "cell", "activeCell";
 ///  - line edits: "field"; frames: "card", "line"; text boxes: "panel".
 /// Takes effect at once, also on a widget that is already shown.
 void setRole(QWidget* widget, const char* role);

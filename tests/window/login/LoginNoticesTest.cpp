@@ -169,8 +169,6 @@ private slots:
             "tmpb");
         row("message code", "'code':0,'middleToken':'mid9secret','phoneNumber':'1'", "6014 ",
             "tmpb");
-        row("authenticator", "'code':0,'otpMiddleToken':'otp9secret','otpKey':'k9secret'", "6014 ",
-            "tmpb");
         row("password change", "'code':0,'X-TQ-AUTH-HEADER':'tok9secret','needResetPassword':true",
             "6014 ", "nu");
     }
