@@ -4,6 +4,7 @@
 #include "app/Log.h"
 #include "app/LogMarker.h"
 #include "app/LogModel.h"
+#include "app/NamedTimer.h"
 #include "app/Product.h"
 #include "app/SingleApp.h"
 #include "dispatch/tarvelinGetFlowStatistics.h"
@@ -62,7 +63,10 @@ DlgMain::DlgMain(QWidget* parent)
     m_session->checkAndClearDB();
     on_btnConnect_clicked();
     aboutBtnCSS = ui->btnAbout->styleSheet();
-    QTimer::singleShot(kRecoveryCodesMs, this, &DlgMain::showRecoveryCodeDlg);
+    QTimer* codes =
+        makeTimer(this, "recoveryCodesTimer", kRecoveryCodesMs, &DlgMain::showRecoveryCodeDlg);
+    codes->setSingleShot(true);
+    codes->start();
     m_upgrade->checkUpgrade(false);
 }
 
