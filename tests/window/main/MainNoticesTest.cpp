@@ -1,6 +1,7 @@
 #include "upgrade/DlgUpgrade.h"
 #include "window/main/SessionScene.h"
 
+#include <QClipboard>
 #include <QFocusEvent>
 
 namespace {
@@ -143,6 +144,18 @@ private slots:
         QVERIFY(!version->isEnabled());
         fire("m_checkUpgradeTimer");
         QTRY_COMPARE(asked(kUpgrade), 3);
+    }
+
+    void recoveryCodesAreShownOnce()
+    {
+        save(ConfigUtil::OTP_RECOVER_CODE, QStringList{"ABCD1234", "EFGH5678"});
+        ModalGuard codes("OtpRecoverCodeDlg",
+                         [](QDialog* dialog) { part<QPushButton>(dialog, "btnCopy")->click(); });
+        openIdle();
+        QTRY_VERIFY(codes.seen());
+        QCOMPARE(QApplication::clipboard()->text(), "ABCD1234\nEFGH5678");
+        fire("recoveryCodesTimer"); // would not come back with a dialog
+        QVERIFY(!logged("ABCD1234"));
     }
 
 private:
