@@ -26,5 +26,6 @@ OtpInstructionDlg::OtpInstructionDlg(QWidget* parent) : OtpBaseDlg(parent)
     column->setSpacing(12);
     column->addWidget(makeLabel(contentWidget(), "labelTitle", "title", windowTitle()));
     column->addWidget(text);
+    m_closeBtn->setDefault(true); // Return closes it too
     m_closeBtn->setFocus();
 }
