@@ -7,8 +7,8 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QLabel>
-#include <QPlainTextEdit>
 #include <QPushButton>
+#include <QTextEdit>
 #include <QVBoxLayout>
 
 namespace {
@@ -28,7 +28,7 @@ QString dotted(const QStringList& codes)
 
 OtpRecoverCodeDlg::OtpRecoverCodeDlg(const QStringList& codes, QWidget* parent)
     : OtpBaseDlg(parent), m_codeList(codes),
-      m_codeEdit(named(new QPlainTextEdit(dotted(codes), contentWidget()), "m_codeEdit")),
+      m_codeEdit(named(new QTextEdit(contentWidget()), "m_codeEdit")),
       m_topPrompt(new WidgetTopPrompt(parent ? parent : this))
 {
     setObjectName(QStringLiteral("OtpRecoverCodeDlg"));
@@ -46,6 +46,7 @@ OtpRecoverCodeDlg::OtpRecoverCodeDlg(const QStringList& codes, QWidget* parent)
     setAccessibleDescription(text->text());
 
     setRole(m_codeEdit, "panel");
+    m_codeEdit->setPlainText(dotted(codes));
     m_codeEdit->setReadOnly(true);
     m_codeEdit->setTabChangesFocus(true);
     m_codeEdit->setFixedHeight(kCodesHeight);

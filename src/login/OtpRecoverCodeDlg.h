@@ -4,7 +4,7 @@
 
 #include <QStringList>
 
-class QPlainTextEdit;
+class QTextEdit;
 class WidgetTopPrompt;
 
 /// Shows the recovery codes of an authenticator, which the user is given once. GUI thread.
@@ -21,6 +21,6 @@ private:
     void copy();
 
     QStringList m_codeList;
-    QPlainTextEdit* m_codeEdit;
+    QTextEdit* m_codeEdit;
     WidgetTopPrompt* m_topPrompt;
 };
