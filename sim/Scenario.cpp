@@ -98,6 +98,21 @@ QStringList mergeObject(QJsonObject& target, const QString& name, const QJsonVal
     return {};
 }
 
+const QMap<QString, QJsonObject Scenario::*>& replyObjects()
+{
+    static const QMap<QString, QJsonObject Scenario::*> all{
+        {QStringLiteral("authConfigReply"), &Scenario::authConfigReply},
+        {QStringLiteral("upgradeReply"), &Scenario::upgradeReply},
+        {QStringLiteral("noticeReply"), &Scenario::noticeReply},
+        {QStringLiteral("connectReply"), &Scenario::connectReply},
+        {QStringLiteral("heartbeatReply"), &Scenario::heartbeatReply},
+        {QStringLiteral("logoReply"), &Scenario::logoReply},
+        {QStringLiteral("resetModeReply"), &Scenario::resetModeReply},
+        {QStringLiteral("passwordRules"), &Scenario::passwordRules},
+        {QStringLiteral("errorResource"), &Scenario::errorResource}};
+    return all;
+}
+
 QString address(int number)
 {
     return QStringLiteral("%1.%2.%3.%4")
@@ -234,21 +249,12 @@ Scenario::Scenario()
 
 QStringList Scenario::apply(const QJsonObject& json)
 {
-    const QMap<QString, QJsonObject*> objects{{QStringLiteral("authConfigReply"), &authConfigReply},
-                                              {QStringLiteral("upgradeReply"), &upgradeReply},
-                                              {QStringLiteral("noticeReply"), &noticeReply},
-                                              {QStringLiteral("connectReply"), &connectReply},
-                                              {QStringLiteral("heartbeatReply"), &heartbeatReply},
-                                              {QStringLiteral("logoReply"), &logoReply},
-                                              {QStringLiteral("resetModeReply"), &resetModeReply},
-                                              {QStringLiteral("passwordRules"), &passwordRules},
-                                              {QStringLiteral("errorResource"), &errorResource}};
     QStringList refused;
     for (auto it = json.begin(); it != json.end(); ++it) {
         const QString& name = it.key();
         const QJsonValue value = it.value();
-        if (QJsonObject* target = objects.value(name)) {
-            refused += mergeObject(*target, name, value);
+        if (const auto member = replyObjects().value(name)) {
+            refused += mergeObject(this->*member, name, value);
         } else if (name == QLatin1String("privacyVersion") && value.isString()) {
             privacyVersion = value.toString();
         } else if (name == QLatin1String("errorResourceVersion") && value.isString()) {
@@ -271,14 +277,12 @@ QJsonObject Scenario::toJson() const
     QJsonArray types;
     for (int type : rsaTypes)
         types.append(type);
-    return {{QStringLiteral("authConfigReply"), authConfigReply},
-            {QStringLiteral("upgradeReply"), upgradeReply},
-            {QStringLiteral("noticeReply"), noticeReply},
-            {QStringLiteral("connectReply"), connectReply},
-            {QStringLiteral("heartbeatReply"), heartbeatReply},
-            {QStringLiteral("privacyVersion"), privacyVersion},
-            {QStringLiteral("errorResourceVersion"), errorResourceVersion},
-            {QStringLiteral("rsaTypes"), types}};
+    QJsonObject json{{QStringLiteral("privacyVersion"), privacyVersion},
+                     {QStringLiteral("errorResourceVersion"), errorResourceVersion},
+                     {QStringLiteral("rsaTypes"), types}};
+    for (auto it = replyObjects().begin(); it != replyObjects().end(); ++it)
+        json.insert(it.key(), this->*it.value());
+    return json;
 }
 
 QByteArray makeFilterDocument(int inclusive, int exclusive, int duplicates)
