@@ -13,6 +13,37 @@ QJsonObject object(const char* text)
     return QJsonDocument::fromJson(text).object();
 }
 
+/// One account of the same customer for each further step of a login.
+QVector<Account> factorAccounts(const Account& base)
+{
+    const auto named = [&base](const char* name, const char* password) {
+        Account account = base;
+        account.username = QLatin1String(name) + QStringLiteral("@acme.example");
+        account.password = QLatin1String(password);
+        return account;
+    };
+    Account sara = named("sara", "Sms-code-44");
+    sara.factor = Account::Factor::Sms;
+    sara.phone = QStringLiteral("+8613800138000");
+    Account otto = named("otto", "Otp-bind-55");
+    otto.factor = Account::Factor::Authenticator;
+    Account olga = named("olga", "Otp-code-66");
+    olga.factor = Account::Factor::Authenticator;
+    olga.otpBound = true;
+    olga.otpSecret = QStringLiteral("JBSWY3DPEHPK3PXP");
+    olga.recoveryCodes =
+        QStringList{QStringLiteral("ABCD1234EFGH5678"), QStringLiteral("IJKL9012MNOP3456")};
+    Account dave = named("dave", "Device-ask-77");
+    dave.deviceRule = Account::DeviceRule::AskWithToken;
+    Account dora = named("dora", "Device-copy-88");
+    dora.deviceRule = Account::DeviceRule::AskWithoutToken;
+    Account fred = named("fred", "First-pass-1");
+    fred.mustChangePassword = true;
+    fred.changeReasonEn = QStringLiteral("Your password was set by the administrator.");
+    fred.changeReasonCn = QStringLiteral("您的密码由管理员设置。");
+    return {sara, otto, olga, dave, dora, fred};
+}
+
 QVector<Account> defaultAccounts()
 {
     QVector<Account> accounts;
@@ -21,7 +52,12 @@ QVector<Account> defaultAccounts()
     account.customerId = 1001;
     account.username = QStringLiteral("alice@acme.example");
     account.password = QStringLiteral("Wonder-land1");
+    account.phone = QStringLiteral("13912345678");
+    account.mailbox = QStringLiteral("alice@mail.example");
     accounts.append(account);
+    accounts += factorAccounts(account);
+    account.phone.clear();
+    account.mailbox.clear();
 
     account.username = QStringLiteral("carol@acme.example");
     account.password = QStringLiteral("Wait-a-bit3");
@@ -62,6 +98,21 @@ QStringList mergeObject(QJsonObject& target, const QString& name, const QJsonVal
     return {};
 }
 
+const QMap<QString, QJsonObject Scenario::*>& replyObjects()
+{
+    static const QMap<QString, QJsonObject Scenario::*> all{
+        {QStringLiteral("authConfigReply"), &Scenario::authConfigReply},
+        {QStringLiteral("upgradeReply"), &Scenario::upgradeReply},
+        {QStringLiteral("noticeReply"), &Scenario::noticeReply},
+        {QStringLiteral("connectReply"), &Scenario::connectReply},
+        {QStringLiteral("heartbeatReply"), &Scenario::heartbeatReply},
+        {QStringLiteral("logoReply"), &Scenario::logoReply},
+        {QStringLiteral("resetModeReply"), &Scenario::resetModeReply},
+        {QStringLiteral("passwordRules"), &Scenario::passwordRules},
+        {QStringLiteral("errorResource"), &Scenario::errorResource}};
+    return all;
+}
+
 QString address(int number)
 {
     return QStringLiteral("%1.%2.%3.%4")
@@ -72,6 +123,29 @@ QString address(int number)
 }
 
 } // namespace
+
+QString Account::remark() const
+{
+    QStringList ways;
+    if (factor == Factor::Sms)
+        ways << QStringLiteral("with a code by SMS");
+    else if (factor == Factor::Authenticator)
+        ways << QStringLiteral("with an authenticator%1, recovery %2")
+                    .arg(otpBound ? QStringLiteral(" of secret ") + otpSecret
+                                  : QStringLiteral(" to be bound"),
+                         recoveryCodes.value(0, QStringLiteral("-")));
+    if (deviceRule == DeviceRule::AskWithToken)
+        ways << QStringLiteral("from an associated device, which can be asked for");
+    else if (deviceRule == DeviceRule::AskWithoutToken)
+        ways << QStringLiteral("from an associated device, asked for by hand");
+    if (approvalPolls > 0)
+        ways << QStringLiteral("once it has been approved");
+    if (mustChangePassword)
+        ways << QStringLiteral("after a change of the password");
+    if (!offersKey)
+        ways << QStringLiteral("without encryption");
+    return ways.join(QStringLiteral(", "));
+}
 
 Fault Fault::withStatus(int status, const QByteArray& body)
 {
@@ -164,25 +238,23 @@ Scenario::Scenario()
         "enablePQC": false})");
     heartbeatReply = object(R"({"code": 0, "success": true, "actionDataList": []})");
     logoReply = object(R"({"code": 0, "data": []})");
+    passwordRules = object(R"({"code": 0, "confirmPwdSame": "The two passwords differ.",
+        "firstPwdRule": [
+            {"pwdRegularStr": ".{8,64}", "clientName": "8 to 64 characters are needed."},
+            {"pwdRegularStr": ".*[0-9].*", "clientName": "At least one digit is needed."},
+            {"pwdRegularStr": ".*[A-Z].*", "clientName": "At least one capital is needed."}]})");
     errorResource = object(kErrorResource);
     filterDocument = makeFilterDocument(2, 3);
 }
 
 QStringList Scenario::apply(const QJsonObject& json)
 {
-    const QMap<QString, QJsonObject*> objects{{QStringLiteral("authConfigReply"), &authConfigReply},
-                                              {QStringLiteral("upgradeReply"), &upgradeReply},
-                                              {QStringLiteral("noticeReply"), &noticeReply},
-                                              {QStringLiteral("connectReply"), &connectReply},
-                                              {QStringLiteral("heartbeatReply"), &heartbeatReply},
-                                              {QStringLiteral("logoReply"), &logoReply},
-                                              {QStringLiteral("errorResource"), &errorResource}};
     QStringList refused;
     for (auto it = json.begin(); it != json.end(); ++it) {
         const QString& name = it.key();
         const QJsonValue value = it.value();
-        if (QJsonObject* target = objects.value(name)) {
-            refused += mergeObject(*target, name, value);
+        if (const auto member = replyObjects().value(name)) {
+            refused += mergeObject(this->*member, name, value);
         } else if (name == QLatin1String("privacyVersion") && value.isString()) {
             privacyVersion = value.toString();
         } else if (name == QLatin1String("errorResourceVersion") && value.isString()) {
@@ -205,14 +277,12 @@ QJsonObject Scenario::toJson() const
     QJsonArray types;
     for (int type : rsaTypes)
         types.append(type);
-    return {{QStringLiteral("authConfigReply"), authConfigReply},
-            {QStringLiteral("upgradeReply"), upgradeReply},
-            {QStringLiteral("noticeReply"), noticeReply},
-            {QStringLiteral("connectReply"), connectReply},
-            {QStringLiteral("heartbeatReply"), heartbeatReply},
-            {QStringLiteral("privacyVersion"), privacyVersion},
-            {QStringLiteral("errorResourceVersion"), errorResourceVersion},
-            {QStringLiteral("rsaTypes"), types}};
+    QJsonObject json{{QStringLiteral("privacyVersion"), privacyVersion},
+                     {QStringLiteral("errorResourceVersion"), errorResourceVersion},
+                     {QStringLiteral("rsaTypes"), types}};
+    for (auto it = replyObjects().begin(); it != replyObjects().end(); ++it)
+        json.insert(it.key(), this->*it.value());
+    return json;
 }
 
 QByteArray makeFilterDocument(int inclusive, int exclusive, int duplicates)
