@@ -4,8 +4,6 @@
 
 #include <qrcodegen.hpp>
 
-#include <QXmlStreamReader>
-
 #include <limits>
 
 class TextTest : public QObject
@@ -102,26 +100,6 @@ private slots:
         QCOMPARE(Util::removeUnvisibleUnicode(QStringLiteral(" \u0001a\u007f\u0085 b\u009f\t ")),
                  QString("a b"));
         QCOMPARE(Util::removeUnvisibleUnicode(QStringLiteral("\u00a0é~")), QString("é~"));
-    }
-
-    void qrCodeAsSvg()
-    {
-        const auto qr = qrcodegen::QrCode::encodeText("otpauth://totp/x?secret=ABC",
-                                                      qrcodegen::QrCode::Ecc::LOW);
-        QStringList squares;
-        for (int y = 0; y < qr.getSize(); ++y) {
-            for (int x = 0; x < qr.getSize(); ++x) {
-                if (qr.getModule(x, y))
-                    squares << QString("M%1,%2h1v1h-1z").arg(x + 4).arg(y + 4);
-            }
-        }
-        const QString svg = Util::qrCode2SvgString(qr, 4);
-        QVERIFY(svg.contains(QString("viewBox=\"0 0 %1 %1\"").arg(qr.getSize() + 8)));
-        QVERIFY(svg.contains(" d=\"" + squares.join(' ') + '"'));
-        QXmlStreamReader xml(svg);
-        while (!xml.atEnd())
-            xml.readNext();
-        QVERIFY2(!xml.hasError(), qPrintable(xml.errorString()));
     }
 
     void qrCodeBorders()
