@@ -7,6 +7,7 @@
 #include "login/LoginRequest.h"
 #include "login/OtpAuthPage.h"
 #include "login/OtpVerifyPage.h"
+#include "login/SmsStep.h"
 #include "orch/ErrorCatalogue.h"
 #include "widgets/WidgetTopPrompt.h"
 
@@ -14,10 +15,22 @@
 
 void DlgLogin::wireSms()
 {
-    connect(m_request, &LoginRequest::smsNeeded, this,
-            [this] { endLoginAttempt(errorText(ErrorText::LoginReplyUnusable)); });
-    connect(m_request, &LoginRequest::bindingDemanded, this,
-            [this] { endLoginAttempt(errorText(ErrorText::LoginReplyUnusable)); });
+    auto* const step = new SmsStep(m_context, this);
+    for (const auto wanted : {&LoginRequest::smsNeeded, &LoginRequest::bindingDemanded})
+        connect(m_request, wanted, m_ConnectSlowWarningTimer, &QTimer::stop);
+    // A dialog is not opened from within the callback of a request.
+    connect(m_request, &LoginRequest::smsNeeded, step, &SmsStep::askForCode, Qt::QueuedConnection);
+    connect(m_request, &LoginRequest::bindingDemanded, step, &SmsStep::bindDevice,
+            Qt::QueuedConnection);
+    connect(step, &SmsStep::accepted, this, &DlgLogin::loginAccepted);
+    connect(step, &SmsStep::passwordChangeForced, m_request, &LoginRequest::passwordChangeForced);
+    connect(step, &SmsStep::over, this, &DlgLogin::restoreLoginPage);
+    connect(step, &SmsStep::refused, this, &DlgLogin::reportHttpErr);
+    connect(step, &SmsStep::submitted, promptWidge, &WidgetTopPrompt::hidePrompt);
+    connect(step, &SmsStep::told, this,
+            [this](WidgetTopPrompt::PROMPT_TYPE type, const QString& text) {
+                promptWidge->showPrompt(type, text, true);
+            });
 }
 
 void DlgLogin::wireAuthenticator()

@@ -1,0 +1,59 @@
+#include "login/SmsStep.h"
+
+#include "app/LogMarker.h"
+#include "login/DlgBindResult.h"
+#include "login/DlgDeviceBind.h"
+#include "login/DlgPhoneAuth.h"
+#include "login/LoginContext.h"
+#include "orch/HostIdentity.h"
+#include "widgets/DialogFrame.h"
+
+#include <QPointer>
+
+SmsStep::SmsStep(LoginContext& context, QWidget* window)
+    : QObject(window), m_context(context), m_window(window)
+{
+}
+
+void SmsStep::askForCode(const QString& phoneNumber, const QString& middleToken)
+{
+    const LoginFields typed = m_context.fields();
+    const QPointer<DlgPhoneAuth> dialog =
+        new DlgPhoneAuth(phoneNumber, typed.username.trimmed(), typed.password.trimmed(),
+                         m_context.m_CustomerID, middleToken, m_window);
+    connect(dialog, &DlgPhoneAuth::told, this, &SmsStep::told);
+    connect(dialog, &DlgPhoneAuth::submitted, this, &SmsStep::submitted);
+    connect(dialog, &DlgPhoneAuth::refused, this, &SmsStep::refused);
+    const bool authorized = dialog->exec() == QDialog::Accepted;
+    if (!dialog)
+        return; // gone together with the window
+    dialog->deleteLater();
+    if (authorized) {
+        logDisplayInfo(tr("Authorization successded"));
+        if (dialog->m_ResetPassword)
+            emit passwordChangeForced(dialog->m_DesCn, dialog->m_DesEn);
+        else
+            emit accepted();
+    } else if (dialog->m_DeviceBind) {
+        bindDevice(dialog->m_DeviceBindUser, dialog->m_DeviceBindToken);
+    } else {
+        emit over();
+    }
+}
+
+void SmsStep::bindDevice(const QString& user, const QString& token)
+{
+    const QPointer<DlgDeviceBind> dialog =
+        new DlgDeviceBind(user, Util::getDeviceId(), token, m_window);
+    const bool answered = dialog->exec() == QDialog::Accepted;
+    if (!dialog)
+        return;
+    dialog->deleteLater();
+    const QPointer<SmsStep> alive(this);
+    if (answered && dialog->m_ApplyResult)
+        runAndDelete(new DlgBindResult(m_window, DlgBindResult::APPLY_SUCCESS));
+    else if (answered && !dialog->m_ErrInfo.isEmpty())
+        emit told(WidgetTopPrompt::SHOW_ERROR, dialog->m_ErrInfo);
+    if (alive)
+        emit over();
+}
