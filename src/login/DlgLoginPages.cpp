@@ -101,11 +101,9 @@ void DlgLogin::onBtnLoginEnableChanged()
     ui->btnLogin->setEnabled(!ui->username->text().isEmpty() && !ui->password->text().isEmpty());
 }
 
-// The link is offered when the orchestrator supports it and the page behind it exists.
 void DlgLogin::offerForgetPassword(bool supported)
 {
-    const bool hasPage = ui->stackedWidget->count() > DLG_FORGETPASSWORD_PAGE;
-    ui->btnForgetPasswd->setVisible(supported && hasPage);
+    ui->btnForgetPasswd->setVisible(supported);
 }
 
 void DlgLogin::showCustomerId(const QString& customerId)
