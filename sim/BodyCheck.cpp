@@ -110,7 +110,7 @@ void checkHeaders(const HeaderRules& rules, const Call& call, const World& world
     for (const auto& [name, value] : call.headers) {
         Q_UNUSED(value)
         const bool known = name == "sn" || name == "customerid" || name == "type" ||
-                           name == kToken || name == "content-type";
+                           name == kToken || name == "content-type" || name == rules.also;
         if (!known && !transportHeaders().contains(name))
             findings.add(QStringLiteral("unexpected header %1").arg(QString::fromLatin1(name)));
         if (seen.contains(name))

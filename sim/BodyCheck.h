@@ -33,7 +33,8 @@ struct HeaderRules
     Content content = Content::None;
     Customer customer = Customer::None;
     Token token = Token::None;
-    bool type = false; ///< "type: linux"
+    bool type = false;    ///< "type: linux"
+    QByteArray also = {}; ///< one more header that may come; the route checks it
 };
 
 void checkHeaders(const HeaderRules& rules, const Call& call, const World& world,

@@ -69,6 +69,35 @@ bool setFaults(Simulator& simulator, const QJsonValue& faults)
     return done;
 }
 
+/// What the login of one account wants from now on.
+bool changeAccount(Simulator& simulator, const QJsonValue& change)
+{
+    using Factor = Account::Factor;
+    using DeviceRule = Account::DeviceRule;
+    static const QHash<QString, Factor> factors{
+        {QStringLiteral("none"), Factor::None},
+        {QStringLiteral("sms"), Factor::Sms},
+        {QStringLiteral("authenticator"), Factor::Authenticator}};
+    static const QHash<QString, DeviceRule> rules{
+        {QStringLiteral("any"), DeviceRule::Any},
+        {QStringLiteral("ask"), DeviceRule::AskWithToken},
+        {QStringLiteral("hand"), DeviceRule::AskWithoutToken}};
+    bool found = false;
+    simulator.edit([&](Scenario& scenario) {
+        for (Account& account : scenario.accounts) {
+            if (account.username != change["username"].toString())
+                continue;
+            found = true;
+            account.otpBound = account.otpBound && !change.toObject().contains("factor");
+            account.factor = factors.value(change["factor"].toString(), account.factor);
+            account.deviceRule = rules.value(change["device"].toString(), account.deviceRule);
+            account.mustChangePassword = change["mustChange"].toBool(account.mustChangePassword);
+            account.approvalPolls = change["approval"].toInt(account.approvalPolls);
+        }
+    });
+    return found;
+}
+
 bool generateFilter(Simulator& simulator, const QJsonValue& size)
 {
     const QByteArray document = makeFilterDocument(size[QLatin1String("inclusive")].toInt(),
@@ -150,6 +179,7 @@ const QHash<QString, Action>& actions()
         {QStringLiteral("crashDatapath"), killDatapath},
         {QStringLiteral("stop"), stop},
         {QStringLiteral("start"), start},
+        {QStringLiteral("account"), changeAccount},
         {QStringLiteral("clear"), call<&Simulator::clear>},
     };
     return table;

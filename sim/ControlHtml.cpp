@@ -18,6 +18,17 @@ QByteArray controlHtml()
 <h1>Veltaro simulator</h1>
 <p id="message" class="hint" role="status"></p>
 <h2>Accounts</h2><table id="accounts"></table>
+<p><select id="who"></select>
+<button data-account='{"factor":"none"}'>No second factor</button>
+<button data-account='{"factor":"sms"}'>SMS</button>
+<button data-account='{"factor":"authenticator"}'>Authenticator, to be bound</button>
+<button data-account='{"device":"any"}'>Any device</button>
+<button data-account='{"device":"ask"}'>Device, by request</button>
+<button data-account='{"device":"hand"}'>Device, by hand</button>
+<button data-account='{"mustChange":true}'>Must change password</button>
+<button data-account='{"mustChange":false}'>Need not</button>
+<button data-account='{"approval":2}'>Needs approval</button>
+<button data-account='{"approval":0}'>Needs none</button></p>
 <h2>Clients</h2><table id="clients"></table>
 <h2>Datapath</h2>
 <p><button data-switch='{"datapath":{"tunnels":"up"}}'>Tunnels up</button>
@@ -37,7 +48,11 @@ QByteArray controlHtml()
 <option>/api/mobile/auth/config</option><option>/api/mobile/v2/auth</option>
 <option>/api/mobile/v2/connect</option><option>/api/mobile/v2/disconnect</option>
 <option>/api/mobile/v2/heartbeat</option><option>/files/ip-filter.json</option>
-<option>/s/mobile/v1/upgrade</option><option>/api/mobile/v2/upgradeNotice</option></select></label>
+<option>/s/mobile/v1/upgrade</option><option>/api/mobile/v2/upgradeNotice</option>
+<option>/api/mobile/v2/verification/send</option><option>/api/mobile/smsStatus</option>
+<option>/api/mobile/v2/forgotpassword/mode</option><option>/api/mobile/v2/forgotpassword</option>
+<option>/api/mobile/v2/Cryptographic/rule</option><option>/api/mobile/v2/resetpassword</option>
+<option>/api/mobile/v2/recoverOtpKey</option><option>/api/mobile/v2/binddevice</option></select></label>
 <button data-fault='{"status":502}'>502</button>
 <button data-fault='{"status":404}'>404</button>
 <button data-fault='{"trickleMs":1000,"body":"{\"code\": 0, \"slow\": true}"}'>A byte a second</button>
@@ -91,8 +106,11 @@ function showSituations(list) {
 }
 async function show() {
   const s = await (await fetch('/sim/state?last=40')).json();
-  fill('accounts', ['Customer ID', 'Username', 'Password', 'Remarks'], s.accounts.map(a => [a.customer,
-    a.username, a.password, (a.offersKey ? '' : 'no key, plain ') + (a.approvalPolls ? 'needs approval' : '')]));
+  fill('accounts', ['Customer ID', 'Username', 'Password', 'Logs in', 'Codes'], s.accounts.map(a => [a.customer,
+    a.username, a.password, a.remark + (a.asksForDevice ? ' (association asked for)' : ''),
+    (a.sentCode ? 'sent ' + a.sentCode : '') + (a.totp ? ' authenticator ' + a.totp : '')]));
+  if (!$('who').childElementCount)
+    $('who').replaceChildren(...s.accounts.map(a => new Option(a.username)));
   fill('clients', ['Username', 'Serial', 'State', 'Heartbeats', 'Last seen'], s.clients.map(c => [c.username,
     c.serial, !c.valid ? 'logged out' : c.connected ? 'connected' : 'logged in', c.heartbeats, c.lastSeen]));
   $('violations').replaceChildren(...s.violations.map(v => {
@@ -106,6 +124,7 @@ async function show() {
 document.addEventListener('click', event => {
   const data = event.target.dataset;
   if (data.switch) send(JSON.parse(data.switch));
+  if (data.account) send({account: {username: $('who').value, ...JSON.parse(data.account)}});
   if (data.fault) send({fault: {path: $('path').value, ...JSON.parse(data.fault)}});
 });
 $('rates').onclick = () => send({datapath: {tx_bps: Math.round($('tx').value * 1e6),

@@ -16,16 +16,20 @@ namespace {
 
 constexpr int kRequestsListed = 500;
 
-QJsonArray accountsJson(const Scenario& scenario)
+QJsonArray accountsJson(const Simulator& simulator, const Scenario& scenario)
 {
     QJsonArray accounts;
     for (const Account& account : scenario.accounts)
-        accounts.append(QJsonObject{{QStringLiteral("customer"), account.customer},
-                                    {QStringLiteral("customerId"), account.customerId},
-                                    {QStringLiteral("username"), account.username},
-                                    {QStringLiteral("password"), account.password},
-                                    {QStringLiteral("offersKey"), account.offersKey},
-                                    {QStringLiteral("approvalPolls"), account.approvalPolls}});
+        accounts.append(
+            QJsonObject{{QStringLiteral("customer"), account.customer},
+                        {QStringLiteral("customerId"), account.customerId},
+                        {QStringLiteral("username"), account.username},
+                        {QStringLiteral("password"), account.password},
+                        {QStringLiteral("remark"), account.remark()},
+                        {QStringLiteral("sentCode"), simulator.sentCode(account.username)},
+                        {QStringLiteral("totp"), simulator.totp(account.username)},
+                        {QStringLiteral("asksForDevice"),
+                         simulator.deviceRequests().contains(account.username)}});
     return accounts;
 }
 
@@ -133,7 +137,7 @@ QJsonObject ControlPage::state(int lastRequests) const
     return {{QStringLiteral("lookupPrimary"), m_simulator.primaryUrl()},
             {QStringLiteral("lookupBackup"), m_simulator.backupUrl()},
             {QStringLiteral("orchestrator"), m_simulator.orchRoot()},
-            {QStringLiteral("accounts"), accountsJson(scenario)},
+            {QStringLiteral("accounts"), accountsJson(m_simulator, scenario)},
             {QStringLiteral("clients"), sessionsJson(m_simulator)},
             {QStringLiteral("violations"), QJsonArray::fromStringList(m_simulator.violations())},
             {QStringLiteral("requests"), shown},

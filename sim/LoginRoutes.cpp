@@ -1,9 +1,11 @@
+#include "sim/Credentials.h"
 #include "sim/Route.h"
+#include "sim/Totp.h"
 
 #include <QJsonArray>
 #include <QRegularExpression>
 
-#include <cstdlib>
+#include <optional>
 
 namespace sim {
 
@@ -11,58 +13,8 @@ namespace {
 
 using Rules = HeaderRules;
 
-constexpr qint64 kClockToleranceMs = 60000;
 constexpr char kPollPath[] = "/api/mobile/v2/auth/result";
-
-/// A credential as the orchestrator reads it: decrypted, without its time stamp.
-struct Credential
-{
-    bool good = false;
-    QString text;
-    QString fault;
-};
-
-Credential decryptCredential(const World& world, const QString& cipher, int rsaType)
-{
-    Credential credential;
-    const auto plain = world.key.decrypt(cipher.toLatin1(), rsaType == 1);
-    if (!plain) {
-        credential.fault = QStringLiteral("does not decrypt");
-        return credential;
-    }
-    const int feed = plain->lastIndexOf('\n');
-    bool number = false;
-    const qint64 stamp = feed < 0 ? 0 : plain->mid(feed + 1).toLongLong(&number);
-    if (!number) {
-        credential.fault = QStringLiteral("carries no time stamp");
-        return credential;
-    }
-    credential.text = QString::fromUtf8(plain->left(feed));
-    const qint64 off = std::llabs(stamp - QDateTime::currentMSecsSinceEpoch());
-    if (off > kClockToleranceMs)
-        credential.fault = QStringLiteral("carries a time stamp that is off by %1 ms").arg(off);
-    credential.good = credential.fault.isEmpty();
-    return credential;
-}
-
-QString textOf(const Call& call, const char* member)
-{
-    return call.json.value(QLatin1String(member)).toString();
-}
-
-int customerOf(const Call& call)
-{
-    return call.json.value(QLatin1String("customerId")).toInt();
-}
-
-Credential credentialOf(const Call& call, const World& world, const char* encrypted,
-                        const char* plain)
-{
-    if (!call.json.contains(QLatin1String(encrypted)))
-        return {true, textOf(call, plain), {}};
-    const int rsaType = call.json.value(QLatin1String("rsaType")).toInt();
-    return decryptCredential(world, textOf(call, encrypted), rsaType);
-}
+constexpr int kRecoveryCodes = 4;
 
 HttpReply offerKey(const Call& call, World& world)
 {
@@ -96,44 +48,48 @@ void checkAuthConfig(const Call& call, const World&, Findings& findings)
     body.finish();
 }
 
-void checkName(JsonCheck& body, const World& world, bool encrypted, Findings& findings)
+/// What both kinds of login say of this client.
+void checkDevice(JsonCheck& body, const Call& call, const World& world, Findings& findings)
 {
-    if (!encrypted) {
-        if (body.text("accountName").isEmpty())
-            findings.add(QStringLiteral("accountName is empty"));
-        return;
-    }
-    const bool oaep = world.scenario.rsaTypes.contains(1);
-    body.integer("rsaType", {oaep ? 1 : 0});
-    const Credential name = decryptCredential(world, body.text("encryptAccountName"), oaep);
-    if (!name.good)
-        findings.add(QStringLiteral("encryptAccountName ") + name.fault);
+    static const QRegularExpression deviceId(QStringLiteral("\\A[0-9A-Z-]*\\z"));
+    if (!deviceId.match(body.text("deviceId")).hasMatch())
+        findings.add(QStringLiteral("deviceId is no identifier in upper case"));
+    body.text("mobileVersion", QStringLiteral("6.1.20"));
+    const QString approval = body.optionalText("requestIdForPoll");
+    if (!approval.isEmpty() && !world.approvals.contains(approval))
+        findings.add(QStringLiteral("requestIdForPoll names no approval that waits"));
+    checkClientInfo(body.object("traceExtraInfo"), QString::fromUtf8(call.header("sn")), findings);
 }
 
-void checkPassword(JsonCheck& body, const World& world, bool encrypted, bool token,
-                   Findings& findings)
+/// A login with the code of an SMS: nothing in it is encrypted.
+void checkSmsLogin(const Call& call, const World& world, Findings& findings)
 {
-    if (token)
-        return; // finish() reports a password that came with the token
-    if (!encrypted) {
-        if (body.text("password").isEmpty())
-            findings.add(QStringLiteral("password is empty"));
-        return;
-    }
-    const bool oaep = world.scenario.rsaTypes.contains(1);
-    const Credential password = decryptCredential(world, body.text("encryptPassword"), oaep);
-    if (!password.good)
-        findings.add(QStringLiteral("encryptPassword ") + password.fault);
+    JsonCheck body = jsonBody(call, findings);
+    body.text("customerId", QString::fromUtf8(call.header("customerid")));
+    checkCredential(body, world, false, "", "accountName", findings);
+    checkCredential(body, world, false, "", "verification", findings);
+    for (const char* name : {"support2FA", "supportPollByRequestId"})
+        body.flag(name, true);
+    if (call.header("x-tq-auth-header").isEmpty())
+        checkCredential(body, world, false, "", "password", findings);
+    else
+        body.flag("automaticLogin");
+    checkDevice(body, call, world, findings);
+    body.finish();
 }
 
 void checkLogin(const Call& call, const World& world, Findings& findings)
 {
-    static const QRegularExpression deviceId(QStringLiteral("\\A[0-9A-Z-]*\\z"));
     static const QRegularExpression agreement(QStringLiteral("\\A(\\d*|newest)\\z"));
+    if (call.json.contains(QLatin1String("verification")))
+        return checkSmsLogin(call, world, findings);
     JsonCheck body = jsonBody(call, findings);
-    const bool encrypted = world.keyGivenTo.contains(call.header("customerid").toInt());
-    checkName(body, world, encrypted, findings);
-    checkPassword(body, world, encrypted, !call.header("x-tq-auth-header").isEmpty(), findings);
+    const bool encrypted = isKeyGiven(call, world);
+    checkCredential(body, world, encrypted, "encryptAccountName", "accountName", findings);
+    if (encrypted)
+        checkPadding(body, world);
+    if (call.header("x-tq-auth-header").isEmpty()) // finish() reports a password beside a token
+        checkCredential(body, world, encrypted, "encryptPassword", "password", findings);
     body.integer("customerId", {call.header("customerid").toInt()});
     for (const char* name : {"support2FA", "supportPollByRequestId", "supportOtp"})
         body.flag(name, true);
@@ -141,25 +97,31 @@ void checkLogin(const Call& call, const World& world, Findings& findings)
     body.flag("automaticLogin");
     if (!agreement.match(body.text("privacyVersion")).hasMatch())
         findings.add(QStringLiteral("privacyVersion is no version of the agreement"));
-    if (!deviceId.match(body.text("deviceId")).hasMatch())
-        findings.add(QStringLiteral("deviceId is no identifier in upper case"));
-    body.text("mobileVersion", QStringLiteral("6.1.20"));
-    for (const char* name : {"supportOtpCode", "otpMiddleToken"})
-        body.optionalText(name);
-    const QString approval = body.optionalText("requestIdForPoll");
-    if (!approval.isEmpty() && !world.approvals.contains(approval))
-        findings.add(QStringLiteral("requestIdForPoll names no approval that waits"));
+    body.optionalText("supportOtpCode");
+    const QString otpToken = body.optionalText("otpMiddleToken");
+    if (body.has("supportOtpCode") != body.has("otpMiddleToken"))
+        findings.add(QStringLiteral("supportOtpCode and otpMiddleToken go together"));
+    if (!otpToken.isEmpty() && !world.hasToken(&Challenge::otpMiddleToken, otpToken))
+        findings.add(QStringLiteral("otpMiddleToken was never handed out"));
     body.trueOrAbsent("agreeToPrivacy");
-    checkClientInfo(body.object("traceExtraInfo"), QString::fromUtf8(call.header("sn")), findings);
+    checkDevice(body, call, world, findings);
     body.finish();
 }
 
-HttpReply tokenReply(const Session& session, const Account& account)
+HttpReply tokenReply(const Session& session, const Account& account,
+                     const QStringList& recoveryCodes = {})
 {
-    return jsonReply({{QStringLiteral("code"), 0},
+    QJsonObject reply{{QStringLiteral("code"), 0},
                       {QStringLiteral("X-TQ-AUTH-HEADER"), session.token},
                       {QStringLiteral("allowChangePass"), account.allowChangePass},
-                      {QStringLiteral("needResetPassword"), false}});
+                      {QStringLiteral("needResetPassword"), account.mustChangePassword}};
+    if (account.mustChangePassword) {
+        reply.insert(QStringLiteral("needResetPasswordReasonCn"), account.changeReasonCn);
+        reply.insert(QStringLiteral("needResetPasswordReasonEn"), account.changeReasonEn);
+    }
+    if (!recoveryCodes.isEmpty())
+        reply.insert(QStringLiteral("otpRecoverCode"), QJsonArray::fromStringList(recoveryCodes));
+    return jsonReply(reply);
 }
 
 HttpReply askForApproval(const Account& account, const QString& serial, World& world)
@@ -195,20 +157,97 @@ HttpReply logInByToken(const QString& username, const Call& call, World& world)
     return account == nullptr ? refusal(-1) : tokenReply(*session, *account);
 }
 
+HttpReply askForSms(const Account& account, World& world)
+{
+    Challenge& challenge = world.challenges[account.username];
+    challenge.middleToken = randomName();
+    return jsonReply({{QStringLiteral("code"), 0},
+                      {QStringLiteral("middleToken"), challenge.middleToken},
+                      {QStringLiteral("phoneNumber"), account.phone}});
+}
+
+HttpReply askForAuthenticator(const Account& account, World& world)
+{
+    Challenge& challenge = world.challenges[account.username];
+    challenge.otpMiddleToken = randomName();
+    QJsonObject reply{{QStringLiteral("code"), 0},
+                      {QStringLiteral("otpMiddleToken"), challenge.otpMiddleToken},
+                      {QStringLiteral("otpLogin"), account.otpBound}};
+    if (!account.otpBound) {
+        challenge.otpSecret = randomSecret();
+        reply.insert(QStringLiteral("otpKey"), challenge.otpSecret);
+    }
+    return jsonReply(reply);
+}
+
+/// What a second factor answers instead of letting the login pass; nothing when it does.
+std::optional<HttpReply> secondFactor(const Call& call, Account& account, World& world,
+                                      QStringList* recoveryCodes)
+{
+    const Challenge challenge = world.challenges.value(account.username);
+    if (account.factor == Account::Factor::Sms) {
+        if (!call.json.contains(QLatin1String("verification")))
+            return askForSms(account, world);
+        if (challenge.code.isEmpty() || textOf(call, "verification") != challenge.code)
+            return errorReply(1003, QStringLiteral("The verification code is wrong."),
+                              QStringLiteral("验证码错误。"));
+    }
+    if (account.factor != Account::Factor::Authenticator)
+        return {};
+    if (!call.json.contains(QLatin1String("supportOtpCode")))
+        return askForAuthenticator(account, world);
+    if (textOf(call, "otpMiddleToken") != challenge.otpMiddleToken)
+        return errorReply(1108, QStringLiteral("The authenticator's step has expired."),
+                          QStringLiteral("身份验证器验证已过期。"));
+    const QString secret = account.otpBound ? account.otpSecret : challenge.otpSecret;
+    if (!isTotp(secret, textOf(call, "supportOtpCode")))
+        return errorReply(1109, QStringLiteral("The authenticator's code is wrong."),
+                          QStringLiteral("身份验证器验证码错误。"));
+    if (account.otpBound)
+        return {};
+    account.otpBound = true;
+    account.otpSecret = secret;
+    for (int i = 0; i < kRecoveryCodes; ++i)
+        *recoveryCodes << randomName().left(16).toUpper();
+    account.recoveryCodes = *recoveryCodes;
+    return {};
+}
+
+HttpReply demandDevice(const Account& account, World& world)
+{
+    Challenge& challenge = world.challenges[account.username];
+    const bool ask = account.deviceRule == Account::DeviceRule::AskWithToken;
+    challenge.bindToken = ask ? randomName() : QString();
+    return jsonReply(
+        {{QStringLiteral("code"), 401},
+         {QStringLiteral("message"), QStringLiteral("mobileBindDevice")},
+         {QStringLiteral("parameters"),
+          QJsonObject{{QStringLiteral("accountName"), account.username},
+                      {QStringLiteral("deviceBindMiddleToken"), challenge.bindToken}}}});
+}
+
 HttpReply logIn(const Call& call, World& world)
 {
     const Credential name = credentialOf(call, world, "encryptAccountName", "accountName");
     if (!call.header("x-tq-auth-header").isEmpty())
         return logInByToken(name.text, call, world);
     const Credential password = credentialOf(call, world, "encryptPassword", "password");
-    const Account* account = world.account(customerOf(call), name.text);
+    Account* account = world.account(customerOf(call), name.text);
     if (!name.good || !password.good || account == nullptr || account->password != password.text)
         return errorReply(1001, QStringLiteral("Wrong username or password."),
                           QStringLiteral("用户名或密码错误。"));
     const QString serial = QString::fromUtf8(call.header("sn"));
+    QStringList recoveryCodes;
+    if (const auto reply = secondFactor(call, *account, world, &recoveryCodes))
+        return *reply;
+    if (account->deviceRule != Account::DeviceRule::Any)
+        return demandDevice(*account, world);
     if (account->approvalPolls > 0 && !isApproved(call, *account, world))
         return askForApproval(*account, serial, world);
-    return tokenReply(world.openSession(*account, serial), *account);
+    Challenge& challenge = world.challenges[account->username];
+    challenge.code.clear(); // each works once
+    challenge.otpMiddleToken.clear();
+    return tokenReply(world.openSession(*account, serial), *account, recoveryCodes);
 }
 
 QString polledId(const Call& call)

@@ -33,6 +33,7 @@ struct Route
 
 std::vector<Route> lookupRoutes();
 std::vector<Route> loginRoutes();
+std::vector<Route> accountRoutes();
 std::vector<Route> sessionRoutes();
 std::vector<Route> resourceRoutes();
 

@@ -13,6 +13,37 @@ QJsonObject object(const char* text)
     return QJsonDocument::fromJson(text).object();
 }
 
+/// One account of the same customer for each further step of a login.
+QVector<Account> factorAccounts(const Account& base)
+{
+    const auto named = [&base](const char* name, const char* password) {
+        Account account = base;
+        account.username = QLatin1String(name) + QStringLiteral("@acme.example");
+        account.password = QLatin1String(password);
+        return account;
+    };
+    Account sara = named("sara", "Sms-code-44");
+    sara.factor = Account::Factor::Sms;
+    sara.phone = QStringLiteral("+8613800138000");
+    Account otto = named("otto", "Otp-bind-55");
+    otto.factor = Account::Factor::Authenticator;
+    Account olga = named("olga", "Otp-code-66");
+    olga.factor = Account::Factor::Authenticator;
+    olga.otpBound = true;
+    olga.otpSecret = QStringLiteral("JBSWY3DPEHPK3PXP");
+    olga.recoveryCodes =
+        QStringList{QStringLiteral("ABCD1234EFGH5678"), QStringLiteral("IJKL9012MNOP3456")};
+    Account dave = named("dave", "Device-ask-77");
+    dave.deviceRule = Account::DeviceRule::AskWithToken;
+    Account dora = named("dora", "Device-copy-88");
+    dora.deviceRule = Account::DeviceRule::AskWithoutToken;
+    Account fred = named("fred", "First-pass-1");
+    fred.mustChangePassword = true;
+    fred.changeReasonEn = QStringLiteral("Your password was set by the administrator.");
+    fred.changeReasonCn = QStringLiteral("您的密码由管理员设置。");
+    return {sara, otto, olga, dave, dora, fred};
+}
+
 QVector<Account> defaultAccounts()
 {
     QVector<Account> accounts;
@@ -21,7 +52,12 @@ QVector<Account> defaultAccounts()
     account.customerId = 1001;
     account.username = QStringLiteral("alice@acme.example");
     account.password = QStringLiteral("Wonder-land1");
+    account.phone = QStringLiteral("13912345678");
+    account.mailbox = QStringLiteral("alice@mail.example");
     accounts.append(account);
+    accounts += factorAccounts(account);
+    account.phone.clear();
+    account.mailbox.clear();
 
     account.username = QStringLiteral("carol@acme.example");
     account.password = QStringLiteral("Wait-a-bit3");
@@ -72,6 +108,29 @@ QString address(int number)
 }
 
 } // namespace
+
+QString Account::remark() const
+{
+    QStringList ways;
+    if (factor == Factor::Sms)
+        ways << QStringLiteral("with a code by SMS");
+    else if (factor == Factor::Authenticator)
+        ways << QStringLiteral("with an authenticator%1, recovery %2")
+                    .arg(otpBound ? QStringLiteral(" of secret ") + otpSecret
+                                  : QStringLiteral(" to be bound"),
+                         recoveryCodes.value(0, QStringLiteral("-")));
+    if (deviceRule == DeviceRule::AskWithToken)
+        ways << QStringLiteral("from an associated device, which can be asked for");
+    else if (deviceRule == DeviceRule::AskWithoutToken)
+        ways << QStringLiteral("from an associated device, asked for by hand");
+    if (approvalPolls > 0)
+        ways << QStringLiteral("once it has been approved");
+    if (mustChangePassword)
+        ways << QStringLiteral("after a change of the password");
+    if (!offersKey)
+        ways << QStringLiteral("without encryption");
+    return ways.join(QStringLiteral(", "));
+}
 
 Fault Fault::withStatus(int status, const QByteArray& body)
 {
@@ -164,6 +223,11 @@ Scenario::Scenario()
         "enablePQC": false})");
     heartbeatReply = object(R"({"code": 0, "success": true, "actionDataList": []})");
     logoReply = object(R"({"code": 0, "data": []})");
+    passwordRules = object(R"({"code": 0, "confirmPwdSame": "The two passwords differ.",
+        "firstPwdRule": [
+            {"pwdRegularStr": ".{8,64}", "clientName": "8 to 64 characters are needed."},
+            {"pwdRegularStr": ".*[0-9].*", "clientName": "At least one digit is needed."},
+            {"pwdRegularStr": ".*[A-Z].*", "clientName": "At least one capital is needed."}]})");
     errorResource = object(kErrorResource);
     filterDocument = makeFilterDocument(2, 3);
 }
@@ -176,6 +240,8 @@ QStringList Scenario::apply(const QJsonObject& json)
                                               {QStringLiteral("connectReply"), &connectReply},
                                               {QStringLiteral("heartbeatReply"), &heartbeatReply},
                                               {QStringLiteral("logoReply"), &logoReply},
+                                              {QStringLiteral("resetModeReply"), &resetModeReply},
+                                              {QStringLiteral("passwordRules"), &passwordRules},
                                               {QStringLiteral("errorResource"), &errorResource}};
     QStringList refused;
     for (auto it = json.begin(); it != json.end(); ++it) {

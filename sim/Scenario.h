@@ -18,6 +18,24 @@ struct Account
     bool offersKey = true; ///< false: the customer's orchestrator publishes no public key
     int approvalPolls = 0; ///< above 0: a login waits for approval, granted at this poll
     bool allowChangePass = true;
+
+    QString phone;   ///< registered for codes; empty: none
+    QString mailbox; ///< the same for e-mail
+    enum class Factor { None, Sms, Authenticator };
+    Factor factor = Factor::None;
+    QString otpSecret; ///< Base32, of the authenticator that is bound
+    bool otpBound = false;
+    QStringList recoveryCodes; ///< each good for one recovery
+    /// Whether any device may log in, or only one that the administrator has associated; with a
+    /// token the client may ask for that.
+    enum class DeviceRule { Any, AskWithToken, AskWithoutToken };
+    DeviceRule deviceRule = DeviceRule::Any;
+    bool mustChangePassword = false;
+    QString changeReasonCn;
+    QString changeReasonEn;
+
+    /// How this account logs in, for people.
+    QString remark() const;
 };
 
 /// What goes wrong on one path. Anything but a delay replaces the reply; the request is checked
@@ -62,6 +80,8 @@ struct Scenario
     QJsonObject connectReply;
     QJsonObject heartbeatReply;
     QJsonObject logoReply;
+    QJsonObject resetModeReply; ///< replaces what follows from the account
+    QJsonObject passwordRules;  ///< "firstPwdRule" is also kept to
     QString errorResourceVersion;
     QJsonObject errorResource; ///< the document of error texts
     QByteArray filterDocument;

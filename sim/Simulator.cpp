@@ -2,6 +2,7 @@
 
 #include "sim/Behaviour.h"
 #include "sim/Route.h"
+#include "sim/Totp.h"
 
 #include <QJsonDocument>
 
@@ -46,7 +47,8 @@ Call parse(End end, const HttpCall& received)
 std::vector<Route> allRoutes()
 {
     std::vector<Route> all;
-    for (const auto& group : {lookupRoutes(), loginRoutes(), sessionRoutes(), resourceRoutes()})
+    for (const auto& group :
+         {lookupRoutes(), loginRoutes(), accountRoutes(), sessionRoutes(), resourceRoutes()})
         all.insert(all.end(), group.begin(), group.end());
     return all;
 }
@@ -359,6 +361,29 @@ QList<Session> Simulator::sessions() const
 {
     const std::lock_guard lock(d->mutex);
     return d->world.sessions.values();
+}
+
+QString Simulator::sentCode(const QString& username) const
+{
+    const std::lock_guard lock(d->mutex);
+    return d->world.challenges.value(username).code;
+}
+
+QString Simulator::totp(const QString& username) const
+{
+    const std::lock_guard lock(d->mutex);
+    QString secret = d->world.challenges.value(username).otpSecret;
+    for (const Account& account : qAsConst(d->world.scenario.accounts)) {
+        if (account.username == username && account.otpBound)
+            secret = account.otpSecret;
+    }
+    return secret.isEmpty() ? QString() : totpAt(secret, QDateTime::currentSecsSinceEpoch());
+}
+
+QStringList Simulator::deviceRequests() const
+{
+    const std::lock_guard lock(d->mutex);
+    return d->world.deviceRequests;
 }
 
 QList<RequestRecord> Simulator::requests() const

@@ -87,6 +87,13 @@ public:
     /// Opens a session as a login would and returns its token; empty for an unknown username.
     QString issueToken(const QString& username, const QString& serial);
 
+    /// The last code that was sent to this user by SMS or e-mail; empty: none that still works.
+    QString sentCode(const QString& username) const;
+    /// What the user's authenticator shows now: of the bound secret, or of the one on offer.
+    QString totp(const QString& username) const;
+    /// Usernames that have asked for the association of their device.
+    QStringList deviceRequests() const;
+
     QList<RequestRecord> requests() const;
     /// The last request to `path` on any server; its method is empty when there was none.
     RequestRecord lastRequest(const QByteArray& path) const;

@@ -13,6 +13,7 @@ constexpr char kConnect[] = "/api/mobile/v2/connect";
 constexpr char kFilter[] = "/files/ip-filter.json";
 constexpr char kHeartbeat[] = "/api/mobile/v2/heartbeat";
 constexpr char kNotice[] = "/api/mobile/v2/upgradeNotice";
+constexpr char kStatus[] = "/api/mobile/smsStatus";
 
 QJsonObject scenario(const char* member, const QJsonObject& values)
 {
@@ -122,23 +123,12 @@ std::vector<Situation> refusals()
         {1128, "Device disabled", "device disabled", {}},
         {1108, "Authenticator step expired", "authenticator step expired", {}},
         {1112, "Authenticator step refused", "authenticator step refused", {}},
-        {422, "Message codes asked for too often", "too often", {}},
-        {423, "Phone number blocked", "blocked", {}},
-        {424, "Phone number invalid", "invalid", {}},
-        {425, "Message not sent", "not sent", {}},
-        {427, "Message still being sent", "sending", {}},
     };
     std::vector<Situation> made;
-    made.reserve(rows.size() + 1);
+    made.reserve(rows.size());
     for (const Row& row : rows)
         made.push_back({QStringLiteral("Login refused"), QLatin1String(row.name),
                         answer(kAuth, refusal(row.code, row.message, row.parameters))});
-    QJsonObject binding = refusal(401, "mobileBindDevice");
-    binding.insert(QStringLiteral("parameters"),
-                   QJsonObject{{"accountName", "alice@acme.example"},
-                               {"deviceBindMiddleToken", "simBindToken"}});
-    made.push_back({QStringLiteral("Login refused"), QStringLiteral("Device must be associated"),
-                    answer(kAuth, binding)});
     return made;
 }
 
@@ -182,7 +172,7 @@ std::vector<Situation> build()
     const QString maintenance = QStringLiteral("Maintenance");
     const QString upgrade = QStringLiteral("Client versions");
     const QString lookup = QStringLiteral("Customer step");
-    const QString further = QStringLiteral("Login wants more");
+    const QString codes = QStringLiteral("Codes and passwords");
     const QString session = QStringLiteral("Session");
     std::vector<Situation> all{
         {maintenance, QStringLiteral("Maintenance announced"), notice("wait", 60, 120)},
@@ -204,16 +194,16 @@ std::vector<Situation> build()
         {lookup,
          QStringLiteral("Newer privacy agreement"),
          {{"scenario", QJsonObject{{"privacyVersion", "20991231"}}}}},
-        {further, QStringLiteral("Message code"),
-         answer(kAuth,
-                {{"code", 0}, {"middleToken", "simMiddle"}, {"phoneNumber", "139****0000"}})},
-        {further, QStringLiteral("Bind an authenticator"),
-         answer(kAuth, {{"code", 0},
-                        {"otpMiddleToken", "simOtpMiddle"},
-                        {"otpKey", "JBSWY3DPEHPK3PXP"},
-                        {"otpLogin", false}})},
-        {further, QStringLiteral("Authenticator code"),
-         answer(kAuth, {{"code", 0}, {"otpMiddleToken", "simOtpMiddle"}, {"otpLogin", true}})},
+        {codes, QStringLiteral("Code still under way"), answer(kStatus, {{"code", 427}})},
+        {codes, QStringLiteral("E-mail still under way"), answer(kStatus, {{"code", 465}})},
+        {codes, QStringLiteral("Codes asked for too often"), answer(kStatus, {{"code", 422}})},
+        {codes, QStringLiteral("Phone number blocked"), answer(kStatus, {{"code", 423}})},
+        {codes, QStringLiteral("No way to reset a password"),
+         scenario("resetModeReply", {{"resetPwdMethod", 3}})},
+        {codes, QStringLiteral("A password rule that never ends"),
+         scenario("passwordRules",
+                  {{"firstPwdRule", QJsonArray{QJsonObject{{"pwdRegularStr", "(a+)+b"},
+                                                           {"clientName", "Only a and b."}}}}})},
         {session, QStringLiteral("Heartbeat fails"), {{"fault", status(kHeartbeat, 500)}}},
         {session, QStringLiteral("Intranet mode"),
          scenario("connectReply", {{"mobileDetect", true}})},

@@ -3,6 +3,8 @@
 #include <QJsonDocument>
 #include <QUuid>
 
+#include <algorithm>
+
 namespace sim {
 
 QString endName(End end)
@@ -25,6 +27,22 @@ const Account* World::account(int customerId, const QString& username) const
             return &account;
     }
     return nullptr;
+}
+
+Account* World::account(int customerId, const QString& username)
+{
+    for (Account& account : scenario.accounts) {
+        if (account.customerId == customerId && account.username == username)
+            return &account;
+    }
+    return nullptr;
+}
+
+bool World::hasToken(QString Challenge::*member, const QString& value) const
+{
+    return !value.isEmpty() &&
+           std::any_of(challenges.begin(), challenges.end(),
+                       [&](const Challenge& challenge) { return challenge.*member == value; });
 }
 
 const Account* World::anyAccountOf(int customerId) const

@@ -44,6 +44,20 @@ struct Approval
     int pollsLeft = 0;
 };
 
+/// What one account has been sent on its way to a login or to a new password; empty: nothing.
+struct Challenge
+{
+    QString code;           ///< sent by SMS or e-mail
+    QString codeId;         ///< names it in the question for its delivery
+    QString codeType;       ///< "sms" or "email"
+    QString middleToken;    ///< of a login that waits for an SMS
+    QString phoneToken;     ///< of a password that is reset by phone,
+    QString mailToken;      ///< and by e-mail
+    QString otpMiddleToken; ///< of a login that waits for its authenticator
+    QString otpSecret;      ///< offered for binding
+    QString bindToken;      ///< allows to ask for this device's association
+};
+
 /// A request with its body read as JSON, when it is that.
 struct Call : HttpCall
 {
@@ -56,15 +70,20 @@ struct World
 {
     Scenario scenario;
     RsaKey key;
-    QMap<End, QString> roots;          ///< "http://127.0.0.1:PORT"
-    QMap<QString, Session> sessions;   ///< by token
-    QMap<QString, Approval> approvals; ///< by request ID
-    QSet<int> keyGivenTo;              ///< customers whose last key request was answered with a key
-    QVector<QJsonObject> orders;       ///< see Simulator::order
+    QMap<End, QString> roots;            ///< "http://127.0.0.1:PORT"
+    QMap<QString, Session> sessions;     ///< by token
+    QMap<QString, Approval> approvals;   ///< by request ID
+    QMap<QString, Challenge> challenges; ///< by username
+    QStringList deviceRequests;          ///< usernames that asked for an association
+    QSet<int> keyGivenTo;        ///< customers whose last key request was answered with a key
+    QVector<QJsonObject> orders; ///< see Simulator::order
     QStringList violations;
 
     QString orchestratorRoot() const { return roots.value(End::Orchestrator); }
     const Account* account(int customerId, const QString& username) const;
+    Account* account(int customerId, const QString& username);
+    /// Whether some account holds this value.
+    bool hasToken(QString Challenge::*member, const QString& value) const;
     const Account* anyAccountOf(int customerId) const;
     const Account* anyAccountOf(const QString& typedCustomer) const;
     Session& openSession(const Account& owner, const QString& serial);

@@ -59,11 +59,12 @@ void print(const sim::Simulator& simulator, const sim::ControlPage& control)
         << "  Lookup, backup   " << simulator.backupUrl() << "\n"
         << "  Orchestrator     " << simulator.orchRoot() << "\n"
         << "  Control page     " << control.url() << "\n\n"
-        << "  Customer ID   Username              Password\n";
+        << "  Customer ID   Username              Password        Logs in\n";
     const sim::Scenario scenario = simulator.scenario();
     for (const sim::Account& account : scenario.accounts)
         out << "  " << account.customer.leftJustified(12) << "  "
-            << account.username.leftJustified(20) << "  " << account.password << "\n";
+            << account.username.leftJustified(20) << "  " << account.password.leftJustified(14)
+            << "  " << account.remark() << "\n";
     out << "\nexport VELTARO_LOOKUP_PRIMARY=" << simulator.primaryUrl() << "\n"
         << "export VELTARO_LOOKUP_BACKUP=" << simulator.backupUrl() << "\n"
         << Qt::flush;

@@ -59,6 +59,9 @@ void WindowScene::stageDatapath()
     const QStringList programs = QStringLiteral(VELTARO_DATAPATH_PROGRAMS).split(QLatin1Char('|'));
     for (const QString& program : programs)
         QFile::copy(program, file(QFileInfo(program).fileName()));
+    QFile owner(file(QStringLiteral("standin.owner")));
+    if (owner.open(QIODevice::WriteOnly))
+        owner.write(QByteArray::number(QCoreApplication::applicationPid()));
 }
 
 void WindowScene::logIn()
