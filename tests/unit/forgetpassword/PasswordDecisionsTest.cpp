@@ -7,7 +7,6 @@
 
 #include <QJsonArray>
 
-/// What the password pages make of answers, and how large their bubbles are.
 class PasswordDecisionsTest : public QObject
 {
     Q_OBJECT
@@ -41,13 +40,11 @@ private slots:
         row("the second", ".{8,} .*\\d.*", "abcdefgh", "1", false);
         row("all kept", ".{8,} .*\\d.*", "abcdefg1", "", false);
         row("a shorter alternative", "a|ab", "ab", "", false);
-        row("a line's end", "\\d+", "12\n", "0", false);
         row("does not compile", "[a .{8,}", "abc", "1", true);
         row("whole only between anchors", "a)|(b", "x", "", true);
         row("swallows what follows", "(?x)a#", "a", "", true);
         row("too long", QString(1001, 'a'), "a", "", true);
         row("exponential", "(a+)+b .{99,}", QString(40, 'a') + "!b", "1", true);
-        row("too long a password", "a+", QString(257, 'b'), "", true);
         row("too many", QString("a+ ").repeated(33).trimmed(), "a", "", true);
     }
 
@@ -60,15 +57,13 @@ private slots:
         const auto read = TQ::PasswordRules::fromJson({{"firstPwdRule", rules}});
         const auto finding = read.check(cell<QString>("password"));
         QTEST(finding.errTips, "broken");
-        QCOMPARE(finding.broken, !finding.errTips.isEmpty());
         QTEST(finding.unchecked, "unchecked");
     }
 
     void codes()
     {
-        QVERIFY(isVerificationCode("123456"));
-        for (const char* bad : {"12345", "12345a", "１２３４５６"})
-            QVERIFY2(!isVerificationCode(bad), bad);
+        QVERIFY(isVerificationCode("123456") && !isVerificationCode("12345"));
+        QVERIFY(!isVerificationCode("12345a") && !isVerificationCode("１２３４５６"));
         for (int code : {1043, 1048, 1055, 1059, 1060})
             QVERIFY(isAccountChanged(code));
         QVERIFY(!isAccountChanged(1044));
