@@ -5,6 +5,9 @@
 #include "app/NamedTimer.h"
 #include "app/Platform.h"
 #include "app/Product.h"
+#include "forgetpassword/ForceResetPasswordWidget.h"
+#include "forgetpassword/ForgetPasswordWidget.h"
+#include "forgetpassword/ResetPasswordWidget.h"
 #include "login/AuthenticatorStep.h"
 #include "login/CustomerStep.h"
 #include "login/DlgLoginUi.h"
@@ -59,7 +62,10 @@ DlgLogin::DlgLogin(QWidget* parent)
       m_authenticator(new AuthenticatorStep(m_context, this)),
       m_upgrade(new UpgradeWatch(this, false)), m_maintenance(new MaintenanceWatch(this)),
       m_ConnectSlowWarningTimer(makeTimer(this, "m_ConnectSlowWarningTimer", kSlowConnectionMs,
-                                          &DlgLogin::showConnectionSlowWarning))
+                                          &DlgLogin::showConnectionSlowWarning)),
+      m_forgetPasswordWidget(new ForgetPasswordWidget(this)),
+      m_resetPasswordWidget(new TQ::ResetPasswordWidget(this)),
+      m_forceResetPasswordWidget(new TQ::ForceResetPasswordWidget(this))
 {
     buildWindow();
     restoreCheckBoxes();
@@ -93,8 +99,6 @@ void DlgLogin::buildWindow()
 
     ui->versionLabel->setText(tr("Version ") + QLatin1String(product::kVersion));
     ui->btnLogin->setDefault(true);
-    for (QLineEdit* field : {ui->customerId, ui->username, ui->password})
-        field->installEventFilter(this);
     changeCurPage(DLG_CUSTOMER_PAGE);
 }
 
@@ -242,16 +246,6 @@ void DlgLogin::showEvent(QShowEvent* event)
         m_showUpgradeDialog = false;
     }
     QDialog::showEvent(event);
-}
-
-bool DlgLogin::eventFilter(QObject* object, QEvent* event)
-{
-    const bool focusIn = event->type() == QEvent::FocusIn;
-    if (focusIn || event->type() == QEvent::FocusOut) {
-        if (auto* field = qobject_cast<EntryField*>(object))
-            DlgLoginUi::showFieldIcon(field, focusIn);
-    }
-    return QDialog::eventFilter(object, event);
 }
 
 void DlgLogin::mousePressEvent(QMouseEvent* event)

@@ -3,6 +3,7 @@
 #include "login/LoginContext.h"
 #include "maintenance/MaintenanceNotice.h"
 #include "orch/OrchTypes.h"
+#include "widgets/WidgetTopPrompt.h"
 
 #include <QDialog>
 #include <QPoint>
@@ -13,13 +14,18 @@
 class AuthenticatorStep;
 class CustomerStep;
 class DlgLoginUi;
+class ForgetPasswordWidget;
 class LoginRequest;
 class MaintenanceWatch;
 class OrchReply;
 class QTimer;
 class UpgradeWatch;
-class WidgetTopPrompt;
 struct LoginFailure;
+namespace TQ {
+class ForceResetPasswordWidget;
+class PasswordPage;
+class ResetPasswordWidget;
+} // namespace TQ
 
 /// The login window: everything from a customer ID to a session token. It is run modally and ends
 /// accepted once a token has been saved, rejected when the user gives up or refuses the privacy
@@ -90,12 +96,17 @@ public slots:
     /// it has not.
     void onResetPassword(bool isSucc);
 
+    // Password pages
+    void on_btnForgetPasswd_clicked();
+    void onShowForgetPasswordWidget();
+    void forceResetPassword(const QString& reasonCn, const QString& reasonEn);
+    void onForceResetPasswordResult(bool isOk);
+
     void showConnectionSlowWarning();
     void onShowOrchUpgradeDialog(const OrchUpgradeReply& notice, NoticeType type);
 
 protected:
     void showEvent(QShowEvent* event) override;
-    bool eventFilter(QObject* object, QEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
 
@@ -110,6 +121,7 @@ private:
     void wireSms();
     void wireAuthenticator();
     void wirePasswordPages();
+    void addPasswordPage(LOGIN_PAGE number, TQ::PasswordPage* page);
     void parseAppArguments();
     void startByItself();
     void connectInputs();
@@ -125,6 +137,7 @@ private:
     void restoreLoginPage();
     void offerForgetPassword(bool supported);
     void showError(const QString& text);
+    void tell(WidgetTopPrompt::PROMPT_TYPE type, const QString& text);
 
     // The way of a login through its steps (DlgLoginSteps.cpp)
     void beginAttempt();
@@ -148,6 +161,9 @@ private:
     UpgradeWatch* m_upgrade;
     MaintenanceWatch* m_maintenance;
     QTimer* m_ConnectSlowWarningTimer;
+    ForgetPasswordWidget* m_forgetPasswordWidget;
+    TQ::ResetPasswordWidget* m_resetPasswordWidget;
+    TQ::ForceResetPasswordWidget* m_forceResetPasswordWidget;
     bool m_EmptyPass = false;         ///< the password field was emptied since the mask filled it
     bool m_loginBreak = false;        ///< Continue was pressed: the chain ends at the login page
     bool m_reLogin = false;           ///< started with "-logout"

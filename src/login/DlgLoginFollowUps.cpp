@@ -1,6 +1,9 @@
 // The login window and what may follow a login's answer: a code by SMS, a device to be associated,
 // an authenticator, a password to be changed.
 
+#include "forgetpassword/ForceResetPasswordWidget.h"
+#include "forgetpassword/ForgetPasswordWidget.h"
+#include "forgetpassword/ResetPasswordWidget.h"
 #include "login/AuthenticatorStep.h"
 #include "login/DlgLogin.h"
 #include "login/DlgLoginUi.h"
@@ -8,10 +11,13 @@
 #include "login/OtpAuthPage.h"
 #include "login/OtpVerifyPage.h"
 #include "login/SmsStep.h"
-#include "orch/ErrorCatalogue.h"
-#include "widgets/WidgetTopPrompt.h"
+#include "maintenance/MaintenanceWatch.h"
 
+#include <QLineEdit>
+#include <QPushButton>
 #include <QTimer>
+
+// SMS and device
 
 void DlgLogin::wireSms()
 {
@@ -27,11 +33,10 @@ void DlgLogin::wireSms()
     connect(step, &SmsStep::over, this, &DlgLogin::restoreLoginPage);
     connect(step, &SmsStep::refused, this, &DlgLogin::reportHttpErr);
     connect(step, &SmsStep::submitted, promptWidge, &WidgetTopPrompt::hidePrompt);
-    connect(step, &SmsStep::told, this,
-            [this](WidgetTopPrompt::PROMPT_TYPE type, const QString& text) {
-                promptWidge->showPrompt(type, text, true);
-            });
+    connect(step, &SmsStep::told, this, &DlgLogin::tell);
 }
+
+// Authenticator
 
 void DlgLogin::wireAuthenticator()
 {
@@ -58,15 +63,73 @@ void DlgLogin::wireAuthenticator()
     connect(m_authenticator, &AuthenticatorStep::otpMiddleTokenChanged, m_request,
             &LoginRequest::setOtpMiddleToken);
     connect(m_authenticator, &AuthenticatorStep::error, this, &DlgLogin::showError);
-    connect(m_authenticator, &AuthenticatorStep::copied, this, [this](const QString& text) {
-        promptWidge->showPrompt(WidgetTopPrompt::SHOW_SUCCESS, text, true);
-    });
+    connect(m_authenticator, &AuthenticatorStep::copied, this,
+            [this](const QString& text) { tell(WidgetTopPrompt::SHOW_SUCCESS, text); });
 }
+
+// Password pages
 
 void DlgLogin::wirePasswordPages()
 {
-    connect(m_request, &LoginRequest::passwordChangeForced, this, [this] {
-        ui->password->clear();
-        endLoginAttempt(errorText(ErrorText::LoginReplyUnusable));
-    });
+    addPasswordPage(DLG_FORGETPASSWORD_PAGE, m_forgetPasswordWidget);
+    addPasswordPage(DLG_RESETPASSWORD_PAGE, m_resetPasswordWidget);
+    addPasswordPage(DLG_FORCERESETPASSWORD_PAGE, m_forceResetPasswordWidget);
+    connect(ui->btnForgetPasswd, &QPushButton::clicked, this,
+            &DlgLogin::on_btnForgetPasswd_clicked);
+    connect(m_forgetPasswordWidget, &ForgetPasswordWidget::showResetPasswordWidget, this,
+            &DlgLogin::onShowForgetPasswordWidget);
+    connect(m_resetPasswordWidget, &TQ::ResetPasswordWidget::resetPassword, this,
+            &DlgLogin::onResetPassword);
+    connect(m_forceResetPasswordWidget, &TQ::ForceResetPasswordWidget::resetPasswordResult, this,
+            &DlgLogin::onForceResetPasswordResult);
+    connect(m_request, &LoginRequest::passwordChangeForced, this, &DlgLogin::forceResetPassword);
+}
+
+void DlgLogin::addPasswordPage(LOGIN_PAGE number, TQ::PasswordPage* page)
+{
+    using TQ::PasswordPage;
+    ui->setPage(number, page);
+    connect(page, &PasswordPage::backBtnClicked, this, &DlgLogin::on_backBtn_clicked);
+    connect(page, &PasswordPage::reportNetworkErr, this, &DlgLogin::reportHttpErr);
+    connect(page, &PasswordPage::badGateway, m_maintenance,
+            &MaintenanceWatch::_queryOrchUpgradeWhen502);
+    connect(page, &PasswordPage::submitted, promptWidge, &WidgetTopPrompt::hidePrompt);
+    connect(page, &PasswordPage::told, this, &DlgLogin::tell);
+}
+
+void DlgLogin::on_btnForgetPasswd_clicked()
+{
+    m_context.byHand = false;
+    m_context.verifyingCustomer = false; // from now on the orchestrator is asked
+    beginAttempt();
+    m_request->forgetApproval();
+    promptWidge->hidePrompt();
+    m_forgetPasswordWidget->setCustomerId(m_context.m_CustomerID);
+    m_forgetPasswordWidget->setCustomerIdStr(ui->customerId->text());
+    changeCurPage(DLG_FORGETPASSWORD_PAGE);
+}
+
+void DlgLogin::onShowForgetPasswordWidget()
+{
+    promptWidge->hidePrompt();
+    m_resetPasswordWidget->setAccount(m_forgetPasswordWidget->account());
+    changeCurPage(DLG_RESETPASSWORD_PAGE);
+}
+
+void DlgLogin::forceResetPassword(const QString& reasonCn, const QString& reasonEn)
+{
+    m_ConnectSlowWarningTimer->stop();
+    promptWidge->hidePrompt();
+    ui->password->clear();
+    restoreLoginPage();
+    m_forceResetPasswordWidget->setCustomerId(m_context.m_CustomerID);
+    m_forceResetPasswordWidget->setResetPassReason(reasonCn, reasonEn);
+    m_forceResetPasswordWidget->resetUI();
+    changeCurPage(DLG_FORCERESETPASSWORD_PAGE);
+}
+
+void DlgLogin::onForceResetPasswordResult(bool isOk)
+{
+    m_request->forgetAuthenticator();
+    onResetPassword(isOk);
 }

@@ -103,11 +103,9 @@ void DlgLogin::onBtnLoginEnableChanged()
     ui->btnLogin->setEnabled(!ui->username->text().isEmpty() && !ui->password->text().isEmpty());
 }
 
-// The link is offered when the orchestrator supports it and the page behind it exists.
 void DlgLogin::offerForgetPassword(bool supported)
 {
-    const bool hasPage = ui->stackedWidget->count() > DLG_FORGETPASSWORD_PAGE;
-    ui->btnForgetPasswd->setVisible(supported && hasPage);
+    ui->btnForgetPasswd->setVisible(supported);
 }
 
 void DlgLogin::showCustomerId(const QString& customerId)
@@ -115,16 +113,21 @@ void DlgLogin::showCustomerId(const QString& customerId)
     ui->customerIdLabel->setText(Util::GetStringWithLength(customerId, 12));
 }
 
+void DlgLogin::tell(WidgetTopPrompt::PROMPT_TYPE type, const QString& text)
+{
+    promptWidge->showPrompt(type, text, true);
+}
+
 void DlgLogin::showError(const QString& text)
 {
-    promptWidge->showPrompt(WidgetTopPrompt::SHOW_ERROR, text, true);
+    tell(WidgetTopPrompt::SHOW_ERROR, text);
 }
 
 void DlgLogin::showConnectionSlowWarning()
 {
     m_ConnectSlowWarningTimer->stop();
-    promptWidge->showPrompt(WidgetTopPrompt::SHOW_WARNING,
-                            tr("Your network may be slow. Still connecting, please wait"), true);
+    tell(WidgetTopPrompt::SHOW_WARNING,
+         tr("Your network may be slow. Still connecting, please wait"));
 }
 
 void DlgLogin::on_customerId_textEdited(const QString&)

@@ -28,8 +28,7 @@ EntryField* field(QWidget* parent, const char* name, const QString& title, const
     edit->setPlaceholderText(title);
     edit->setAccessibleName(title);
     edit->setFixedHeight(36);
-    edit->setProperty("fieldIcon", QLatin1String(icon));
-    DlgLoginUi::showFieldIcon(edit, false);
+    edit->setPicture(stateIcon(QLatin1String(icon)));
     return edit;
 }
 
@@ -41,12 +40,6 @@ QPushButton* button(QWidget* parent, const char* name, const QString& text, cons
 }
 
 } // namespace
-
-void DlgLoginUi::showFieldIcon(EntryField* field, bool focused)
-{
-    const QString name = field->property("fieldIcon").toString();
-    field->setPicture(pictureIcon(name + QLatin1String(focused ? "_on.png" : ".png")));
-}
 
 void DlgLoginUi::setPage(int number, QWidget* page)
 {

@@ -43,9 +43,6 @@ public:
     /// Makes `page` the one with this number; the window owns it.
     void setPage(int number, QWidget* page);
 
-    /// Swaps a field's leading icon between its plain and its focused variant.
-    static void showFieldIcon(EntryField* field, bool focused);
-
 private:
     QWidget* brandPanel(QDialog* window);
     QWidget* customerPage(QDialog* window);

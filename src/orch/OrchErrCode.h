@@ -39,6 +39,7 @@ constexpr int kSmsSendingFailed = 425;
 constexpr int kSmsSendingRefused = 426;
 constexpr int kInvalidCustomerId = 1007;
 constexpr int kLockedForDuration = 1019;
+constexpr int kTooManyCodes = 1021;
 constexpr int kCredentialsNoLongerValid = 1025;
 constexpr int kDeviceBindingPending = 1127;
 constexpr int kDeviceDisabled = 1128;

@@ -635,6 +635,41 @@
     </message>
 </context>
 <context>
+    <name>ForgetPasswordWidget</name>
+    <message>
+        <source>Customer ID</source>
+        <translation>客户 ID</translation>
+    </message>
+    <message>
+        <source>Username</source>
+        <translation>用户名</translation>
+    </message>
+    <message>
+        <source>Submit</source>
+        <translation>提交</translation>
+    </message>
+    <message>
+        <source>Forgot Password</source>
+        <translation>忘记密码</translation>
+    </message>
+    <message>
+        <source>Enter your username to set a new password with a code that is sent to your phone or mailbox.</source>
+        <translation>请输入用户名，验证码将发送到您的手机或邮箱，用于设置新密码。</translation>
+    </message>
+    <message>
+        <source>Unable to reset password due to unconfigured phone number or email. Please contact the administrator to configure.</source>
+        <translation>未配置手机号或邮箱，无法重置密码，请联系管理员配置。</translation>
+    </message>
+    <message>
+        <source>Unable to reset password due to unconfigured phone number. Please contact the administrator to configure.</source>
+        <translation>未配置手机号，无法重置密码，请联系管理员配置。</translation>
+    </message>
+    <message>
+        <source>Unable to reset password due to unconfigured mailbox. Please contact the administrator to configure.</source>
+        <translation>未配置邮箱，无法重置密码，请联系管理员配置。</translation>
+    </message>
+</context>
+<context>
     <name>Heartbeat</name>
     <message>
         <source>The client has received the message from the server for disconnecting to the network.</source>
@@ -969,6 +1004,145 @@ Intranet Mode</source>
     <message>
         <source>Connection canceled after receiving agent notification</source>
         <translation>收到 Agent 通知后，连接已取消</translation>
+    </message>
+</context>
+<context>
+    <name>TQ::ForceResetPasswordWidget</name>
+    <message>
+        <source>Enter Old Password</source>
+        <translation>请输入旧密码</translation>
+    </message>
+    <message>
+        <source>Enter New Password</source>
+        <translation>请输入新密码</translation>
+    </message>
+    <message>
+        <source>Enter New Password Again</source>
+        <translation>请再次输入新密码</translation>
+    </message>
+    <message>
+        <source>Confirm</source>
+        <translation>确定</translation>
+    </message>
+    <message>
+        <source>Please enter the new password.</source>
+        <translation>请输入新密码。</translation>
+    </message>
+    <message>
+        <source>Change Password</source>
+        <translation>修改密码</translation>
+    </message>
+    <message>
+        <source>For the security of your account, please change your initial password.</source>
+        <translation>为了您的账号安全，请修改初始密码。</translation>
+    </message>
+    <message>
+        <source>Please enter the old password</source>
+        <translation>请输入旧密码</translation>
+    </message>
+    <message>
+        <source>Your password has been changed successfully. Please use your new password to log in.</source>
+        <translation>密码修改成功，请使用新密码登录。</translation>
+    </message>
+</context>
+<context>
+    <name>TQ::NewPassword</name>
+    <message>
+        <source>Password mismatch</source>
+        <translation>两次输入的密码不一致</translation>
+    </message>
+    <message>
+        <source>The password does not meet the requirements.</source>
+        <translation>密码不符合要求。</translation>
+    </message>
+    <message>
+        <source>A password rule of the service cannot be applied here. The service itself checks the password against it.</source>
+        <translation>服务器的一条密码规则无法在客户端校验，将由服务器校验。</translation>
+    </message>
+</context>
+<context>
+    <name>TQ::PasswordPage</name>
+    <message>
+        <source>Back</source>
+        <translation>返回</translation>
+    </message>
+</context>
+<context>
+    <name>TQ::ResetPasswordWidget</name>
+    <message>
+        <source>Phone number</source>
+        <translation>手机号</translation>
+    </message>
+    <message>
+        <source>Email address</source>
+        <translation>邮箱</translation>
+    </message>
+    <message>
+        <source>Authentication Code</source>
+        <translation>验证码</translation>
+    </message>
+    <message>
+        <source>Enter Code</source>
+        <translation>请输入验证码</translation>
+    </message>
+    <message>
+        <source>New Password</source>
+        <translation>新密码</translation>
+    </message>
+    <message>
+        <source>Repeat New Password</source>
+        <translation>再次输入新密码</translation>
+    </message>
+    <message>
+        <source>Confirm</source>
+        <translation>确定</translation>
+    </message>
+    <message>
+        <source>Please enter the password.</source>
+        <translation>请输入密码。</translation>
+    </message>
+    <message>
+        <source>Reset Password</source>
+        <translation>重置密码</translation>
+    </message>
+    <message>
+        <source>Verification successful! Please be aware that, the authentication code has been sent to your phone.</source>
+        <translation>验证成功！验证码已发送到您的手机，请注意查收。</translation>
+    </message>
+    <message>
+        <source>Verification successful! Please be aware that, the authentication code has been sent to your email.</source>
+        <translation>验证成功！验证码已发送到您的邮箱，请注意查收。</translation>
+    </message>
+    <message>
+        <source>You&apos;re sending too many authentication codes. Please try again later.</source>
+        <translation>您发送验证码过于频繁，请稍后再试。</translation>
+    </message>
+    <message>
+        <source>Use Email</source>
+        <translation>使用邮箱</translation>
+    </message>
+    <message>
+        <source>Use Phone Number</source>
+        <translation>使用手机号</translation>
+    </message>
+    <message>
+        <source>Incorrect authentication code.</source>
+        <translation>验证码不正确。</translation>
+    </message>
+    <message>
+        <source>Your password has been successfully reset. Please login again.</source>
+        <translation>密码重置成功，请重新登录。</translation>
+    </message>
+</context>
+<context>
+    <name>TQ::SendCodeButton</name>
+    <message>
+        <source>Send Code</source>
+        <translation>发送验证码</translation>
+    </message>
+    <message>
+        <source>Send Code(%1s)</source>
+        <translation>%1 秒后重新发送</translation>
     </message>
 </context>
 <context>

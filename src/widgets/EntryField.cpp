@@ -42,5 +42,6 @@ void EntryField::paintEvent(QPaintEvent* event)
 {
     QLineEdit::paintEvent(event);
     QPainter painter(this);
-    m_picture.paint(&painter, kPictureLeft, 0, kPictureSize, height());
+    m_picture.paint(&painter, kPictureLeft, 0, kPictureSize, height(), Qt::AlignCenter,
+                    hasFocus() ? QIcon::Active : QIcon::Normal);
 }

@@ -13,7 +13,8 @@ class EntryField : public QLineEdit
 public:
     explicit EntryField(QWidget* parent = nullptr);
 
-    /// The picture, 16 x 16: decoration, which assistive technology is not told of.
+    /// The picture, 16 x 16, in its active state while the field has the focus: decoration, which
+    /// assistive technology is not told of.
     void setPicture(const QIcon& picture);
 
     void setText(const QString& text);
