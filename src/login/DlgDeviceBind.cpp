@@ -5,6 +5,7 @@
 #include "orch/AccountRequests.h"
 #include "orch/HostIdentity.h"
 #include "orch/HttpErrorText.h"
+#include "orch/OrchErrRes.h"
 #include "orch/TextUtil.h"
 #include "widgets/WidgetParts.h"
 
@@ -33,7 +34,7 @@ DlgDeviceBind::DlgDeviceBind(const QString& username, const QString& deviceId, c
       m_NetMgr(new QNetworkAccessManager(this))
 {
     setObjectName(QStringLiteral("DlgDeviceBind"));
-    OrchErrRes::instance()->setCustomerId(ConfigUtil::savedText(ConfigUtil::CUSTOMERID));
+    OrchErrRes::getInstance()->setCustomerId(ConfigUtil::savedText(ConfigUtil::CUSTOMERID));
     buildForm();
     connect(m_btnNo, &QPushButton::clicked, this, &QDialog::reject);
     connect(m_btnYes, &QPushButton::clicked, this, &DlgDeviceBind::on_btnYes_clicked);
