@@ -3,6 +3,7 @@
 #include "sim/Totp.h"
 
 #include <QJsonArray>
+#include <QJsonDocument>
 #include <QRegularExpression>
 
 #include <optional>
@@ -226,7 +227,7 @@ HttpReply demandDevice(const Account& account, World& world)
                       {QStringLiteral("deviceBindMiddleToken"), challenge.bindToken}}}});
 }
 
-HttpReply logIn(const Call& call, World& world)
+HttpReply answerLogin(const Call& call, World& world)
 {
     const Credential name = credentialOf(call, world, "encryptAccountName", "accountName");
     if (!call.header("x-tq-auth-header").isEmpty())
@@ -248,6 +249,17 @@ HttpReply logIn(const Call& call, World& world)
     challenge.code.clear(); // each works once
     challenge.otpMiddleToken.clear();
     return tokenReply(world.openSession(*account, serial), *account, recoveryCodes);
+}
+
+/// To a login by SMS a refusal must not look like an answer without a token.
+HttpReply logIn(const Call& call, World& world)
+{
+    HttpReply reply = answerLogin(call, world);
+    const int code =
+        QJsonDocument::fromJson(reply.body).object().value(QLatin1String("code")).toInt();
+    if (code != 0 && call.json.contains(QLatin1String("verification")))
+        reply.status = 400;
+    return reply;
 }
 
 QString polledId(const Call& call)

@@ -176,6 +176,45 @@
     </message>
 </context>
 <context>
+    <name>DlgDeviceBind</name>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Request Association</source>
+        <translation>申请关联</translation>
+    </message>
+    <message>
+        <source>Confirm &amp;&amp; Copy</source>
+        <translation>确认并复制</translation>
+    </message>
+    <message>
+        <source>You can get access to Veltaro once you associate your device with your Veltaro account. To initiate the binding process, simply click the Request Association button. Please be aware that it may take our network administrator some time to review your request. We appreciate your patience and understanding during this period.</source>
+        <translation>将设备与您的 Veltaro 账号关联后即可访问 Veltaro。点击“申请关联”按钮即可提交申请。网络管理员审核需要一些时间，请耐心等待，感谢您的理解。</translation>
+    </message>
+    <message>
+        <source>The software can only be used normally after the current account is successfully bound to the device. Please copy the following information and send it to the network administrator. It will take some time for the network administrator to process, please be patient.</source>
+        <translation>当前账号与设备关联成功后才能正常使用本软件。请复制以下信息并发送给网络管理员。网络管理员处理需要一些时间，请耐心等待。</translation>
+    </message>
+    <message>
+        <source>Bind Device</source>
+        <translation>关联设备</translation>
+    </message>
+    <message>
+        <source>Username:</source>
+        <translation>用户名：</translation>
+    </message>
+    <message>
+        <source>Device ID:</source>
+        <translation>设备 ID：</translation>
+    </message>
+    <message>
+        <source>Error Info: %1</source>
+        <translation>错误信息：%1</translation>
+    </message>
+</context>
+<context>
     <name>DlgForceUpgrade</name>
     <message>
         <source>Release note</source>
@@ -1287,6 +1326,56 @@ Intranet Mode</source>
     <message>
         <source>%1 days %2:%3:%4</source>
         <translation>%1 天 %2:%3:%4</translation>
+    </message>
+</context>
+<context>
+    <name>DlgPhoneAuth</name>
+    <message>
+        <source>Send</source>
+        <translation>发送</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>确定</translation>
+    </message>
+    <message>
+        <source>Verification</source>
+        <translation>验证</translation>
+    </message>
+    <message>
+        <source>Verification Code</source>
+        <translation>验证码</translation>
+    </message>
+    <message>
+        <source>SMS sent successfully</source>
+        <translation>短信发送成功</translation>
+    </message>
+    <message>
+        <source>%1s</source>
+        <translation>%1 秒</translation>
+    </message>
+    <message>
+        <source>Please input verification code</source>
+        <translation>请输入验证码</translation>
+    </message>
+    <message>
+        <source>The length of URL is 0, Please contact the network administrator</source>
+        <translation>URL 长度为 0，请联系网络管理员</translation>
+    </message>
+    <message>
+        <source>Obtained token successfully</source>
+        <translation>获取令牌成功</translation>
+    </message>
+    <message>
+        <source>Asynchronous authenticatin failed</source>
+        <translation>异步认证失败</translation>
+    </message>
+</context>
+<context>
+    <name>SmsStep</name>
+    <message>
+        <source>Authorization successded</source>
+        <translation>授权成功</translation>
     </message>
 </context>
 </TS>
