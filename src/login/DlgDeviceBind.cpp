@@ -7,6 +7,7 @@
 #include "orch/HttpErrorText.h"
 #include "orch/OrchErrRes.h"
 #include "orch/TextUtil.h"
+#include "widgets/PromptText.h"
 #include "widgets/WidgetParts.h"
 
 #include <QClipboard>
@@ -20,6 +21,7 @@
 namespace {
 
 constexpr int kFormWidth = 400;
+constexpr int kLongestShown = 128; ///< of what the orchestrator calls the account
 
 } // namespace
 
@@ -44,14 +46,20 @@ DlgDeviceBind::~DlgDeviceBind() = default;
 
 void DlgDeviceBind::buildForm()
 {
-    const auto wrapped = [this](const char* name, const char* role, const QString& text) {
-        QLabel* label = makeLabel(contentWidget(), name, role, text);
+    const auto wrapped = [this](const char* name, const QString& text) {
+        QLabel* label = makeLabel(contentWidget(), name, "text", text);
         label->setWordWrap(true);
         label->setFixedWidth(kFormWidth);
         return label;
     };
+    const auto fact = [&wrapped](const char* name, const QString& title, const QString& value) {
+        const QString shown = shortenedText(Util::oneLine(value), kLongestShown);
+        QLabel* label = wrapped(name, title + QLatin1Char(' ') + breakable(shown));
+        label->setAccessibleName(title + QLatin1Char(' ') + shown);
+        return label;
+    };
     QLabel* text = wrapped(
-        "labelBindContent", "text",
+        "labelBindContent",
         m_SupportApply
             ? tr("You can get access to Veltaro once you associate your device with your Veltaro "
                  "account. To initiate the binding process, simply click the Request Association "
@@ -74,10 +82,8 @@ void DlgDeviceBind::buildForm()
     column->setSpacing(12);
     column->addWidget(makeLabel(contentWidget(), "labelBindTitle", "title", tr("Bind Device")));
     column->addWidget(text);
-    column->addWidget(wrapped("labelUser", "text",
-                              tr("Username:") + QLatin1Char(' ') + Util::oneLine(m_Username)));
-    column->addWidget(
-        wrapped("labelDevice", "text", tr("Device ID:") + QLatin1Char(' ') + m_DeviceId));
+    column->addWidget(fact("labelUser", tr("Username:"), m_Username));
+    column->addWidget(fact("labelDevice", tr("Device ID:"), m_DeviceId));
     column->addSpacing(4);
     column->addLayout(buttons);
     layout()->setSizeConstraint(QLayout::SetFixedSize);

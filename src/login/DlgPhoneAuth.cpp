@@ -18,7 +18,6 @@
 #include "widgets/WidgetParts.h"
 
 #include <QHBoxLayout>
-#include <QJsonDocument>
 #include <QLabel>
 #include <QNetworkAccessManager>
 #include <QPushButton>
@@ -32,13 +31,6 @@ constexpr int kFieldHeight = 36;
 constexpr int kLongestCode = 64;
 constexpr int kLongestPollSeconds = 86400;
 constexpr int kMaskLength = 11; ///< whatever the password's length
-
-QByteArray withoutPassword(const QByteArray& body)
-{
-    QJsonObject object = JsonUtil::object(body);
-    object.remove(QStringLiteral("password"));
-    return QJsonDocument(object).toJson(QJsonDocument::Compact);
-}
 
 } // namespace
 
@@ -153,8 +145,16 @@ void DlgPhoneAuth::on_btnOk_clicked()
     m_userAuthUrl = ConfigUtil::savedText(ConfigUtil::AUTHURL);
     if (m_userAuthUrl.isEmpty())
         return error(tr("The length of URL is 0, Please contact the network administrator"));
-    m_btnOk->setEnabled(false);
+    setUnderWay(true);
     verifyUser(false);
+}
+
+// An approved login is sent again with the same code: meanwhile the field keeps it.
+void DlgPhoneAuth::setUnderWay(bool underWay)
+{
+    m_btnOk->setEnabled(!underWay);
+    m_lineEditCode->setReadOnly(underWay);
+    m_lineEditCode->setFocus();
 }
 
 // Verification
@@ -197,7 +197,7 @@ void DlgPhoneAuth::verifyUserHandler(const OrchReply& reply)
 {
     if (reply.answered())
         return takeReply(LoginReply::fromJson(reply.json()));
-    m_btnOk->setEnabled(true);
+    setUnderWay(false);
     m_DeviceBind = isDeviceBing(reply, m_DeviceBindUser, m_DeviceBindToken);
     if (m_DeviceBind)
         return reject();
@@ -223,7 +223,7 @@ void DlgPhoneAuth::takeReply(const LoginReply& reply)
         error(errorText(ErrorText::NoSmsToken));
         break;
     }
-    m_btnOk->setEnabled(true);
+    setUnderWay(false);
 }
 
 void DlgPhoneAuth::keepLogin(const LoginReply& reply)
@@ -252,7 +252,7 @@ void DlgPhoneAuth::asyncAuthHandler(const OrchReply& reply)
 {
     if (!reply.answered()) {
         logDisplayCritical(tr("Asynchronous authenticatin failed"));
-        m_btnOk->setEnabled(true);
+        setUnderWay(false);
         emit refused(reply);
         return;
     }
@@ -262,7 +262,7 @@ void DlgPhoneAuth::asyncAuthHandler(const OrchReply& reply)
     case PollNext::Approved:
         return verifyUser(true);
     case PollNext::TimedOut:
-        m_btnOk->setEnabled(true);
+        setUnderWay(false);
         return error(errorText(ErrorText::ApprovalTimeout));
     case PollNext::PollAgain:
         m_approvalTimer->start(qBound(0, m_AuthResultCheckInterval, kLongestPollSeconds) * 1000);

@@ -44,7 +44,8 @@ void SmsSender::requestSMS()
     params.middleToken = m_login.middleToken;
     const auto sent = [this](const OrchReply& reply) {
         const QJsonObject data = JsonUtil::getObject(reply.json(), QStringLiteral("data"));
-        m_SmsId = data.value(QLatin1String("id")).toVariant().toString();
+        if (data.contains(QLatin1String("id")))
+            m_SmsId = data.value(QLatin1String("id")).toVariant().toString();
         m_QueryTimes = 0;
         querySMSResult();
     };

@@ -35,7 +35,10 @@ void SmsStep::askForCode(const QString& phoneNumber, const QString& middleToken)
         else
             emit accepted();
     } else if (dialog->m_DeviceBind) {
-        bindDevice(dialog->m_DeviceBindUser, dialog->m_DeviceBindToken);
+        const QString user = dialog->m_DeviceBindUser;
+        const QString token = dialog->m_DeviceBindToken;
+        delete dialog; // with its secrets, before the next one opens
+        bindDevice(user, token);
     } else {
         emit over();
     }
@@ -48,12 +51,14 @@ void SmsStep::bindDevice(const QString& user, const QString& token)
     const bool answered = dialog->exec() == QDialog::Accepted;
     if (!dialog)
         return;
-    dialog->deleteLater();
+    const bool applied = answered && dialog->m_ApplyResult;
+    const QString error = answered ? dialog->m_ErrInfo : QString();
+    delete dialog; // an answer that comes after it was left finds nobody
     const QPointer<SmsStep> alive(this);
-    if (answered && dialog->m_ApplyResult)
+    if (applied)
         runAndDelete(new DlgBindResult(m_window, DlgBindResult::APPLY_SUCCESS));
-    else if (answered && !dialog->m_ErrInfo.isEmpty())
-        emit told(WidgetTopPrompt::SHOW_ERROR, dialog->m_ErrInfo);
+    else if (!error.isEmpty())
+        emit told(WidgetTopPrompt::SHOW_ERROR, error);
     if (alive)
         emit over();
 }

@@ -1,6 +1,9 @@
 #include "orch/MaskSecrets.h"
 
 #include "app/SecretNames.h"
+#include "orch/JsonUtil.h"
+
+#include <QJsonDocument>
 
 namespace {
 
@@ -84,4 +87,11 @@ QString maskSecrets(const QByteArray& body)
     if (body.size() > kLogBodyLimit)
         shown += QStringLiteral("... (%1 bytes)").arg(body.size());
     return shown;
+}
+
+QByteArray withoutPassword(const QByteArray& body)
+{
+    QJsonObject object = JsonUtil::object(body);
+    object.remove(QStringLiteral("password"));
+    return QJsonDocument(object).toJson(QJsonDocument::Compact);
 }

@@ -9,5 +9,8 @@
 /// note of the full length. Time is linear in the bytes shown. Any thread.
 QString maskSecrets(const QByteArray& body);
 
+/// A login request's body without its member "password", for the log. Any thread.
+QByteArray withoutPassword(const QByteArray& body);
+
 /// The most bytes of a body that are shown.
 constexpr int kLogBodyLimit = 8192;

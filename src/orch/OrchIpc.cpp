@@ -7,13 +7,11 @@
 #include "orch/ClientInfo.h"
 #include "orch/Gateway.h"
 #include "orch/HostIdentity.h"
-#include "orch/JsonUtil.h"
 #include "orch/MaskSecrets.h"
 #include "orch/OrchIdentity.h"
 #include "orch/OrchRequests.h"
 
 #include <QCoreApplication>
-#include <QJsonDocument>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QtDebug>
@@ -34,13 +32,6 @@ void releaseInstance()
 QString language()
 {
     return platform().isChinese() ? QStringLiteral("zh") : QStringLiteral("en");
-}
-
-QByteArray withoutPassword(const QByteArray& body)
-{
-    QJsonObject object = JsonUtil::object(body);
-    object.remove(QStringLiteral("password"));
-    return QJsonDocument(object).toJson(QJsonDocument::Compact);
 }
 
 } // namespace

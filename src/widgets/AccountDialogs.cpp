@@ -4,9 +4,9 @@
 #include "widgets/CommonTipsDialog.h"
 #include "widgets/DialogFrame.h"
 #include "widgets/DlgChangePassPrompt.h"
+#include "widgets/PromptText.h"
 
 #include <QCoreApplication>
-#include <QTextBoundaryFinder>
 
 namespace {
 
@@ -17,16 +17,6 @@ struct Texts
 {
     Q_DECLARE_TR_FUNCTIONS(AccountDialogs)
 };
-
-// A name has no spaces: it may break after any character.
-QString breakable(const QString& name)
-{
-    QString text;
-    QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, name);
-    for (int from = 0, to = 0; (to = characters.toNextBoundary()) > 0; from = to)
-        text += name.mid(from, to - from) + QChar(0x200b); // zero width space
-    return text;
-}
 
 void showTip(QWidget* parent, const QString& text)
 {

@@ -1,5 +1,7 @@
 #include "widgets/PromptText.h"
 
+#include <QTextBoundaryFinder>
+
 namespace {
 
 bool endsWord(QChar c)
@@ -38,4 +40,13 @@ QString shortenedText(const QString& text, int longest)
         return text;
     const bool pairCut = text.at(longest).isLowSurrogate();
     return text.left(pairCut ? longest - 1 : longest) + QChar(0x2026);
+}
+
+QString breakable(const QString& name)
+{
+    QString text;
+    QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, name);
+    for (int from = 0, to = 0; (to = characters.toNextBoundary()) > 0; from = to)
+        text += name.mid(from, to - from) + QChar(0x200b); // zero width space
+    return text;
 }

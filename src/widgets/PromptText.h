@@ -14,3 +14,6 @@ QString breakPromptText(const QString& text, int width, bool chinese);
 /// The first `longest` units of a text that is longer, with an ellipsis for the rest; a character
 /// is not cut in two. Servers may send texts of any length; what a glance can take in is enough.
 QString shortenedText(const QString& text, int longest);
+
+/// A name, which has no spaces, so that a label may break it after any character.
+QString breakable(const QString& name);

@@ -3,6 +3,7 @@
 #include "login/LookupReply.h"
 #include "login/PrivacyText.h"
 #include "login/PrivacyVersion.h"
+#include "login/SmsReply.h"
 #include "maintenance/MaintenanceNotice.h"
 #include "orch/JsonUtil.h"
 #include "orch/OrchReply.h"
@@ -139,6 +140,19 @@ private slots:
     {
         const auto reply = LoginReply::fromJson(JsonUtil::object(json(cell<QByteArray>("body"))));
         QTEST(decideLogin(reply, reply.otpMiddleToken), "followUp");
+    }
+
+    void smsOutcome()
+    {
+        const auto check = [](const QByteArray& body, SmsFollowUp next) {
+            QCOMPARE(decideSms(LoginReply::fromJson(JsonUtil::object(json(body)))), next);
+        };
+        const QByteArray approval = "{'requestIdForPoll':'r','authResultCheckUrl':'u'";
+        check("{'X-TQ-AUTH-HEADER':'t','requestIdForPoll':'r'}", SmsFollowUp::Accept);
+        check(approval + ",'authResultCheckTimes':1}", SmsFollowUp::Approval);
+        check(approval + "}", SmsFollowUp::ApprovalOver);
+        check("{'requestIdForPoll':'r','authResultCheckTimes':1}", SmsFollowUp::NoToken);
+        QCOMPARE(shownPhoneNumber("12345678901234567890"), QString("678901234567890"));
     }
 
     void refusals_data()

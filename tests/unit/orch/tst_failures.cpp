@@ -54,6 +54,21 @@ private slots:
                  "6026 Failed to send SMS authentication code, please try again.(495).");
     }
 
+    void dialogsOfTheirOwn()
+    {
+        const auto check = [](const OrchReply& reply, const char* text) {
+            QCOMPARE(requestFailureText(reply, texts()), QString(text));
+        };
+        const OrchReply lost({}, 0, Error::ConnectionRefusedError, "Connection refused");
+        const QString system = errorText(ErrorText::SystemErrorNoErrorText, 500);
+        check(lost, "Connection refused");
+        check(answered("", 500), qPrintable(system));
+        check(answered("<html>", 500), qPrintable(system));
+        check(OrchReply(json("{'code':88,'message':'Not you'}"), 400,
+                        Error::ProtocolInvalidOperationError, "x"),
+              "88 Not you");
+    }
+
     void transfers()
     {
         const auto check = [](Error error, int status, const char* lookup, const char* orch) {
