@@ -20,7 +20,7 @@ private slots:
     {
         QString code;
         logInBySms([&](QDialog* dialog) {
-            QTRY_COMPARE(prompt(), "SMS sent successfully");
+            QTRY_COMPARE(prompt(), kSent);
             submit(dialog, "");
             QCOMPARE(prompt(), "Please input verification code");
             submit(dialog, "12");
@@ -79,6 +79,7 @@ private slots:
         change([](sim::Account& account) { account.approvalPolls = 2; });
         answer(kResult, Fault::withStatus(500, kRefusal));
         logInBySms([this](QDialog* dialog) {
+            QTRY_COMPARE(prompt(), kSent);
             submitSent(dialog);
             QTRY_COMPARE(prompt(), "88 Not you");
             release(kResult);
@@ -120,7 +121,10 @@ private slots:
             part<QPushButton>(dialog, "btnYes")->click();
         });
         const auto told = status == 0 ? std::make_unique<ModalGuard>("DlgBindResult") : nullptr;
-        logInBySms([this](QDialog* dialog) { submitSent(dialog); });
+        logInBySms([this](QDialog* dialog) {
+            QTRY_COMPARE(prompt(), kSent);
+            submitSent(dialog);
+        });
         QTRY_VERIFY(canLogIn());
         QTEST(prompt(), "message");
         QVERIFY(!logged(service().lastRequest(kBind).header("x-tq-auth-device-bind")));
@@ -154,6 +158,7 @@ private slots:
 private:
     const QString kSara = "sara@acme.example";
     const QString kPassword = "Sms-code-44";
+    const QString kSent = "SMS sent successfully";
 
     void change(const std::function<void(sim::Account&)>& how) const
     {
