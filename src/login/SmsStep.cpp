@@ -37,7 +37,7 @@ void SmsStep::askForCode(const QString& phoneNumber, const QString& middleToken)
     } else if (dialog->m_DeviceBind) {
         bindDevice(dialog->m_DeviceBindUser, dialog->m_DeviceBindToken);
     } else {
-        emit over();
+        end();
     }
 }
 
@@ -55,5 +55,11 @@ void SmsStep::bindDevice(const QString& user, const QString& token)
     else if (answered && !dialog->m_ErrInfo.isEmpty())
         emit told(WidgetTopPrompt::SHOW_ERROR, dialog->m_ErrInfo);
     if (alive)
-        emit over();
+        end();
+}
+
+void SmsStep::end()
+{
+    m_window->activateWindow(); // the fields take the keyboard again
+    emit over();
 }
