@@ -19,14 +19,20 @@ namespace {
 
 /// Mutations that are no fault, and why: "path: mutation" for each path whose end fits.
 const QVector<QPair<const char*, const char*>> kHarmless{
-    {"(privacyversion.json|error-texts.json|obtain|config|getCustomerLogoUrl|url|upgrade): "
+    {"(privacyversion.json|error-texts.json|obtain|config|getCustomerLogoUrl|url|upgrade|smsStatus|"
+     "rule|binddevice|forgotpassword|mode|recoverOtpKey|send): "
      "headers.sn.0 of another",
      "the request names the serial nowhere else"},
-    {"(obtain|url): headers.customerid.0 of another", "nor the customer"},
+    {"(obtain|url|smsStatus): headers.customerid.0 of another", "nor the customer"},
     {"signout: headers.x-tq-auth-header(.0)? (dropped|empty)", "whose token was refused has none"},
     {"auth: json.agreeToPrivacy dropped", "who agreed before does not say it again"},
     {"auth: json.requestIdForPoll dropped", "a login that asks for another approval"},
     {"auth: json.(accountName|password) longer", "mistyped: refused, which is no violation"},
+    {".*: json.((verification|supportOtpCode|recoverCode) longer|recoverCode empty)",
+     "so are codes"},
+    {"send: json.(accountName|phoneNumber) longer", "whom the token names"},
+    {"binddevice: json.traceExtraInfo.deviceId longer", "any device"},
+    {"forgotpassword: json.resetTimes larger", "another try"},
     {"auth: json.(automaticLogin|otpLogin) inverted", "the service does not know these settings"},
     {"auth: json.traceExtraInfo.(device(Name|Type)|hostName|opsType) (longer|empty|of another)",
      "any text"},
@@ -39,7 +45,8 @@ const QVector<QPair<const char*, const char*>> kHarmless{
 QJsonObject described(const sim::RequestRecord& request)
 {
     QJsonObject headers;
-    for (const char* name : {"sn", "customerid", "type", "x-tq-auth-header", "content-type"}) {
+    for (const char* name : {"sn", "customerid", "type", "x-tq-auth-header", "content-type",
+                             "middletoken", "x-tq-auth-device-bind"}) {
         const QString value = request.header(name);
         headers.insert(name, value.isEmpty() ? QJsonArray() : QJsonArray{value});
     }
@@ -190,6 +197,8 @@ private slots:
         const auto nothing = [](const OrchReply&) {};
         ipc::OrchIpc::instance()->getCustomerLogo(QStringLiteral("1001"), nothing, nothing);
         QTRY_COMPARE(service().count("/api/mobile/v2/getCustomerLogoUrl"), 1);
+        furtherSteps();
+        passwords();
         window.reset();
 
         QCOMPARE(service().violations().join('\n'), QString());
@@ -201,8 +210,8 @@ private slots:
         }
         // What a request finds must not change with the requests before it, so none is really
         // served.
-        for (const auto& table : {sim::lookupRoutes(), sim::loginRoutes(), sim::sessionRoutes(),
-                                  sim::resourceRoutes()}) {
+        for (const auto& table : {sim::lookupRoutes(), sim::loginRoutes(), sim::accountRoutes(),
+                                  sim::sessionRoutes(), sim::resourceRoutes()}) {
             for (const sim::Route& route : table) {
                 QVERIFY2(service().count(route.path) > 0, route.path);
                 if (!route.onFault)
@@ -279,6 +288,76 @@ private:
         awaitLoginPage();
         logInWith(username, password);
         QTRY_VERIFY(accepted() || timer("m_approvalTimer")->isActive());
+    }
+
+    // A code by SMS, a device and an authenticator, none of which lets anybody in: what the service
+    // has handed out stays good.
+    void furtherSteps()
+    {
+        service().clearFaults();
+        toLoginPage();
+        ModalGuard phone("DlgPhoneAuth", [this](QDialog* dialog) {
+            QTRY_COMPARE(service().count("/api/mobile/smsStatus"), 1);
+            part<QLineEdit>(dialog, "lineEditCode")->setText("000000");
+            part<QPushButton>(dialog, "btnOk")->click();
+            QTRY_VERIFY(service().lastRequest(kLogin).json().contains("verification"));
+            dialog->reject();
+        });
+        logInWith("sara@acme.example", "Sms-code-44");
+        QTRY_VERIFY(canLogIn());
+        ModalGuard result("DlgBindResult");
+        ModalGuard device("DlgDeviceBind",
+                          [](QDialog* dialog) { part<QPushButton>(dialog, "btnYes")->click(); });
+        toLoginPage();
+        logInWith("dave@acme.example", "Device-ask-77");
+        QTRY_VERIFY(result.seen());
+        QTRY_VERIFY(canLogIn());
+        toLoginPage();
+        logInWith("olga@acme.example", "Otp-code-66");
+        QTRY_COMPARE(page(), DlgLogin::DLG_OTP_VERIFY_PAGE);
+        ModalGuard lost("OtpResetOtpTipDlg", [this](QDialog* dialog) {
+            part<QLineEdit>(dialog, "m_recoveryLineEdit")->setText("wrong");
+            part<QPushButton>(dialog, "btnReset")->click();
+            QTRY_COMPARE(service().count("/api/mobile/v2/recoverOtpKey"), 1);
+            dialog->reject();
+        });
+        button("m_lostPhoneBtn")->click();
+        QTest::keyClicks(child<QWidget>("m_verifyNumber"), "000000");
+        button("m_verifyBtn")->click();
+        QTRY_VERIFY(service().lastRequest(kLogin).json().contains("supportOtpCode"));
+    }
+
+    // A forgotten one, and one that must be changed.
+    void passwords()
+    {
+        const char reset[] = "/api/mobile/v2/forgotpassword";
+        answer(reset, 500);
+        toLoginPage();
+        button("btnForgetPasswd")->click();
+        field("m_usernameEdit")->setText(scene().username);
+        button("m_submit")->setEnabled(true);
+        button("m_submit")->click();
+        QTRY_COMPARE(page(), DlgLogin::DLG_RESETPASSWORD_PAGE);
+        button("m_sendBtn")->click();
+        QTRY_VERIFY(timer("m_phoneVerifyTimer")->isActive());
+        fillIn("resetPasswordPage", {"m_authCodeEdit", "m_passwordEdit", "m_passwordRepeatEdit"},
+               {"000000", "Fresh-start-9", "Fresh-start-9"});
+        QTRY_COMPARE(service().count(reset), 1);
+        toLoginPage();
+        logInWith("fred@acme.example", "First-pass-1");
+        QTRY_COMPARE(page(), DlgLogin::DLG_FORCERESETPASSWORD_PAGE);
+        fillIn("forceResetPasswordPage",
+               {"m_oldPasswordEdit", "m_newPasswordEdit", "m_repeatPasswordEdit"},
+               {"wrong", "Fresh-start-9", "Fresh-start-9"});
+        QTRY_COMPARE(service().count("/api/mobile/v2/resetpassword"), 1);
+    }
+
+    void fillIn(const char* name, const QVector<const char*>& fields, const QStringList& texts)
+    {
+        const auto* shown = child<QWidget>(name);
+        for (int i = 0; i < fields.size(); ++i)
+            QTest::keyClicks(part<QLineEdit>(shown, fields[i]), texts[i]);
+        part<QPushButton>(shown, "m_confirmBtn")->click();
     }
 
     // Sends a request; whether the service finds a violation, or that it is no HTTP.

@@ -23,7 +23,12 @@ private slots:
 
     void everySituationIsEnteredAndLeft()
     {
-        const QJsonObject well = m_page->state(0);
+        const auto state = [this] {
+            QJsonObject shown = m_page->state(0);
+            shown.remove("accounts"); // whose authenticators show another code every 30 s
+            return shown;
+        };
+        const QJsonObject well = state();
         QVERIFY(sim::situations().size() > 20);
         for (const sim::Situation& situation : sim::situations()) {
             // There is no datapath to die; filter documents and orders have no state to be seen.
@@ -31,10 +36,10 @@ private slots:
             if (has("crashDatapath") || has("filterSize") || has("order") || has("revoke"))
                 continue;
             QCOMPARE(m_page->carryOut({{"situation", situation.name}}), QStringList());
-            QVERIFY2(m_page->state(0) != well || !m_service->isRunning(sim::End::LookupPrimary),
+            QVERIFY2(state() != well || !m_service->isRunning(sim::End::LookupPrimary),
                      qPrintable(situation.name));
             QCOMPARE(m_page->carryOut({{"well", true}}), QStringList());
-            QCOMPARE(m_page->state(0), well);
+            QCOMPARE(state(), well);
             QVERIFY(m_service->isRunning(sim::End::LookupPrimary));
         }
     }

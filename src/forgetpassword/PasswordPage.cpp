@@ -83,6 +83,8 @@ void PasswordPage::addText(QLabel* label, const QString& text)
 void PasswordPage::setFormText(QLabel* label, const QString& text)
 {
     label->ensurePolished();
+    if (text.isEmpty())
+        return label->clear();
     const int most = (2 * kMostTextLines + 1) * label->fontMetrics().lineSpacing() / 2;
     for (int length = qMin(text.size(), kLongestText); length > 0; --length) {
         label->setText(shortenedText(text, length));

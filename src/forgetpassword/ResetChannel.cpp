@@ -93,7 +93,7 @@ void ResetChannel::send(const QString& customerId, const QString& username)
     };
     const auto refused = [this](const OrchReply& reply) {
         endSending();
-        emit failed(reply);
+        emit keyRefused(reply);
     };
     requestKey(customerId, m_attempt, received, refused);
 }

@@ -76,8 +76,9 @@ signals:
     void undelivered(const QString& error);
     /// Too many codes were asked for.
     void tooMany();
-    /// A request has failed and is to be rendered.
+    /// A request has failed and is to be rendered; keyRefused: that for the key.
     void failed(const OrchReply& reply);
+    void keyRefused(const OrchReply& reply);
 
 private:
     void orderCode(const QString& customerId, const QString& username,

@@ -89,7 +89,8 @@ void ResetPasswordWidget::wireChannel(ResetChannel* channel, ResetMethod method)
     connect(channel, &ResetChannel::tooMany, this, [this] {
         showTip(tr("You're sending too many authentication codes. Please try again later."));
     });
-    connect(channel, &ResetChannel::failed, this, &ResetPasswordWidget::refuse);
+    connect(channel, &ResetChannel::failed, this, &ResetPasswordWidget::fail);
+    connect(channel, &ResetChannel::keyRefused, this, &ResetPasswordWidget::refuse);
 }
 
 void ResetPasswordWidget::wireNewPassword()
@@ -202,8 +203,11 @@ void ResetPasswordWidget::onConfirmBtnPressed()
         complete.rsaType = key.rsaType();
         sendForgetPassword(complete, channel);
     };
-    requestKey(m_account.customerId, m_visit, received,
-               [this](const OrchReply& reply) { onConfirmFailed(reply); });
+    const auto refused = [this](const OrchReply& reply) {
+        endSubmission();
+        fail(reply);
+    };
+    requestKey(m_account.customerId, m_visit, received, refused);
 }
 
 void ResetPasswordWidget::sendForgetPassword(const ipc::ForgetPasswordParams& params,
@@ -215,17 +219,17 @@ void ResetPasswordWidget::sendForgetPassword(const ipc::ForgetPasswordParams& pa
     const auto failed = [this, channel](const OrchReply& reply) {
         if (reply.code() != 0)
             ++channel->resetTimes;
-        onConfirmFailed(reply);
+        endSubmission();
+        refuse(reply);
     };
     ipc::OrchIpc::instance()->resetPasswordWhenForgot(params, m_visit.step(received),
                                                       m_visit.step(failed));
 }
 
-void ResetPasswordWidget::onConfirmFailed(const OrchReply& reply)
+void ResetPasswordWidget::endSubmission()
 {
     m_submitting = false;
     onTextEdited();
-    refuse(reply);
 }
 
 void ResetPasswordWidget::onReset(bool success)

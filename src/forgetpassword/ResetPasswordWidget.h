@@ -45,7 +45,7 @@ private:
     void onTextEdited();
     void onConfirmBtnPressed();
     void sendForgetPassword(const ipc::ForgetPasswordParams& params, ResetChannel* channel);
-    void onConfirmFailed(const OrchReply& reply);
+    void endSubmission();
     void onReset(bool success);
     void refuse(const OrchReply& reply);
 

@@ -5,10 +5,6 @@
 #include "app/NamedTimer.h"
 #include "app/Platform.h"
 #include "app/Product.h"
-#include "forgetpassword/ForceResetPasswordWidget.h"
-#include "forgetpassword/ForgetPasswordWidget.h"
-#include "forgetpassword/ResetPasswordWidget.h"
-#include "login/AuthenticatorStep.h"
 #include "login/CustomerStep.h"
 #include "login/DlgLoginUi.h"
 #include "login/LoginInput.h"
@@ -59,13 +55,9 @@ DlgLogin::DlgLogin(QWidget* parent)
     : QDialog(parent), ui(std::make_unique<DlgLoginUi>(this)),
       promptWidge(new WidgetTopPrompt(this)), m_context([this] { return fields(); }),
       m_customer(new CustomerStep(m_context, this)), m_request(new LoginRequest(m_context, this)),
-      m_authenticator(new AuthenticatorStep(m_context, this)),
       m_upgrade(new UpgradeWatch(this, false)), m_maintenance(new MaintenanceWatch(this)),
       m_ConnectSlowWarningTimer(makeTimer(this, "m_ConnectSlowWarningTimer", kSlowConnectionMs,
-                                          &DlgLogin::showConnectionSlowWarning)),
-      m_forgetPasswordWidget(new ForgetPasswordWidget(this)),
-      m_resetPasswordWidget(new TQ::ResetPasswordWidget(this)),
-      m_forceResetPasswordWidget(new TQ::ForceResetPasswordWidget(this))
+                                          &DlgLogin::showConnectionSlowWarning))
 {
     buildWindow();
     restoreCheckBoxes();
@@ -73,9 +65,7 @@ DlgLogin::DlgLogin(QWidget* parent)
     restoreFields();
     wireSteps();
     wireNotices();
-    wireSms();
-    wireAuthenticator();
-    wirePasswordPages();
+    wireFollowUps();
     Log::clearLog();
     parseAppArguments();
     startByItself();
@@ -228,6 +218,8 @@ void DlgLogin::connectInputs()
     connect(ui->btnContinue, &QPushButton::clicked, this, &DlgLogin::on_btnContinue_clicked);
     connect(ui->customerId, &QLineEdit::returnPressed, this, &DlgLogin::on_btnContinue_clicked);
     connect(ui->btnLogin, &QPushButton::clicked, this, &DlgLogin::on_btnLogin_clicked);
+    connect(ui->btnForgetPasswd, &QPushButton::clicked, this,
+            &DlgLogin::on_btnForgetPasswd_clicked);
     connect(ui->customerId, &QLineEdit::textEdited, this, &DlgLogin::on_customerId_textEdited);
     connect(ui->username, &QLineEdit::textEdited, this, &DlgLogin::on_username_textEdited);
     connect(ui->password, &QLineEdit::textEdited, this, &DlgLogin::on_password_textEdited);

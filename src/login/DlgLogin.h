@@ -118,9 +118,11 @@ private:
     void restoreFields();
     void wireSteps();
     void wireNotices();
-    void wireSms();
-    void wireAuthenticator();
-    void wirePasswordPages();
+    void wireFollowUps();
+    // What may follow a login's answer (DlgLoginFollowUps.cpp)
+    void buildFurtherPages();
+    void setupOtpPageUI();
+    void addPasswordPages();
     void addPasswordPage(LOGIN_PAGE number, TQ::PasswordPage* page);
     void parseAppArguments();
     void startByItself();
@@ -157,13 +159,14 @@ private:
     LoginContext m_context;
     CustomerStep* m_customer;
     LoginRequest* m_request;
-    AuthenticatorStep* m_authenticator;
     UpgradeWatch* m_upgrade;
     MaintenanceWatch* m_maintenance;
     QTimer* m_ConnectSlowWarningTimer;
-    ForgetPasswordWidget* m_forgetPasswordWidget;
-    TQ::ResetPasswordWidget* m_resetPasswordWidget;
-    TQ::ForceResetPasswordWidget* m_forceResetPasswordWidget;
+    // The further pages, null until one of them is needed: most logins never see them.
+    AuthenticatorStep* m_authenticator = nullptr;
+    ForgetPasswordWidget* m_forgetPasswordWidget = nullptr;
+    TQ::ResetPasswordWidget* m_resetPasswordWidget = nullptr;
+    TQ::ForceResetPasswordWidget* m_forceResetPasswordWidget = nullptr;
     bool m_EmptyPass = false;         ///< the password field was emptied since the mask filled it
     bool m_loginBreak = false;        ///< Continue was pressed: the chain ends at the login page
     bool m_reLogin = false;           ///< started with "-logout"

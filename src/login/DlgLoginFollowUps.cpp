@@ -17,9 +17,7 @@
 #include <QPushButton>
 #include <QTimer>
 
-// SMS and device
-
-void DlgLogin::wireSms()
+void DlgLogin::wireFollowUps()
 {
     auto* const step = new SmsStep(m_context, this);
     for (const auto wanted : {&LoginRequest::smsNeeded, &LoginRequest::bindingDemanded})
@@ -34,19 +32,35 @@ void DlgLogin::wireSms()
     connect(step, &SmsStep::refused, this, &DlgLogin::reportHttpErr);
     connect(step, &SmsStep::submitted, promptWidge, &WidgetTopPrompt::hidePrompt);
     connect(step, &SmsStep::told, this, &DlgLogin::tell);
+
+    connect(m_request, &LoginRequest::authenticatorNeeded, this,
+            [this](bool otpLogin, const QString& otpKey, const QString& otpMiddleToken) {
+                m_ConnectSlowWarningTimer->stop();
+                buildFurtherPages();
+                m_authenticator->handleOtpLogin(otpLogin, otpKey, otpMiddleToken);
+            });
+    connect(m_request, &LoginRequest::passwordChangeForced, this, &DlgLogin::forceResetPassword);
+}
+
+void DlgLogin::buildFurtherPages()
+{
+    if (m_authenticator)
+        return;
+    m_authenticator = new AuthenticatorStep(m_context, this);
+    m_forgetPasswordWidget = new ForgetPasswordWidget(this);
+    m_resetPasswordWidget = new TQ::ResetPasswordWidget(this);
+    m_forceResetPasswordWidget = new TQ::ForceResetPasswordWidget(this);
+    setupOtpPageUI();
+    addPasswordPages();
 }
 
 // Authenticator
 
-void DlgLogin::wireAuthenticator()
+void DlgLogin::setupOtpPageUI()
 {
     ui->setPage(DLG_OTP_AUTH_PAGE, m_authenticator->authPage());
     ui->setPage(DLG_OTP_VERIFY_PAGE, m_authenticator->verifyPage());
 
-    connect(m_request, &LoginRequest::authenticatorNeeded, m_ConnectSlowWarningTimer,
-            &QTimer::stop);
-    connect(m_request, &LoginRequest::authenticatorNeeded, m_authenticator,
-            &AuthenticatorStep::handleOtpLogin);
     connect(m_request, &LoginRequest::authenticatorOver, m_authenticator,
             &AuthenticatorStep::forget);
     const auto show = [this](LOGIN_PAGE page) {
@@ -69,20 +83,17 @@ void DlgLogin::wireAuthenticator()
 
 // Password pages
 
-void DlgLogin::wirePasswordPages()
+void DlgLogin::addPasswordPages()
 {
     addPasswordPage(DLG_FORGETPASSWORD_PAGE, m_forgetPasswordWidget);
     addPasswordPage(DLG_RESETPASSWORD_PAGE, m_resetPasswordWidget);
     addPasswordPage(DLG_FORCERESETPASSWORD_PAGE, m_forceResetPasswordWidget);
-    connect(ui->btnForgetPasswd, &QPushButton::clicked, this,
-            &DlgLogin::on_btnForgetPasswd_clicked);
     connect(m_forgetPasswordWidget, &ForgetPasswordWidget::showResetPasswordWidget, this,
             &DlgLogin::onShowForgetPasswordWidget);
     connect(m_resetPasswordWidget, &TQ::ResetPasswordWidget::resetPassword, this,
             &DlgLogin::onResetPassword);
     connect(m_forceResetPasswordWidget, &TQ::ForceResetPasswordWidget::resetPasswordResult, this,
             &DlgLogin::onForceResetPasswordResult);
-    connect(m_request, &LoginRequest::passwordChangeForced, this, &DlgLogin::forceResetPassword);
 }
 
 void DlgLogin::addPasswordPage(LOGIN_PAGE number, TQ::PasswordPage* page)
@@ -104,6 +115,7 @@ void DlgLogin::on_btnForgetPasswd_clicked()
     beginAttempt();
     m_request->forgetApproval();
     promptWidge->hidePrompt();
+    buildFurtherPages();
     m_forgetPasswordWidget->setCustomerId(m_context.m_CustomerID);
     m_forgetPasswordWidget->setCustomerIdStr(ui->customerId->text());
     changeCurPage(DLG_FORGETPASSWORD_PAGE);
@@ -122,6 +134,7 @@ void DlgLogin::forceResetPassword(const QString& reasonCn, const QString& reason
     promptWidge->hidePrompt();
     ui->password->clear();
     restoreLoginPage();
+    buildFurtherPages();
     m_forceResetPasswordWidget->setCustomerId(m_context.m_CustomerID);
     m_forceResetPasswordWidget->setResetPassReason(reasonCn, reasonEn);
     m_forceResetPasswordWidget->resetUI();

@@ -95,7 +95,8 @@ void DlgLogin::restoreLoginPage()
 {
     onBtnLoginEnableChanged();
     ui->btnForgetPasswd->setEnabled(true);
-    m_authenticator->restore();
+    if (m_authenticator)
+        m_authenticator->restore();
 }
 
 void DlgLogin::onBtnLoginEnableChanged()

@@ -40,7 +40,7 @@ void SmsStep::askForCode(const QString& phoneNumber, const QString& middleToken)
         delete dialog; // with its secrets, before the next one opens
         bindDevice(user, token);
     } else {
-        emit over();
+        end();
     }
 }
 
@@ -60,5 +60,11 @@ void SmsStep::bindDevice(const QString& user, const QString& token)
     else if (!error.isEmpty())
         emit told(WidgetTopPrompt::SHOW_ERROR, error);
     if (alive)
-        emit over();
+        end();
+}
+
+void SmsStep::end()
+{
+    m_window->activateWindow(); // the fields take the keyboard again
+    emit over();
 }

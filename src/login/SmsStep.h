@@ -37,6 +37,8 @@ signals:
     void refused(const OrchReply& reply);
 
 private:
+    void end();
+
     LoginContext& m_context;
     QWidget* m_window;
 };

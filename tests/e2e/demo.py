@@ -22,12 +22,11 @@ def show_to_user():
         service = Simulator(SIMULATOR, client.folder, environment)
         client.environment = environment | service.variables
         client.start()
-        account = service.account()
-        print(f"\nVeltaro is opening. Type:\n"
-              f"    Customer ID   {account['customer']}\n"
-              f"    Username      {account['username']}\n"
-              f"    Password      {account['password']}\n\n"
-              f"Watch and switch the simulated service at {service.page}\n"
+        print("\nVeltaro is opening. Type one of these:\n\n"
+              "    Customer ID   Username              Password        Logs in")
+        for one in service.accounts():
+            print(f"    {one['customer']:12}  {one['username']:20}  {one['password']:14}  {one['remark']}")
+        print(f"\nCodes that were sent, and more to switch: {service.page}\n"
               "The demo ends when you quit the client (left bar: Quit, Quit Application).\n", flush=True)
         # A logout starts the client anew, so it is the folder that is watched, not one process.
         wait_for(client.pid, what="the client")
@@ -39,7 +38,10 @@ def show_to_user():
 
 def tour(client, service):
     """The main job, each step with its name; a step fails when it does not see its outcome."""
-    account = service.account()
+    account, other = service.account(), service.account("otto")
+
+    def code():
+        return service.account("otto")["totp"]
 
     def page(name):
         return f"page {name.lower()}", lambda: (client.press(name), client.see_text(name))
@@ -50,7 +52,14 @@ def tour(client, service):
             ("connected", client.see_connected), ("rates above zero", client.see_traffic),
             page("Setting"), page("Log"), page("About"), ("page home", lambda: client.press("Home")),
             ("stopped", client.stop), ("page quit", lambda: client.press("Quit")),
-            ("quit", client.quit), ("no rule broken", service.check)]
+            ("quit", client.quit), ("opened again", lambda: (client.start(), client.see_login_page())),
+            ("authenticator wanted", lambda: (
+                client.ask_for_login(other["username"], other["password"]), client.see_button("Next"))),
+            ("its code wanted", lambda: client.press("Next")),
+            ("logged in by its code", lambda: client.enter_authenticator_code(code())),
+            ("recovery codes copied", lambda: client.press("Copy")),
+            ("connected again", client.see_connected), ("quit again", client.quit),
+            ("no rule broken", service.check)]
 
 
 def keep_picture(scene, path):

@@ -193,10 +193,19 @@ class Client:
             self._click(box)
             wait_for(lambda: box.get_state_set().contains(Atspi.StateType.CHECKED), what="tick")
 
-    def log_in(self, username, password):
+    def ask_for_login(self, username, password):
         self.type("Username", username)
         self.type("Password", password)
         self.press("Login")
+
+    def log_in(self, username, password):
+        self.ask_for_login(username, password)
+        self.see_button("Home")
+
+    def enter_authenticator_code(self, code):
+        self._click(self.see({_R.LABEL}, "Digit 1 of 6"))
+        self._desktop.keys("type", code)
+        self.press("Verify")
         self.see_button("Home")
 
     def see_connected(self):

@@ -40,8 +40,12 @@ class Simulator:
         """The last requests to `path`, oldest first."""
         return [request for request in self.state()["requests"] if request["path"] == path]
 
-    def account(self):
-        return self.state()["accounts"][0]
+    def accounts(self):
+        return self.state()["accounts"]
+
+    def account(self, name=""):
+        """The one whose username begins so; the first logs in without further steps."""
+        return next(one for one in self.accounts() if one["username"].startswith(name))
 
     def check(self, log=""):
         """Fails when a rule was broken, or when `log` holds a password or token that it knows of."""
