@@ -52,9 +52,9 @@ HttpReply expired()
                   "操作已超时，请重新开始。");
 }
 
-HttpReply done(const QString& flag = QStringLiteral("success"))
+HttpReply done(const QString& flag = "success")
 {
-    return jsonReply({{QStringLiteral("code"), 0}, {flag, true}});
+    return jsonReply({{"code", 0}, {flag, true}});
 }
 
 void checkCustomer(JsonCheck& body, const Call& call)
@@ -65,19 +65,19 @@ void checkCustomer(JsonCheck& body, const Call& call)
 void checkLanguage(JsonCheck& body, Findings& findings)
 {
     const QString language = body.text("lang");
-    if (language != QLatin1String("en") && language != QLatin1String("zh"))
-        findings.add(QStringLiteral("lang is neither en nor zh"));
+    if (language != "en" && language != "zh")
+        findings.add("lang is neither en nor zh");
 }
 
 /// "phone" or "mailbox", and the token that goes with it.
 QString Challenge::*tokenFor(const QString& type)
 {
-    return type == QLatin1String("mailbox") ? &Challenge::mailToken : &Challenge::phoneToken;
+    return type == "mailbox" ? &Challenge::mailToken : &Challenge::phoneToken;
 }
 
 void checkType(const QString& type, Findings& findings)
 {
-    if (type != QLatin1String("phone") && type != QLatin1String("mailbox"))
+    if (type != "phone" && type != "mailbox")
         findings.add(QStringLiteral("\"%1\" is no way to send a code").arg(type));
 }
 
@@ -96,16 +96,16 @@ void checkSend(const Call& call, const World& world, Findings& findings)
         const QString type = body.text("sendType");
         checkType(type, findings);
         if (!world.hasToken(tokenFor(type), body.text("forgetPasswordMiddleToken")))
-            findings.add(QStringLiteral("forgetPasswordMiddleToken was never handed out"));
+            findings.add("forgetPasswordMiddleToken was never handed out");
         if (!call.header(kMiddleToken).isNull())
-            findings.add(QStringLiteral("unexpected header middleToken"));
+            findings.add("unexpected header middleToken");
     } else {
         if (body.text("phoneNumber").isEmpty())
-            findings.add(QStringLiteral("phoneNumber is empty"));
+            findings.add("phoneNumber is empty");
         if (!world.hasToken(&Challenge::middleToken, bytes(call.header(kMiddleToken))))
-            findings.add(QStringLiteral("header middleToken was never handed out"));
+            findings.add("header middleToken was never handed out");
     }
-    body.text("type", QStringLiteral("Custom"));
+    body.text("type", "Custom");
     checkLanguage(body, findings);
     body.finish();
 }
@@ -121,9 +121,8 @@ HttpReply send(const Call& call, World& world)
         return expired();
     challenge.code = QString::number(QRandomGenerator::global()->bounded(100000, 1000000));
     challenge.codeId = randomName();
-    challenge.codeType = QLatin1String(type == QLatin1String("mailbox") ? "email" : "sms");
-    return jsonReply({{QStringLiteral("code"), 0},
-                      {QStringLiteral("data"), QJsonObject{{"id", challenge.codeId}}}});
+    challenge.codeType = QLatin1String(type == "mailbox" ? "email" : "sms");
+    return jsonReply({{"code", 0}, {"data", QJsonObject{{"id", challenge.codeId}}}});
 }
 
 void checkStatus(const Call& call, const World& world, Findings& findings)
@@ -136,7 +135,7 @@ void checkStatus(const Call& call, const World& world, Findings& findings)
                                       return challenge.codeId == id && challenge.codeType == type;
                                   });
     if (!sent || id.isEmpty())
-        findings.add(QStringLiteral("no such code was sent"));
+        findings.add("no such code was sent");
     body.finish();
 }
 
@@ -167,12 +166,12 @@ HttpReply mode(const Call& call, World& world)
     challenge.phoneToken = randomName();
     challenge.mailToken = randomName();
     const int method = account->phone.isEmpty() ? 2 : account->mailbox.isEmpty() ? 1 : 0;
-    QJsonObject reply{{QStringLiteral("code"), 0},
-                      {QStringLiteral("resetPwdMethod"), method},
-                      {QStringLiteral("phone"), account->phone},
-                      {QStringLiteral("mailbox"), account->mailbox},
-                      {QStringLiteral("phoneMiddleToken"), challenge.phoneToken},
-                      {QStringLiteral("emailMiddleToken"), challenge.mailToken}};
+    QJsonObject reply{{"code", 0},
+                      {"resetPwdMethod", method},
+                      {"phone", account->phone},
+                      {"mailbox", account->mailbox},
+                      {"phoneMiddleToken", challenge.phoneToken},
+                      {"emailMiddleToken", challenge.mailToken}};
     const QJsonObject& other = world.scenario.resetModeReply;
     for (auto it = other.begin(); it != other.end(); ++it)
         reply.insert(it.key(), it.value());
@@ -183,7 +182,7 @@ void checkRules(const Call& call, const World&, Findings& findings)
 {
     JsonCheck body = jsonBody(call, findings);
     checkCustomer(body, call);
-    body.text("clientType", QStringLiteral("linux"));
+    body.text("clientType", "linux");
     checkLanguage(body, findings);
     body.finish();
 }
@@ -223,9 +222,9 @@ void checkReset(const Call& call, const World& world, Findings& findings)
     checkType(type, findings);
     body.optionalText("phoneNumber");
     if (body.integer("resetTimes") < 1)
-        findings.add(QStringLiteral("resetTimes counts from 1"));
+        findings.add("resetTimes counts from 1");
     if (!world.hasToken(tokenFor(type), body.text("middleToken")))
-        findings.add(QStringLiteral("middleToken was never handed out"));
+        findings.add("middleToken was never handed out");
     body.finish();
 }
 
@@ -281,7 +280,7 @@ void checkRecovery(const Call& call, const World& world, Findings& findings)
     JsonCheck body = jsonBody(call, findings);
     body.text("customerId", bytes(call.header("customerid")));
     if (!world.hasToken(&Challenge::otpMiddleToken, body.text("otpMiddleToken")))
-        findings.add(QStringLiteral("otpMiddleToken was never handed out"));
+        findings.add("otpMiddleToken was never handed out");
     body.text("recoverCode");
     body.finish();
 }
@@ -299,8 +298,8 @@ HttpReply recover(const Call& call, World& world)
     account->otpBound = false;
     challenge.otpSecret = randomSecret();
     challenge.otpMiddleToken = randomName();
-    return jsonReply({{QStringLiteral("otpKey"), challenge.otpSecret},
-                      {QStringLiteral("otpMiddleToken"), challenge.otpMiddleToken}});
+    return jsonReply(
+        {{"otpKey", challenge.otpSecret}, {"otpMiddleToken", challenge.otpMiddleToken}});
 }
 
 void checkBinding(const Call& call, const World& world, Findings& findings)
@@ -309,10 +308,10 @@ void checkBinding(const Call& call, const World& world, Findings& findings)
     const int customer = body.integer("customerId");
     const QString username = body.text("username");
     if (world.account(customer, username) == nullptr)
-        findings.add(QStringLiteral("there is no such account"));
+        findings.add("there is no such account");
     if (!world.hasToken(&Challenge::bindToken, bytes(call.header(kBindToken))))
-        findings.add(QStringLiteral("header X-TQ-AUTH-DEVICE-BIND was never handed out"));
-    JsonCheck device(body.object("traceExtraInfo"), findings, QStringLiteral("traceExtraInfo."));
+        findings.add("header X-TQ-AUTH-DEVICE-BIND was never handed out");
+    JsonCheck device(body.object("traceExtraInfo"), findings, "traceExtraInfo.");
     device.text("deviceId");
     device.finish();
     body.finish();

@@ -31,7 +31,7 @@ void checkContent(HeaderRules::Content content, const Call& call, Findings& find
                          .arg(QString::fromLatin1(value), QString::fromLatin1(expected)));
     // The HTTP library does not hand over the body of a request that should have none.
     if (content == HeaderRules::Content::None && call.header("content-length").toLongLong() > 0)
-        findings.add(QStringLiteral("body where none belongs"));
+        findings.add("body where none belongs");
 }
 
 void checkCustomer(HeaderRules::Customer rule, const Call& call, const World& world,
@@ -40,11 +40,11 @@ void checkCustomer(HeaderRules::Customer rule, const Call& call, const World& wo
     const QByteArray value = call.header("customerid");
     if (rule == HeaderRules::Customer::None) {
         if (!value.isNull())
-            findings.add(QStringLiteral("unexpected header customerId"));
+            findings.add("unexpected header customerId");
         return;
     }
     if (value.isEmpty()) {
-        findings.add(QStringLiteral("header customerId is missing"));
+        findings.add("header customerId is missing");
         return;
     }
     bool number = false;
@@ -60,23 +60,23 @@ void checkToken(HeaderRules::Token rule, const Call& call, const World& world, F
     const QByteArray value = call.header(kToken);
     if (rule == Token::None) {
         if (!value.isNull())
-            findings.add(QStringLiteral("unexpected header X-TQ-AUTH-HEADER"));
+            findings.add("unexpected header X-TQ-AUTH-HEADER");
         return;
     }
     if (value.isEmpty()) {
         if (rule == Token::Required)
-            findings.add(QStringLiteral("header X-TQ-AUTH-HEADER is missing or empty"));
+            findings.add("header X-TQ-AUTH-HEADER is missing or empty");
         return;
     }
     const auto session = world.sessions.constFind(QString::fromUtf8(value));
     if (session == world.sessions.constEnd()) {
-        findings.add(QStringLiteral("header X-TQ-AUTH-HEADER holds a token never issued"));
+        findings.add("header X-TQ-AUTH-HEADER holds a token never issued");
         return;
     }
     if (session->serial != QString::fromUtf8(call.header("sn")))
-        findings.add(QStringLiteral("the token was issued to another serial"));
+        findings.add("the token was issued to another serial");
     if (session->customerId != call.header("customerid").toInt())
-        findings.add(QStringLiteral("the token was issued to another customer"));
+        findings.add("the token was issued to another customer");
 }
 
 /// White space between tokens, which a compact document does not have.
@@ -99,7 +99,7 @@ bool isCompact(const QByteArray& json)
 
 bool isSerial(const QString& serial)
 {
-    static const QRegularExpression pattern(QStringLiteral("\\A[0-9A-E]{32}\\z"));
+    static const QRegularExpression pattern("\\A[0-9A-E]{32}\\z");
     return pattern.match(serial).hasMatch();
 }
 
@@ -146,7 +146,7 @@ QJsonValue JsonCheck::take(const char* member)
     m_seen.insert(QLatin1String(member));
     const QJsonValue value = m_object.value(QLatin1String(member));
     if (value.isUndefined())
-        wrong(member, QStringLiteral("is missing"));
+        wrong(member, "is missing");
     return value;
 }
 
@@ -159,7 +159,7 @@ QString JsonCheck::text(const char* member)
 {
     const QJsonValue value = take(member);
     if (!value.isUndefined() && !value.isString())
-        wrong(member, QStringLiteral("is no text"));
+        wrong(member, "is no text");
     return value.toString();
 }
 
@@ -176,7 +176,7 @@ QString JsonCheck::optionalText(const char* member)
         return {};
     const QString value = text(member);
     if (value.isEmpty())
-        wrong(member, QStringLiteral("is present but empty"));
+        wrong(member, "is present but empty");
     return value;
 }
 
@@ -187,7 +187,7 @@ int JsonCheck::integer(const char* member)
         return 0;
     double whole = 0;
     if (!value.isDouble() || std::modf(value.toDouble(), &whole) != 0.0)
-        wrong(member, QStringLiteral("is no integer"));
+        wrong(member, "is no integer");
     return value.toInt();
 }
 
@@ -202,14 +202,14 @@ bool JsonCheck::flag(const char* member)
 {
     const QJsonValue value = take(member);
     if (!value.isUndefined() && !value.isBool())
-        wrong(member, QStringLiteral("is no boolean"));
+        wrong(member, "is no boolean");
     return value.toBool();
 }
 
 void JsonCheck::flag(const char* member, bool expected)
 {
     if (flag(member) != expected)
-        wrong(member, QStringLiteral("has the wrong value"));
+        wrong(member, "has the wrong value");
 }
 
 void JsonCheck::trueOrAbsent(const char* member)
@@ -222,7 +222,7 @@ QJsonObject JsonCheck::object(const char* member)
 {
     const QJsonValue value = take(member);
     if (!value.isUndefined() && !value.isObject())
-        wrong(member, QStringLiteral("is no object"));
+        wrong(member, "is no object");
     return value.toObject();
 }
 
@@ -230,7 +230,7 @@ QJsonArray JsonCheck::array(const char* member)
 {
     const QJsonValue value = take(member);
     if (!value.isUndefined() && !value.isArray())
-        wrong(member, QStringLiteral("is no array"));
+        wrong(member, "is no array");
     return value.toArray();
 }
 
@@ -247,9 +247,9 @@ JsonCheck jsonBody(const Call& call, Findings& findings)
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(call.body, &error);
     if (error.error != QJsonParseError::NoError || !document.isObject())
-        findings.add(QStringLiteral("body is no JSON object"));
+        findings.add("body is no JSON object");
     else if (!isCompact(call.body))
-        findings.add(QStringLiteral("body is not compact"));
+        findings.add("body is not compact");
     return JsonCheck(document.object(), findings);
 }
 
@@ -290,9 +290,9 @@ QMap<QByteArray, QByteArray> checkForm(const Call& call, const QVector<FormField
 void checkClientInfo(const QJsonObject& info, const QString& serial, Findings& findings)
 {
     static const QRegularExpression addresses(
-        QStringLiteral("\\A(%1(,%1)*)?\\z").arg(QLatin1String("\\d+(\\.\\d+){3}(/\\d+)?")));
-    static const QRegularExpression system(QStringLiteral("\\A.*\\(kernel .+\\)\\z"));
-    JsonCheck check(info, findings, QStringLiteral("traceExtraInfo."));
+        QStringLiteral("\\A(%1(,%1)*)?\\z").arg("\\d+(\\.\\d+){3}(/\\d+)?"));
+    static const QRegularExpression system("\\A.*\\(kernel .+\\)\\z");
+    JsonCheck check(info, findings, "traceExtraInfo.");
     const QString ip = check.text("internalIp");
     if (!addresses.match(ip).hasMatch())
         findings.add(QStringLiteral("internalIp \"%1\" is no list of addresses").arg(ip));
@@ -300,13 +300,12 @@ void checkClientInfo(const QJsonObject& info, const QString& serial, Findings& f
     if (!system.match(version).hasMatch())
         findings.add(QStringLiteral("opsVersion \"%1\" names no kernel").arg(version));
     const QString architecture = check.text("osArchitecture");
-    if (!QStringList{QStringLiteral("X86"), QStringLiteral("ARM"), QStringLiteral("unknown")}
-             .contains(architecture))
+    if (!QStringList{"X86", "ARM", "unknown"}.contains(architecture))
         findings.add(QStringLiteral("osArchitecture \"%1\" is unknown").arg(architecture));
     for (const char* name : {"deviceName", "deviceType", "opsType", "hostName"})
         check.text(name);
     check.text("sn", serial);
-    check.text("clientType", QStringLiteral("Veltaro"));
+    check.text("clientType", "Veltaro");
     check.finish();
 }
 

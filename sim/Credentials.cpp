@@ -13,14 +13,14 @@ Credential decryptCredential(const World& world, const QString& cipher, int rsaT
     Credential credential;
     const auto plain = world.key.decrypt(cipher.toLatin1(), rsaType == 1);
     if (!plain) {
-        credential.fault = QStringLiteral("does not decrypt");
+        credential.fault = "does not decrypt";
         return credential;
     }
     const int feed = plain->lastIndexOf('\n');
     bool number = false;
     const qint64 stamp = feed < 0 ? 0 : plain->mid(feed + 1).toLongLong(&number);
     if (!number) {
-        credential.fault = QStringLiteral("carries no time stamp");
+        credential.fault = "carries no time stamp";
         return credential;
     }
     credential.text = QString::fromUtf8(plain->left(feed));
@@ -53,7 +53,7 @@ Credential credentialOf(const Call& call, const World& world, const char* encryp
 {
     if (!call.json.contains(QLatin1String(encrypted)))
         return {true, textOf(call, plain), {}};
-    const int rsaType = call.json.value(QLatin1String("rsaType")).toInt();
+    const int rsaType = call.json.value("rsaType").toInt();
     return decryptCredential(world, textOf(call, encrypted), rsaType);
 }
 
@@ -62,12 +62,12 @@ void checkCredential(JsonCheck& body, const World& world, bool encrypted, const 
 {
     if (!encrypted) {
         if (body.text(plain).isEmpty())
-            findings.add(QLatin1String(plain) + QStringLiteral(" is empty"));
+            findings.add(QLatin1String(plain) + " is empty");
         return;
     }
     const Credential read = decryptCredential(world, body.text(cipher), expectsOaep(world));
     if (!read.good)
-        findings.add(QLatin1String(cipher) + QLatin1Char(' ') + read.fault);
+        findings.add(QLatin1String(cipher) + ' ' + read.fault);
 }
 
 void checkPadding(JsonCheck& body, const World& world)

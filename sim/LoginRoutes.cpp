@@ -24,10 +24,9 @@ HttpReply offerKey(const Call& call, World& world)
     QJsonArray types;
     for (int type : world.scenario.rsaTypes)
         types.append(type);
-    QJsonObject reply{{QStringLiteral("code"), 0}, {QStringLiteral("rsaType"), types}};
+    QJsonObject reply{{"code", 0}, {"rsaType", types}};
     const bool offers = account != nullptr && account->offersKey;
-    reply.insert(QStringLiteral("key"),
-                 offers ? QString::fromLatin1(world.key.publicKey()) : QString());
+    reply.insert("key", offers ? QString::fromLatin1(world.key.publicKey()) : QString());
     if (offers)
         world.keyGivenTo.insert(customer);
     else
@@ -52,13 +51,13 @@ void checkAuthConfig(const Call& call, const World&, Findings& findings)
 /// What both kinds of login say of this client.
 void checkDevice(JsonCheck& body, const Call& call, const World& world, Findings& findings)
 {
-    static const QRegularExpression deviceId(QStringLiteral("\\A[0-9A-Z-]*\\z"));
+    static const QRegularExpression deviceId("\\A[0-9A-Z-]*\\z");
     if (!deviceId.match(body.text("deviceId")).hasMatch())
-        findings.add(QStringLiteral("deviceId is no identifier in upper case"));
-    body.text("mobileVersion", QStringLiteral("6.1.20"));
+        findings.add("deviceId is no identifier in upper case");
+    body.text("mobileVersion", "6.1.20");
     const QString approval = body.optionalText("requestIdForPoll");
     if (!approval.isEmpty() && !world.approvals.contains(approval))
-        findings.add(QStringLiteral("requestIdForPoll names no approval that waits"));
+        findings.add("requestIdForPoll names no approval that waits");
     checkClientInfo(body.object("traceExtraInfo"), QString::fromUtf8(call.header("sn")), findings);
 }
 
@@ -81,8 +80,8 @@ void checkSmsLogin(const Call& call, const World& world, Findings& findings)
 
 void checkLogin(const Call& call, const World& world, Findings& findings)
 {
-    static const QRegularExpression agreement(QStringLiteral("\\A(\\d*|newest)\\z"));
-    if (call.json.contains(QLatin1String("verification")))
+    static const QRegularExpression agreement("\\A(\\d*|newest)\\z");
+    if (call.json.contains("verification"))
         return checkSmsLogin(call, world, findings);
     JsonCheck body = jsonBody(call, findings);
     const bool encrypted = isKeyGiven(call, world);
@@ -97,13 +96,13 @@ void checkLogin(const Call& call, const World& world, Findings& findings)
     body.flag("otpLogin");
     body.flag("automaticLogin");
     if (!agreement.match(body.text("privacyVersion")).hasMatch())
-        findings.add(QStringLiteral("privacyVersion is no version of the agreement"));
+        findings.add("privacyVersion is no version of the agreement");
     body.optionalText("supportOtpCode");
     const QString otpToken = body.optionalText("otpMiddleToken");
     if (body.has("supportOtpCode") != body.has("otpMiddleToken"))
-        findings.add(QStringLiteral("supportOtpCode and otpMiddleToken go together"));
+        findings.add("supportOtpCode and otpMiddleToken go together");
     if (!otpToken.isEmpty() && !world.hasToken(&Challenge::otpMiddleToken, otpToken))
-        findings.add(QStringLiteral("otpMiddleToken was never handed out"));
+        findings.add("otpMiddleToken was never handed out");
     body.trueOrAbsent("agreeToPrivacy");
     checkDevice(body, call, world, findings);
     body.finish();
@@ -112,16 +111,16 @@ void checkLogin(const Call& call, const World& world, Findings& findings)
 HttpReply tokenReply(const Session& session, const Account& account,
                      const QStringList& recoveryCodes = {})
 {
-    QJsonObject reply{{QStringLiteral("code"), 0},
-                      {QStringLiteral("X-TQ-AUTH-HEADER"), session.token},
-                      {QStringLiteral("allowChangePass"), account.allowChangePass},
-                      {QStringLiteral("needResetPassword"), account.mustChangePassword}};
+    QJsonObject reply{{"code", 0},
+                      {"X-TQ-AUTH-HEADER", session.token},
+                      {"allowChangePass", account.allowChangePass},
+                      {"needResetPassword", account.mustChangePassword}};
     if (account.mustChangePassword) {
-        reply.insert(QStringLiteral("needResetPasswordReasonCn"), account.changeReasonCn);
-        reply.insert(QStringLiteral("needResetPasswordReasonEn"), account.changeReasonEn);
+        reply.insert("needResetPasswordReasonCn", account.changeReasonCn);
+        reply.insert("needResetPasswordReasonEn", account.changeReasonEn);
     }
     if (!recoveryCodes.isEmpty())
-        reply.insert(QStringLiteral("otpRecoverCode"), QJsonArray::fromStringList(recoveryCodes));
+        reply.insert("otpRecoverCode", QJsonArray::fromStringList(recoveryCodes));
     return jsonReply(reply);
 }
 
@@ -130,13 +129,12 @@ HttpReply askForApproval(const Account& account, const QString& serial, World& w
     const QString id = randomName();
     world.approvals.insert(id,
                            {account.username, account.customerId, serial, account.approvalPolls});
-    const QString address =
-        world.orchestratorRoot() + QLatin1String(kPollPath) + QStringLiteral("?requestId=") + id;
-    return jsonReply({{QStringLiteral("code"), 0},
-                      {QStringLiteral("requestIdForPoll"), id},
-                      {QStringLiteral("authResultCheckUrl"), address},
-                      {QStringLiteral("authResultCheckInterval"), world.scenario.approvalInterval},
-                      {QStringLiteral("authResultCheckTimes"), world.scenario.approvalTimes}});
+    const QString address = world.orchestratorRoot() + kPollPath + "?requestId=" + id;
+    return jsonReply({{"code", 0},
+                      {"requestIdForPoll", id},
+                      {"authResultCheckUrl", address},
+                      {"authResultCheckInterval", world.scenario.approvalInterval},
+                      {"authResultCheckTimes", world.scenario.approvalTimes}});
 }
 
 bool isApproved(const Call& call, const Account& account, World& world)
@@ -162,21 +160,19 @@ HttpReply askForSms(const Account& account, World& world)
 {
     Challenge& challenge = world.challenges[account.username];
     challenge.middleToken = randomName();
-    return jsonReply({{QStringLiteral("code"), 0},
-                      {QStringLiteral("middleToken"), challenge.middleToken},
-                      {QStringLiteral("phoneNumber"), account.phone}});
+    return jsonReply(
+        {{"code", 0}, {"middleToken", challenge.middleToken}, {"phoneNumber", account.phone}});
 }
 
 HttpReply askForAuthenticator(const Account& account, World& world)
 {
     Challenge& challenge = world.challenges[account.username];
     challenge.otpMiddleToken = randomName();
-    QJsonObject reply{{QStringLiteral("code"), 0},
-                      {QStringLiteral("otpMiddleToken"), challenge.otpMiddleToken},
-                      {QStringLiteral("otpLogin"), account.otpBound}};
+    QJsonObject reply{
+        {"code", 0}, {"otpMiddleToken", challenge.otpMiddleToken}, {"otpLogin", account.otpBound}};
     if (!account.otpBound) {
         challenge.otpSecret = randomSecret();
-        reply.insert(QStringLiteral("otpKey"), challenge.otpSecret);
+        reply.insert("otpKey", challenge.otpSecret);
     }
     return jsonReply(reply);
 }
@@ -187,23 +183,20 @@ std::optional<HttpReply> secondFactor(const Call& call, Account& account, World&
 {
     const Challenge challenge = world.challenges.value(account.username);
     if (account.factor == Account::Factor::Sms) {
-        if (!call.json.contains(QLatin1String("verification")))
+        if (!call.json.contains("verification"))
             return askForSms(account, world);
         if (challenge.code.isEmpty() || textOf(call, "verification") != challenge.code)
-            return errorReply(1003, QStringLiteral("The verification code is wrong."),
-                              QStringLiteral("验证码错误。"));
+            return errorReply(1003, "The verification code is wrong.", "验证码错误。");
     }
     if (account.factor != Account::Factor::Authenticator)
         return {};
-    if (!call.json.contains(QLatin1String("supportOtpCode")))
+    if (!call.json.contains("supportOtpCode"))
         return askForAuthenticator(account, world);
     if (textOf(call, "otpMiddleToken") != challenge.otpMiddleToken)
-        return errorReply(1108, QStringLiteral("The authenticator's step has expired."),
-                          QStringLiteral("身份验证器验证已过期。"));
+        return errorReply(1108, "The authenticator's step has expired.", "身份验证器验证已过期。");
     const QString secret = account.otpBound ? account.otpSecret : challenge.otpSecret;
     if (!isTotp(secret, textOf(call, "supportOtpCode")))
-        return errorReply(1109, QStringLiteral("The authenticator's code is wrong."),
-                          QStringLiteral("身份验证器验证码错误。"));
+        return errorReply(1109, "The authenticator's code is wrong.", "身份验证器验证码错误。");
     if (account.otpBound)
         return {};
     account.otpBound = true;
@@ -219,12 +212,10 @@ HttpReply demandDevice(const Account& account, World& world)
     Challenge& challenge = world.challenges[account.username];
     const bool ask = account.deviceRule == Account::DeviceRule::AskWithToken;
     challenge.bindToken = ask ? randomName() : QString();
-    return jsonReply(
-        {{QStringLiteral("code"), 401},
-         {QStringLiteral("message"), QStringLiteral("mobileBindDevice")},
-         {QStringLiteral("parameters"),
-          QJsonObject{{QStringLiteral("accountName"), account.username},
-                      {QStringLiteral("deviceBindMiddleToken"), challenge.bindToken}}}});
+    return jsonReply({{"code", 401},
+                      {"message", "mobileBindDevice"},
+                      {"parameters", QJsonObject{{"accountName", account.username},
+                                                 {"deviceBindMiddleToken", challenge.bindToken}}}});
 }
 
 HttpReply answerLogin(const Call& call, World& world)
@@ -235,8 +226,7 @@ HttpReply answerLogin(const Call& call, World& world)
     const Credential password = credentialOf(call, world, "encryptPassword", "password");
     Account* account = world.account(customerOf(call), name.text);
     if (!name.good || !password.good || account == nullptr || account->password != password.text)
-        return errorReply(1001, QStringLiteral("Wrong username or password."),
-                          QStringLiteral("用户名或密码错误。"));
+        return errorReply(1001, "Wrong username or password.", "用户名或密码错误。");
     const QString serial = QString::fromUtf8(call.header("sn"));
     QStringList recoveryCodes;
     if (const auto reply = secondFactor(call, *account, world, &recoveryCodes))
@@ -255,9 +245,8 @@ HttpReply answerLogin(const Call& call, World& world)
 HttpReply logIn(const Call& call, World& world)
 {
     HttpReply reply = answerLogin(call, world);
-    const int code =
-        QJsonDocument::fromJson(reply.body).object().value(QLatin1String("code")).toInt();
-    if (code != 0 && call.json.contains(QLatin1String("verification")))
+    const int code = QJsonDocument::fromJson(reply.body).object().value("code").toInt();
+    if (code != 0 && call.json.contains("verification"))
         reply.status = 400;
     return reply;
 }
@@ -274,21 +263,20 @@ void checkPoll(const Call& call, const World& world, Findings& findings)
     checkEmptyBody(call, findings);
     const Approval approval = world.approvals.value(polledId(call));
     if (approval.username.isEmpty())
-        findings.add(QStringLiteral("polls for a request that does not wait"));
+        findings.add("polls for a request that does not wait");
     else if (approval.customerId != call.header("customerid").toInt() ||
              approval.serial != QString::fromUtf8(call.header("sn")))
-        findings.add(QStringLiteral("polls for the request of another customer or serial"));
+        findings.add("polls for the request of another customer or serial");
 }
 
 HttpReply poll(const Call& call, World& world)
 {
     const auto approval = world.approvals.find(polledId(call));
     if (approval == world.approvals.end())
-        return errorReply(404, QStringLiteral("No such request"));
+        return errorReply(404, "No such request");
     if (approval->pollsLeft > 0)
         --approval->pollsLeft;
-    return jsonReply({{QStringLiteral("code"), 0},
-                      {QStringLiteral("resultCode"), approval->pollsLeft > 0 ? 1 : 0}});
+    return jsonReply({{"code", 0}, {"resultCode", approval->pollsLeft > 0 ? 1 : 0}});
 }
 
 void checkNothing(const Call& call, const World&, Findings& findings)

@@ -11,17 +11,17 @@ void checkLookup(const Call& call, const World&, Findings& findings)
     const auto values = checkForm(
         call, {{"customerId", {}}, {"sn", {call.header("sn")}}, {"model", {"linux"}}}, findings);
     if (values.value("customerId") != call.header("customerid"))
-        findings.add(QStringLiteral("header and form name different customers"));
+        findings.add("header and form name different customers");
 }
 
 HttpReply lookUp(const Call& call, World& world)
 {
     const Account* account = world.anyAccountOf(QString::fromUtf8(call.header("customerid")));
     if (account == nullptr)
-        return errorReply(1007, QStringLiteral("No such customer"));
-    return jsonReply({{QStringLiteral("code"), 0},
-                      {QStringLiteral("orchDomain"), world.orchestratorRoot()},
-                      {QStringLiteral("customerId"), account->customerId}});
+        return errorReply(1007, "No such customer");
+    return jsonReply({{"code", 0},
+                      {"orchDomain", world.orchestratorRoot()},
+                      {"customerId", account->customerId}});
 }
 
 void checkNothing(const Call& call, const World&, Findings& findings)
@@ -31,7 +31,7 @@ void checkNothing(const Call& call, const World&, Findings& findings)
 
 HttpReply privacyVersion(const Call&, World& world)
 {
-    return jsonReply({{QStringLiteral("veltaro_privacy_version"), world.scenario.privacyVersion}});
+    return jsonReply({{"veltaro_privacy_version", world.scenario.privacyVersion}});
 }
 
 } // namespace

@@ -17,10 +17,9 @@ void checkNothing(const Call& call, const World&, Findings& findings)
 
 HttpReply errorResourceAddress(const Call&, World& world)
 {
-    return jsonReply({{QStringLiteral("code"), 0},
-                      {QStringLiteral("errorResourceVersion"), world.scenario.errorResourceVersion},
-                      {QStringLiteral("errorResourceDownloadUrl"),
-                       world.orchestratorRoot() + QLatin1String(kErrorDocument)}});
+    return jsonReply({{"code", 0},
+                      {"errorResourceVersion", world.scenario.errorResourceVersion},
+                      {"errorResourceDownloadUrl", world.orchestratorRoot() + kErrorDocument}});
 }
 
 HttpReply errorDocument(const Call&, World& world)
@@ -49,7 +48,7 @@ void checkNotice(const Call& call, const World&, Findings& findings)
 {
     JsonCheck body = jsonBody(call, findings);
     body.text("customerId", QString::fromUtf8(call.header("customerid")));
-    body.text("model", QStringLiteral("linux"));
+    body.text("model", "linux");
     body.text("sn", QString::fromUtf8(call.header("sn")));
     body.finish();
 }
@@ -58,8 +57,8 @@ HttpReply notice(const Call&, World& world)
 {
     QJsonObject reply = world.scenario.noticeReply;
     const double now = static_cast<double>(QDateTime::currentMSecsSinceEpoch());
-    if (!reply.contains(QLatin1String("currentTime")))
-        reply.insert(QStringLiteral("currentTime"), now);
+    if (!reply.contains("currentTime"))
+        reply.insert("currentTime", now);
     // A notice of the control page counts its times from now.
     const auto fromNow = [&](const char* minutes, const char* time) {
         const QJsonValue value = reply.take(QLatin1String(minutes));
@@ -74,7 +73,7 @@ HttpReply notice(const Call&, World& world)
 void checkPicture(const QJsonValue& value, const char* keyName, const char* clientName, int height,
                   Findings& findings)
 {
-    JsonCheck picture(value.toObject(), findings, QStringLiteral("resource."));
+    JsonCheck picture(value.toObject(), findings, "resource.");
     picture.text("keyName", QLatin1String(keyName));
     picture.text("clientName", QLatin1String(clientName));
     picture.integer("dpi", {96});
@@ -87,7 +86,7 @@ void checkLogos(const Call& call, const World&, Findings& findings)
     JsonCheck body = jsonBody(call, findings);
     const QJsonArray pictures = body.array("resource");
     if (pictures.size() != 2)
-        findings.add(QStringLiteral("resource does not hold two pictures"));
+        findings.add("resource does not hold two pictures");
     checkPicture(pictures.at(0), "pictureLogo", "orvek-round.png", 50, findings);
     checkPicture(pictures.at(1), "textLogo", "logo.png", 40, findings);
     body.integer("customerId", {call.header("customerid").toInt()});

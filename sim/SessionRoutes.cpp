@@ -25,13 +25,13 @@ void checkInternalIp(const QString& ip, Findings& findings)
 void checkConnect(const Call& call, const World&, Findings& findings)
 {
     JsonCheck body = jsonBody(call, findings);
-    body.text("deviceModel", QStringLiteral("linux"));
-    body.text("mobileVersion", QStringLiteral("6.1.20"));
+    body.text("deviceModel", "linux");
+    body.text("mobileVersion", "6.1.20");
     body.text("sn", QString::fromUtf8(call.header("sn")));
-    body.text("deviceSupportMode", QStringLiteral("native"));
+    body.text("deviceSupportMode", "native");
     checkInternalIp(body.text("internalIp"), findings);
     body.integer("mobileActionLogType", {1, 2, 4});
-    JsonCheck features(body.object("supportFeature"), findings, QStringLiteral("supportFeature."));
+    JsonCheck features(body.object("supportFeature"), findings, "supportFeature.");
     for (const char* name :
          {"supportHttps", "supportHeartBeat", "supportIpFilterDownloadUrlV2", "supportCheckToken"})
         features.flag(name, true);
@@ -51,13 +51,11 @@ HttpReply connectSession(const Call& call, World& world)
     QJsonObject reply = world.scenario.connectReply;
     const QString root = world.orchestratorRoot();
     insertDefault(reply, "customerId", session->customerId);
-    insertDefault(reply, "heartbeatUrl", root + QLatin1String(kHeartbeatPath));
-    insertDefault(reply, "mobileTrafficDownloadUrl",
-                  root + QLatin1String(kFilterPath) + QLatin1Char('?') +
-                      QLatin1String(kFilterQuery));
+    insertDefault(reply, "heartbeatUrl", root + kHeartbeatPath);
+    insertDefault(reply, "mobileTrafficDownloadUrl", root + kFilterPath + '?' + kFilterQuery);
     session->connected = true;
     session->everConnected = true;
-    session->intranet = reply.value(QLatin1String("mobileDetect")).toBool();
+    session->intranet = reply.value("mobileDetect").toBool();
     return jsonReply(reply);
 }
 
@@ -65,7 +63,7 @@ void checkDisconnect(const Call& call, const World&, Findings& findings)
 {
     JsonCheck body = jsonBody(call, findings);
     body.integer("customerId", {call.header("customerid").toInt()});
-    body.text("mobileVersion", QStringLiteral("6.1.20"));
+    body.text("mobileVersion", "6.1.20");
     body.text("sn", QString::fromUtf8(call.header("sn")));
     body.integer("mobileActionLogType", {1, 2, 3, 4});
     body.finish();
@@ -77,7 +75,7 @@ HttpReply withOrder(World& world, QJsonObject reply)
     if (world.orders.isEmpty())
         return jsonReply(reply);
     QJsonObject order = world.orders.takeFirst();
-    const QString logfile = order.take(QStringLiteral("logfile")).toString();
+    const QString logfile = order.take("logfile").toString();
     for (auto it = order.begin(); it != order.end(); ++it)
         reply.insert(it.key(), it.value());
     HttpReply answer = jsonReply(reply);
@@ -89,7 +87,7 @@ HttpReply withOrder(World& world, QJsonObject reply)
 HttpReply disconnectSession(const Call& call, World& world)
 {
     world.sessionOf(call)->connected = false;
-    return withOrder(world, {{QStringLiteral("code"), 0}});
+    return withOrder(world, {{"code", 0}});
 }
 
 void checkSignout(const Call& call, const World&, Findings& findings)
@@ -106,7 +104,7 @@ HttpReply signOut(const Call& call, World& world)
         return refusal(session == nullptr ? -1 : session->invalidReason);
     session->valid = false;
     session->connected = false;
-    return jsonReply({{QStringLiteral("code"), 0}});
+    return jsonReply({{"code", 0}});
 }
 
 const Session* sessionOf(const Call& call, const World& world)
@@ -119,7 +117,7 @@ void checkConnected(const Call& call, const World& world, Findings& findings)
 {
     const Session* session = sessionOf(call, world);
     if (session != nullptr && !session->everConnected)
-        findings.add(QStringLiteral("the session has never connected"));
+        findings.add("the session has never connected");
 }
 
 void checkHeartbeat(const Call& call, const World& world, Findings& findings)
@@ -143,7 +141,7 @@ void checkFilter(const Call& call, const World& world, Findings& findings)
     checkEmptyBody(call, findings);
     if (call.query() != kFilterQuery)
         findings.add(QStringLiteral("the query is \"%1\", the address given out had \"%2\"")
-                         .arg(QString::fromUtf8(call.query()), QLatin1String(kFilterQuery)));
+                         .arg(QString::fromUtf8(call.query()), kFilterQuery));
     checkConnected(call, world, findings);
 }
 

@@ -191,7 +191,7 @@ void Simulator::Private::check(const Call& call, const Route& route)
 QString Simulator::Private::faultKey(const Call& call) const
 {
     const QString path = QString::fromUtf8(call.path());
-    const QString key = endName(call.end) + QLatin1Char(':') + path;
+    const QString key = endName(call.end) + ':' + path;
     return world.scenario.faults.contains(key) ? key : path;
 }
 
@@ -280,13 +280,13 @@ bool Simulator::isRunning(End end) const
 QString Simulator::primaryUrl() const
 {
     const std::lock_guard lock(d->mutex);
-    return d->world.roots.value(End::LookupPrimary) + QLatin1String(kLookupPath);
+    return d->world.roots.value(End::LookupPrimary) + kLookupPath;
 }
 
 QString Simulator::backupUrl() const
 {
     const std::lock_guard lock(d->mutex);
-    return d->world.roots.value(End::LookupBackup) + QLatin1String(kLookupPath);
+    return d->world.roots.value(End::LookupBackup) + kLookupPath;
 }
 
 QString Simulator::orchRoot() const
@@ -297,7 +297,7 @@ QString Simulator::orchRoot() const
 
 QString Simulator::authUrl() const
 {
-    return orchRoot() + QLatin1String(kAuthPath);
+    return orchRoot() + kAuthPath;
 }
 
 void Simulator::edit(const std::function<void(Scenario&)>& change)

@@ -11,13 +11,13 @@ QString endName(End end)
 {
     switch (end) {
     case End::LookupPrimary:
-        return QStringLiteral("primary");
+        return "primary";
     case End::LookupBackup:
-        return QStringLiteral("backup");
+        return "backup";
     case End::Orchestrator:
         break;
     }
-    return QStringLiteral("orchestrator");
+    return "orchestrator";
 }
 
 const Account* World::account(int customerId, const QString& username) const
@@ -90,20 +90,17 @@ HttpReply jsonReply(const QJsonObject& object)
 
 HttpReply errorReply(int code, const QString& message, const QString& messageCn)
 {
-    QJsonObject object{{QStringLiteral("code"), code}, {QStringLiteral("message"), message}};
+    QJsonObject object{{"code", code}, {"message", message}};
     if (!messageCn.isEmpty())
-        object.insert(QStringLiteral("parameters"),
-                      QJsonObject{{QStringLiteral("message_cn"), messageCn}});
+        object.insert("parameters", QJsonObject{{"message_cn", messageCn}});
     return jsonReply(object);
 }
 
 HttpReply refusal(int invalidReason)
 {
-    QJsonObject object{{QStringLiteral("code"), 401},
-                       {QStringLiteral("message"), QStringLiteral("The session is not valid.")}};
+    QJsonObject object{{"code", 401}, {"message", "The session is not valid."}};
     if (invalidReason >= 0)
-        object.insert(QStringLiteral("parameters"),
-                      QJsonObject{{QStringLiteral("invalidReasonCode"), invalidReason}});
+        object.insert("parameters", QJsonObject{{"invalidReasonCode", invalidReason}});
     HttpReply reply = jsonReply(object);
     reply.status = 401;
     return reply;
