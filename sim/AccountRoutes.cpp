@@ -11,133 +11,80 @@ namespace sim {
 
 namespace {
 
-using Rules = HeaderRules;
-
 constexpr char kMiddleToken[] = "middletoken";
 constexpr char kBindToken[] = "x-tq-auth-device-bind";
+constexpr CredentialNames kUsername{"encryptAccountName", "username"};
+constexpr CredentialNames kOldPassword{"oldEncryptPassword", "oldPassword"};
+constexpr CredentialNames kNewPassword{"newEncryptPassword", "newPassword"};
 constexpr int kStepExpired = 1060;
 
-QString bytes(const QByteArray& value)
+Account* accountOf(const Call& call, World& world, const CredentialNames& names)
 {
-    return QString::fromUtf8(value);
+    return world.find(named(call.customer(), credentialOf(call, world, names).text));
 }
 
-Account* accountOf(const Call& call, World& world, const char* plain)
+HttpReply done()
 {
-    return world.account(customerOf(call),
-                         credentialOf(call, world, "encryptAccountName", plain).text);
-}
-
-/// By the value of one of its tokens; null when nobody holds it.
-Account* ownerOf(const Call& call, World& world, QString Challenge::*token, const QString& value)
-{
-    for (Account& account : world.scenario.accounts) {
-        if (account.customerId == customerOf(call) && !value.isEmpty() &&
-            world.challenges.value(account.username).*token == value)
-            return &account;
-    }
-    return nullptr;
-}
-
-HttpReply refuse(int code, const char* message, const char* messageCn, int status = 200)
-{
-    HttpReply reply = errorReply(code, QLatin1String(message), QString::fromUtf8(messageCn));
-    reply.status = status;
-    return reply;
-}
-
-HttpReply expired()
-{
-    return refuse(kStepExpired, "Too much time has passed, please start again.",
-                  "操作已超时，请重新开始。");
-}
-
-HttpReply done(const QString& flag = QStringLiteral("success"))
-{
-    return jsonReply({{QStringLiteral("code"), 0}, {flag, true}});
-}
-
-void checkCustomer(JsonCheck& body, const Call& call)
-{
-    body.integer("customerId", {customerOf(call)});
-}
-
-void checkLanguage(JsonCheck& body, Findings& findings)
-{
-    const QString language = body.text("lang");
-    if (language != QLatin1String("en") && language != QLatin1String("zh"))
-        findings.add(QStringLiteral("lang is neither en nor zh"));
+    return success({{"success", true}});
 }
 
 /// "phone" or "mailbox", and the token that goes with it.
 QString Challenge::*tokenFor(const QString& type)
 {
-    return type == QLatin1String("mailbox") ? &Challenge::mailToken : &Challenge::phoneToken;
+    return type == "mailbox" ? &Challenge::mailToken : &Challenge::phoneToken;
 }
 
-void checkType(const QString& type, Findings& findings)
+void checkHeader(JsonCheck& body, const char* header, QString Challenge::*token)
 {
-    if (type != QLatin1String("phone") && type != QLatin1String("mailbox"))
-        findings.add(QStringLiteral("\"%1\" is no way to send a code").arg(type));
+    if (!body.world.hasToken(token, body.call.header(header)))
+        body.findings.add("header %1 was never handed out", header);
 }
 
 // Codes
 
-void checkSend(const Call& call, const World& world, Findings& findings)
+void checkSend(JsonCheck& body)
 {
-    JsonCheck body = jsonBody(call, findings);
-    const bool reset = body.has("forgetPasswordMiddleToken");
-    const bool encrypted = reset && isKeyGiven(call, world);
-    checkCustomer(body, call);
-    checkCredential(body, world, encrypted, "encryptAccountName", "accountName", findings);
-    if (encrypted)
-        checkPadding(body, world);
-    if (reset) {
-        const QString type = body.text("sendType");
-        checkType(type, findings);
-        if (!world.hasToken(tokenFor(type), body.text("forgetPasswordMiddleToken")))
-            findings.add(QStringLiteral("forgetPasswordMiddleToken was never handed out"));
-        if (!call.header(kMiddleToken).isNull())
-            findings.add(QStringLiteral("unexpected header middleToken"));
+    body.customerNumber();
+    if (body.has("forgetPasswordMiddleToken")) {
+        checkCredentials(body, {kAccountName});
+        body.handedOut("forgetPasswordMiddleToken",
+                       tokenFor(body.matches("sendType", "phone|mailbox")));
+        if (!body.call.header(kMiddleToken).isNull())
+            body.findings.add("unexpected header middleToken");
     } else {
-        if (body.text("phoneNumber").isEmpty())
-            findings.add(QStringLiteral("phoneNumber is empty"));
-        if (!world.hasToken(&Challenge::middleToken, bytes(call.header(kMiddleToken))))
-            findings.add(QStringLiteral("header middleToken was never handed out"));
+        body.filledText("accountName");
+        body.filledText("phoneNumber");
+        checkHeader(body, kMiddleToken, &Challenge::middleToken);
     }
-    body.text("type", QStringLiteral("Custom"));
-    checkLanguage(body, findings);
-    body.finish();
+    body.text("type", "Custom");
+    body.matches("lang", "en|zh");
 }
 
 HttpReply send(const Call& call, World& world)
 {
-    const Account* account = accountOf(call, world, "accountName");
+    const Account* account = accountOf(call, world, kAccountName);
     if (account == nullptr)
-        return refuse(1048, "The user does not exist.", "用户不存在。");
+        return errorReply(1048);
     Challenge& challenge = world.challenges[account->username];
-    const QString type = textOf(call, "sendType");
-    if (!type.isEmpty() && challenge.*tokenFor(type) != textOf(call, "forgetPasswordMiddleToken"))
-        return expired();
+    const QString type = call.text("sendType");
+    if (!type.isEmpty() && challenge.*tokenFor(type) != call.text("forgetPasswordMiddleToken"))
+        return errorReply(kStepExpired);
     challenge.code = QString::number(QRandomGenerator::global()->bounded(100000, 1000000));
     challenge.codeId = randomName();
-    challenge.codeType = QLatin1String(type == QLatin1String("mailbox") ? "email" : "sms");
-    return jsonReply({{QStringLiteral("code"), 0},
-                      {QStringLiteral("data"), QJsonObject{{"id", challenge.codeId}}}});
+    challenge.codeType = type == "mailbox" ? "email" : "sms";
+    return success({{"data", QJsonObject{{"id", challenge.codeId}}}});
 }
 
-void checkStatus(const Call& call, const World& world, Findings& findings)
+void checkStatus(JsonCheck& body)
 {
-    JsonCheck body = jsonBody(call, findings);
     const QString id = body.text("id");
     const QString type = body.text("type");
-    const bool sent = std::any_of(world.challenges.begin(), world.challenges.end(),
-                                  [&](const Challenge& challenge) {
-                                      return challenge.codeId == id && challenge.codeType == type;
-                                  });
+    const auto& challenges = body.world.challenges;
+    const bool sent = std::any_of(challenges.begin(), challenges.end(), [&](const auto& challenge) {
+        return challenge.codeId == id && challenge.codeType == type;
+    });
     if (!sent || id.isEmpty())
-        findings.add(QStringLiteral("no such code was sent"));
-    body.finish();
+        body.findings.add("no such code was sent");
 }
 
 HttpReply well(const Call&, World&)
@@ -147,50 +94,35 @@ HttpReply well(const Call&, World&)
 
 // Passwords
 
-void checkMode(const Call& call, const World& world, Findings& findings)
+void checkMode(JsonCheck& body)
 {
-    JsonCheck body = jsonBody(call, findings);
-    const bool encrypted = isKeyGiven(call, world);
-    checkCustomer(body, call);
-    checkCredential(body, world, encrypted, "encryptAccountName", "username", findings);
-    if (encrypted)
-        checkPadding(body, world);
-    body.finish();
+    body.customerNumber();
+    checkCredentials(body, {kUsername});
 }
 
 HttpReply mode(const Call& call, World& world)
 {
-    const Account* account = accountOf(call, world, "username");
+    const Account* account = accountOf(call, world, kUsername);
     if (account == nullptr)
-        return refuse(1048, "The user does not exist.", "用户不存在。");
+        return errorReply(1048);
     Challenge& challenge = world.challenges[account->username];
     challenge.phoneToken = randomName();
     challenge.mailToken = randomName();
     const int method = account->phone.isEmpty() ? 2 : account->mailbox.isEmpty() ? 1 : 0;
-    QJsonObject reply{{QStringLiteral("code"), 0},
-                      {QStringLiteral("resetPwdMethod"), method},
-                      {QStringLiteral("phone"), account->phone},
-                      {QStringLiteral("mailbox"), account->mailbox},
-                      {QStringLiteral("phoneMiddleToken"), challenge.phoneToken},
-                      {QStringLiteral("emailMiddleToken"), challenge.mailToken}};
-    const QJsonObject& other = world.scenario.resetModeReply;
-    for (auto it = other.begin(); it != other.end(); ++it)
-        reply.insert(it.key(), it.value());
-    return jsonReply(reply);
+    QJsonObject reply{{"resetPwdMethod", method},
+                      {"phone", account->phone},
+                      {"mailbox", account->mailbox},
+                      {"phoneMiddleToken", challenge.phoneToken},
+                      {"emailMiddleToken", challenge.mailToken}};
+    insertAll(reply, world.scenario.resetModeReply);
+    return success(reply);
 }
 
-void checkRules(const Call& call, const World&, Findings& findings)
+void checkRules(JsonCheck& body)
 {
-    JsonCheck body = jsonBody(call, findings);
-    checkCustomer(body, call);
-    body.text("clientType", QStringLiteral("linux"));
-    checkLanguage(body, findings);
-    body.finish();
-}
-
-HttpReply rules(const Call&, World& world)
-{
-    return jsonReply(world.scenario.passwordRules);
+    body.customerNumber();
+    body.text("clientType", "linux");
+    body.matches("lang", "en|zh");
 }
 
 bool keepsRules(const QString& password, const World& world)
@@ -204,71 +136,52 @@ bool keepsRules(const QString& password, const World& world)
     return true;
 }
 
-HttpReply againstRules()
+void checkReset(JsonCheck& body)
 {
-    return refuse(1061, "The new password does not meet the rules.", "新密码不符合规则。");
-}
-
-void checkReset(const Call& call, const World& world, Findings& findings)
-{
-    JsonCheck body = jsonBody(call, findings);
-    const bool encrypted = isKeyGiven(call, world);
-    checkCustomer(body, call);
-    checkCredential(body, world, false, "", "verification", findings);
-    checkCredential(body, world, encrypted, "encryptPassword", "password", findings);
-    checkCredential(body, world, encrypted, "encryptAccountName", "username", findings);
-    if (encrypted)
-        checkPadding(body, world);
-    const QString type = body.text("verifiCodeType");
-    checkType(type, findings);
+    body.customerNumber();
+    body.filledText("verification");
+    checkCredentials(body, {kPassword, {"encryptAccountName", "username"}});
     body.optionalText("phoneNumber");
     if (body.integer("resetTimes") < 1)
-        findings.add(QStringLiteral("resetTimes counts from 1"));
-    if (!world.hasToken(tokenFor(type), body.text("middleToken")))
-        findings.add(QStringLiteral("middleToken was never handed out"));
-    body.finish();
+        body.findings.add("resetTimes counts from 1");
+    body.handedOut("middleToken", tokenFor(body.matches("verifiCodeType", "phone|mailbox")));
 }
 
 HttpReply reset(const Call& call, World& world)
 {
-    Account* account = accountOf(call, world, "username");
+    Account* account = accountOf(call, world, kUsername);
     if (account == nullptr)
-        return refuse(1048, "The user does not exist.", "用户不存在。");
+        return errorReply(1048);
     Challenge& challenge = world.challenges[account->username];
-    if (challenge.*tokenFor(textOf(call, "verifiCodeType")) != textOf(call, "middleToken"))
-        return expired();
-    if (challenge.code.isEmpty() || challenge.code != textOf(call, "verification"))
-        return refuse(1003, "The verification code is wrong.", "验证码错误。");
-    const QString password = credentialOf(call, world, "encryptPassword", "password").text;
+    if (challenge.*tokenFor(call.text("verifiCodeType")) != call.text("middleToken"))
+        return errorReply(kStepExpired);
+    if (challenge.code.isEmpty() || challenge.code != call.text("verification"))
+        return errorReply(1003);
+    const QString password = credentialOf(call, world, kPassword).text;
     if (!keepsRules(password, world))
-        return againstRules();
+        return errorReply(1061);
     account->password = password;
     challenge = {};
     return done();
 }
 
-void checkChange(const Call& call, const World& world, Findings& findings)
+void checkChange(JsonCheck& body)
 {
-    JsonCheck body = jsonBody(call, findings);
-    const bool encrypted = isKeyGiven(call, world);
-    checkCredential(body, world, encrypted, "oldEncryptPassword", "oldPassword", findings);
-    checkCredential(body, world, encrypted, "newEncryptPassword", "newPassword", findings);
-    if (encrypted)
-        checkPadding(body, world);
-    body.finish();
+    checkCredentials(
+        body, {{"oldEncryptPassword", "oldPassword"}, {"newEncryptPassword", "newPassword"}});
 }
 
 HttpReply change(const Call& call, World& world)
 {
     const Session* session = world.sessionOf(call);
-    Account* account = world.account(session->customerId, session->username);
+    Account* account = world.find(named(session->customerId, session->username));
     if (account == nullptr)
-        return refusal(-1);
-    if (credentialOf(call, world, "oldEncryptPassword", "oldPassword").text != account->password)
-        return refuse(1062, "The old password is wrong.", "旧密码错误。");
-    const QString password = credentialOf(call, world, "newEncryptPassword", "newPassword").text;
+        return refusal(nullptr);
+    if (credentialOf(call, world, kOldPassword).text != account->password)
+        return errorReply(1062);
+    const QString password = credentialOf(call, world, kNewPassword).text;
     if (!keepsRules(password, world))
-        return againstRules();
+        return errorReply(1061);
     account->password = password;
     account->mustChangePassword = false;
     return done();
@@ -276,84 +189,70 @@ HttpReply change(const Call& call, World& world)
 
 // Authenticators and devices
 
-void checkRecovery(const Call& call, const World& world, Findings& findings)
+void checkRecovery(JsonCheck& body)
 {
-    JsonCheck body = jsonBody(call, findings);
-    body.text("customerId", bytes(call.header("customerid")));
-    if (!world.hasToken(&Challenge::otpMiddleToken, body.text("otpMiddleToken")))
-        findings.add(QStringLiteral("otpMiddleToken was never handed out"));
+    body.customerText();
+    body.handedOut("otpMiddleToken", &Challenge::otpMiddleToken);
     body.text("recoverCode");
-    body.finish();
 }
 
 /// Success names no code: one would mean a refusal.
 HttpReply recover(const Call& call, World& world)
 {
-    Account* account =
-        ownerOf(call, world, &Challenge::otpMiddleToken, textOf(call, "otpMiddleToken"));
+    const QString token = call.text("otpMiddleToken");
+    Account* account = world.find([&](const Account& any) {
+        return any.customerId == call.customer() && !token.isEmpty() &&
+               world.challenges.value(any.username).otpMiddleToken == token;
+    });
     if (account == nullptr)
-        return refuse(1108, "The authenticator's step has expired.", "身份验证器验证已过期。", 400);
-    if (!account->recoveryCodes.removeOne(textOf(call, "recoverCode")))
-        return refuse(1110, "The recovery code is wrong.", "恢复码错误。", 400);
+        return errorReply(1108, 400);
+    if (!account->recoveryCodes.removeOne(call.text("recoverCode")))
+        return errorReply(1110, 400);
     Challenge& challenge = world.challenges[account->username];
     account->otpBound = false;
     challenge.otpSecret = randomSecret();
     challenge.otpMiddleToken = randomName();
-    return jsonReply({{QStringLiteral("otpKey"), challenge.otpSecret},
-                      {QStringLiteral("otpMiddleToken"), challenge.otpMiddleToken}});
+    return jsonReply(
+        {{"otpKey", challenge.otpSecret}, {"otpMiddleToken", challenge.otpMiddleToken}});
 }
 
-void checkBinding(const Call& call, const World& world, Findings& findings)
+void checkBinding(JsonCheck& body)
 {
-    JsonCheck body = jsonBody(call, findings);
     const int customer = body.integer("customerId");
     const QString username = body.text("username");
-    if (world.account(customer, username) == nullptr)
-        findings.add(QStringLiteral("there is no such account"));
-    if (!world.hasToken(&Challenge::bindToken, bytes(call.header(kBindToken))))
-        findings.add(QStringLiteral("header X-TQ-AUTH-DEVICE-BIND was never handed out"));
-    JsonCheck device(body.object("traceExtraInfo"), findings, QStringLiteral("traceExtraInfo."));
-    device.text("deviceId");
-    device.finish();
-    body.finish();
+    if (body.world.find(named(customer, username)) == nullptr)
+        body.findings.add("there is no such account");
+    checkHeader(body, kBindToken, &Challenge::bindToken);
+    body.object("traceExtraInfo").text("deviceId");
 }
 
 HttpReply bind(const Call& call, World& world)
 {
-    const QString username = textOf(call, "username");
-    if (world.challenges.value(username).bindToken != bytes(call.header(kBindToken)))
-        return refuse(kStepExpired, "Too much time has passed, please log in again.",
-                      "操作已超时，请重新登录。", 400);
+    const QString username = call.text("username");
+    if (world.challenges.value(username).bindToken != QString(call.header(kBindToken)))
+        return errorReply(kStepExpired, 400);
     world.deviceRequests.append(username);
     return done();
-}
-
-Route route(const char* path, Rules headers, void (*check)(const Call&, const World&, Findings&),
-            HttpReply (*handle)(const Call&, World&))
-{
-    return {false, "POST", path, std::move(headers), check, handle};
 }
 
 } // namespace
 
 std::vector<Route> accountRoutes()
 {
-    const Rules plain{Rules::Content::Json, Rules::Customer::Numeric, Rules::Token::None, false};
-    const Rules session{Rules::Content::Json, Rules::Customer::Numeric, Rules::Token::Required,
-                        true};
-    Rules code = plain;
-    code.also = kMiddleToken;
-    Rules device{Rules::Content::Json, Rules::Customer::None, Rules::Token::None, true};
-    device.also = kBindToken;
+    const HeaderRules plain{Json, Numeric};
+    const HeaderRules code{Json, Numeric, NoToken, false, kMiddleToken};
+    const HeaderRules session{Json, Numeric, RequiredToken, true};
+    const HeaderRules device{Json, NoCustomer, NoToken, true, kBindToken};
+    const auto rules = reply<&Scenario::passwordRules>;
     return {
-        route("/api/mobile/v2/verification/send", code, checkSend, send),
-        route("/api/mobile/smsStatus", plain, checkStatus, well),
-        route("/api/mobile/v2/forgotpassword/mode", plain, checkMode, mode),
-        route("/api/mobile/v2/forgotpassword", plain, checkReset, reset),
-        route("/api/mobile/v2/Cryptographic/rule", plain, checkRules, rules),
-        route("/api/mobile/v2/resetpassword", session, checkChange, change),
-        route("/api/mobile/v2/recoverOtpKey", plain, checkRecovery, recover),
-        route("/api/mobile/v2/binddevice", device, checkBinding, bind),
+        {"/api/mobile/v2/verification/send", code, json(checkSend), send},
+        {"/api/mobile/smsStatus", plain, json(checkStatus), well},
+        {"/api/mobile/v2/forgotpassword/mode", plain, json(checkMode), mode},
+        {"/api/mobile/v2/forgotpassword", plain, json(checkReset), reset},
+        {"/api/mobile/v2/Cryptographic/rule", plain, json(checkRules), rules},
+        {"/api/mobile/v2/resetpassword", session, json(checkChange), change},
+        {"/api/mobile/v2/recoverOtpKey", plain, json(checkRecovery), recover},
+        {"/api/mobile/v2/binddevice", device, json(checkBinding), bind},
     };
 }
 

@@ -17,7 +17,7 @@ QStringList lines(const QString& path)
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return {};
-    return QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    return QString::fromUtf8(file.readAll()).split('\n', Qt::SkipEmptyParts);
 }
 
 } // namespace
@@ -25,8 +25,8 @@ QStringList lines(const QString& path)
 Behaviour readBehaviour(const QString& directory)
 {
     Behaviour behaviour;
-    for (const QString& line : lines(directory + QLatin1String(kBehaviour))) {
-        const int equals = line.indexOf(QLatin1Char('='));
+    for (const QString& line : lines(directory + kBehaviour)) {
+        const int equals = line.indexOf('=');
         if (equals > 0)
             behaviour.insert(line.left(equals), line.mid(equals + 1));
     }
@@ -37,32 +37,30 @@ bool writeBehaviour(const QString& directory, const Behaviour& behaviour)
 {
     QByteArray text;
     for (auto it = behaviour.begin(); it != behaviour.end(); ++it)
-        text += (it.key() + QLatin1Char('=') + it.value() + QLatin1Char('\n')).toUtf8();
-    QSaveFile file(directory + QLatin1String(kBehaviour));
+        text += (it.key() + '=' + it.value() + '\n').toUtf8();
+    QSaveFile file(directory + kBehaviour);
     return file.open(QIODevice::WriteOnly) && file.write(text) == text.size() && file.commit();
 }
 
 QStringList datapathViolations(const QString& directory)
 {
-    return directory.isEmpty() ? QStringList() : lines(directory + QLatin1String(kViolations));
+    return directory.isEmpty() ? QStringList() : lines(directory + kViolations);
 }
 
 void clearDatapathViolations(const QString& directory)
 {
     if (!directory.isEmpty())
-        QFile::remove(directory + QLatin1String(kViolations));
+        QFile::remove(directory + kViolations);
 }
 
 bool crashDatapath(const QString& directory)
 {
-    return !directory.isEmpty() &&
-           QProcess::execute(directory + QStringLiteral("/tarvelin"),
-                             {QStringLiteral("-D"), QStringLiteral("crash")}) == 0;
+    return !directory.isEmpty() && QProcess::execute(directory + "/tarvelin", {"-D", "crash"}) == 0;
 }
 
 QStringList scriptCalls(const QString& directory)
 {
-    return lines(directory + QLatin1String(kCalls));
+    return lines(directory + kCalls);
 }
 
 } // namespace sim

@@ -10,8 +10,6 @@ namespace sim {
 
 namespace {
 
-constexpr char kToken[] = "x-tq-auth-header";
-
 const QSet<QByteArray>& transportHeaders()
 {
     static const QSet<QByteArray> names{"host",       "connection",      "accept-encoding",
@@ -19,67 +17,53 @@ const QSet<QByteArray>& transportHeaders()
     return names;
 }
 
-void checkContent(HeaderRules::Content content, const Call& call, Findings& findings)
+void checkContent(Content content, const Call& call, Findings& findings)
 {
     const QByteArray value = call.header("content-type");
-    const QByteArray expected =
-        content == HeaderRules::Content::Json   ? QByteArray("application/json")
-        : content == HeaderRules::Content::Form ? QByteArray("application/x-www-form-urlencoded")
-                                                : QByteArray();
+    const QByteArray expected = content == Json   ? "application/json"
+                                : content == Form ? "application/x-www-form-urlencoded"
+                                                  : "";
     if (value != expected)
-        findings.add(QStringLiteral("content type is \"%1\", expected \"%2\"")
-                         .arg(QString::fromLatin1(value), QString::fromLatin1(expected)));
+        findings.add("content type is \"%1\", expected \"%2\"", value, expected);
     // The HTTP library does not hand over the body of a request that should have none.
-    if (content == HeaderRules::Content::None && call.header("content-length").toLongLong() > 0)
-        findings.add(QStringLiteral("body where none belongs"));
+    if (content == NoContent && call.header("content-length").toLongLong() > 0)
+        findings.add("body where none belongs");
 }
 
-void checkCustomer(HeaderRules::Customer rule, const Call& call, const World& world,
-                   Findings& findings)
+void checkCustomer(Customer rule, const Call& call, const World& world, Findings& findings)
 {
     const QByteArray value = call.header("customerid");
-    if (rule == HeaderRules::Customer::None) {
-        if (!value.isNull())
-            findings.add(QStringLiteral("unexpected header customerId"));
-        return;
-    }
-    if (value.isEmpty()) {
-        findings.add(QStringLiteral("header customerId is missing"));
-        return;
-    }
     bool number = false;
     const int id = value.toInt(&number);
-    if (rule == HeaderRules::Customer::Numeric && (!number || world.anyAccountOf(id) == nullptr))
-        findings.add(QStringLiteral("header customerId \"%1\" is no customer's number")
-                         .arg(QString::fromUtf8(value)));
+    if (rule == NoCustomer && !value.isNull())
+        findings.add("unexpected header customerId");
+    else if (rule != NoCustomer && value.isEmpty())
+        findings.add("header customerId is missing");
+    else if (rule == Numeric && (!number || world.find(ofCustomer(id)) == nullptr))
+        findings.add("header customerId \"%1\" is no customer's number", value);
 }
 
-void checkToken(HeaderRules::Token rule, const Call& call, const World& world, Findings& findings)
+void checkToken(Token rule, const Call& call, const World& world, Findings& findings)
 {
-    using Token = HeaderRules::Token;
-    const QByteArray value = call.header(kToken);
-    if (rule == Token::None) {
-        if (!value.isNull())
-            findings.add(QStringLiteral("unexpected header X-TQ-AUTH-HEADER"));
+    const QString token = call.token();
+    const Session session = world.sessions.value(token);
+    if (rule == NoToken && !call.header(kTokenHeader).isNull())
+        findings.add("unexpected header X-TQ-AUTH-HEADER");
+    else if (rule == RequiredToken && token.isEmpty())
+        findings.add("header X-TQ-AUTH-HEADER is missing or empty");
+    if (rule == NoToken || token.isEmpty())
+        return;
+    if (session.token.isEmpty()) {
+        findings.add("header X-TQ-AUTH-HEADER holds a token never issued");
         return;
     }
-    if (value.isEmpty()) {
-        if (rule == Token::Required)
-            findings.add(QStringLiteral("header X-TQ-AUTH-HEADER is missing or empty"));
-        return;
-    }
-    const auto session = world.sessions.constFind(QString::fromUtf8(value));
-    if (session == world.sessions.constEnd()) {
-        findings.add(QStringLiteral("header X-TQ-AUTH-HEADER holds a token never issued"));
-        return;
-    }
-    if (session->serial != QString::fromUtf8(call.header("sn")))
-        findings.add(QStringLiteral("the token was issued to another serial"));
-    if (session->customerId != call.header("customerid").toInt())
-        findings.add(QStringLiteral("the token was issued to another customer"));
+    if (session.serial != call.serial())
+        findings.add("the token was issued to another serial");
+    if (session.customerId != call.customer())
+        findings.add("the token was issued to another customer");
 }
 
-/// White space between tokens, which a compact document does not have.
+/// Without white space between tokens.
 bool isCompact(const QByteArray& json)
 {
     bool inText = false;
@@ -99,173 +83,149 @@ bool isCompact(const QByteArray& json)
 
 bool isSerial(const QString& serial)
 {
-    static const QRegularExpression pattern(QStringLiteral("\\A[0-9A-E]{32}\\z"));
+    static const QRegularExpression pattern("\\A[0-9A-E]{32}\\z");
     return pattern.match(serial).hasMatch();
 }
 
 void checkHeaders(const HeaderRules& rules, const Call& call, const World& world,
                   Findings& findings)
 {
+    static const QSet<QByteArray> ours{"sn", "customerid", "type", kTokenHeader, "content-type"};
     QSet<QByteArray> seen;
-    for (const auto& [name, value] : call.headers) {
-        Q_UNUSED(value)
-        const bool known = name == "sn" || name == "customerid" || name == "type" ||
-                           name == kToken || name == "content-type" || name == rules.also;
-        if (!known && !transportHeaders().contains(name))
-            findings.add(QStringLiteral("unexpected header %1").arg(QString::fromLatin1(name)));
+    for (const auto& header : call.headers) {
+        const QByteArray& name = header.first;
+        if (!ours.contains(name) && name != rules.also && !transportHeaders().contains(name))
+            findings.add("unexpected header %1", name);
         if (seen.contains(name))
-            findings.add(QStringLiteral("header %1 is repeated").arg(QString::fromLatin1(name)));
+            findings.add("header %1 is repeated", name);
         seen.insert(name);
     }
-    const QByteArray serial = call.header("sn");
-    if (!isSerial(QString::fromUtf8(serial)))
-        findings.add(
-            QStringLiteral("header sn \"%1\" is no serial").arg(QString::fromUtf8(serial)));
-    const QByteArray expectedType = rules.type ? QByteArray("linux") : QByteArray();
+    if (!isSerial(call.serial()))
+        findings.add("header sn \"%1\" is no serial", call.serial());
+    const QByteArray expectedType = rules.type ? "linux" : "";
     if (call.header("type") != expectedType)
-        findings.add(
-            QStringLiteral("header type is \"%1\", expected \"%2\"")
-                .arg(QString::fromUtf8(call.header("type")), QString::fromLatin1(expectedType)));
+        findings.add("header type is \"%1\", expected \"%2\"", call.header("type"), expectedType);
     checkContent(rules.content, call, findings);
     checkCustomer(rules.customer, call, world, findings);
     checkToken(rules.token, call, world, findings);
 }
 
-JsonCheck::JsonCheck(const QJsonObject& object, Findings& findings, QString name)
-    : m_object(object), m_findings(findings), m_name(std::move(name))
+JsonCheck::JsonCheck(const Call& theCall, const World& theWorld, Findings& theFindings)
+    : call(theCall), world(theWorld), findings(theFindings), m_object(theCall.json)
+{
+    QJsonParseError error;
+    const QJsonDocument document = QJsonDocument::fromJson(call.body, &error);
+    if (error.error != QJsonParseError::NoError || !document.isObject())
+        findings.add("body is no JSON object");
+    else if (!isCompact(call.body))
+        findings.add("body is not compact");
+}
+
+JsonCheck::JsonCheck(const JsonCheck& outer, const QString& name, const QJsonValue& value)
+    : call(outer.call), world(outer.world), findings(outer.findings), m_object(value.toObject()),
+      m_name(outer.m_name + name + '.')
 {
 }
 
-bool JsonCheck::has(const char* member) const
+JsonCheck::~JsonCheck()
 {
-    return m_object.contains(QLatin1String(member));
+    for (auto it = m_object.begin(); it != m_object.end(); ++it) {
+        if (!m_seen.contains(it.key()))
+            findings.add("unexpected member %1%2", m_name, it.key());
+    }
 }
 
-QJsonValue JsonCheck::take(const char* member)
+QJsonValue JsonCheck::take(const char* member, QJsonValue::Type type)
 {
-    m_seen.insert(QLatin1String(member));
-    const QJsonValue value = m_object.value(QLatin1String(member));
+    m_seen.insert(member);
+    const QJsonValue value = m_object.value(member);
     if (value.isUndefined())
-        wrong(member, QStringLiteral("is missing"));
+        wrong(member, "is missing");
+    else if (value.type() != type)
+        wrong(member, "is of another type");
     return value;
 }
 
 void JsonCheck::wrong(const char* member, const QString& reason)
 {
-    m_findings.add(QStringLiteral("member %1%2 %3").arg(m_name, QLatin1String(member), reason));
-}
-
-QString JsonCheck::text(const char* member)
-{
-    const QJsonValue value = take(member);
-    if (!value.isUndefined() && !value.isString())
-        wrong(member, QStringLiteral("is no text"));
-    return value.toString();
+    findings.add("member %1%2 %3", m_name, member, reason);
 }
 
 void JsonCheck::text(const char* member, const QString& expected)
 {
     const QString value = text(member);
     if (value != expected)
-        wrong(member, QStringLiteral("is \"%1\", expected \"%2\"").arg(value, expected));
+        wrong(member, QString("is \"%1\", expected \"%2\"").arg(value, expected));
+}
+
+QString JsonCheck::matches(const char* member, const QString& pattern)
+{
+    const QString value = text(member);
+    const QRegularExpression whole(QRegularExpression::anchoredPattern(pattern));
+    if (!whole.match(value).hasMatch())
+        wrong(member, QString("is \"%1\", expected %2").arg(value, pattern));
+    return value;
+}
+
+QString JsonCheck::filledText(const char* member)
+{
+    const QString value = text(member);
+    if (value.isEmpty())
+        wrong(member, "is empty");
+    return value;
 }
 
 QString JsonCheck::optionalText(const char* member)
 {
-    if (!has(member))
-        return {};
-    const QString value = text(member);
-    if (value.isEmpty())
-        wrong(member, QStringLiteral("is present but empty"));
-    return value;
+    return has(member) ? filledText(member) : QString();
+}
+
+void JsonCheck::handedOut(const char* member, QString Challenge::*token)
+{
+    if (!world.hasToken(token, text(member)))
+        wrong(member, "was never handed out");
 }
 
 int JsonCheck::integer(const char* member)
 {
-    const QJsonValue value = take(member);
-    if (value.isUndefined())
-        return 0;
+    const double value = take(member, QJsonValue::Double).toDouble();
     double whole = 0;
-    if (!value.isDouble() || std::modf(value.toDouble(), &whole) != 0.0)
-        wrong(member, QStringLiteral("is no integer"));
-    return value.toInt();
+    if (std::modf(value, &whole) != 0.0)
+        wrong(member, "is no integer");
+    return static_cast<int>(value);
 }
 
 void JsonCheck::integer(const char* member, const QVector<int>& allowed)
 {
     const int value = integer(member);
     if (!allowed.contains(value))
-        wrong(member, QStringLiteral("has the unexpected value %1").arg(value));
-}
-
-bool JsonCheck::flag(const char* member)
-{
-    const QJsonValue value = take(member);
-    if (!value.isUndefined() && !value.isBool())
-        wrong(member, QStringLiteral("is no boolean"));
-    return value.toBool();
+        wrong(member, QString("has the unexpected value %1").arg(value));
 }
 
 void JsonCheck::flag(const char* member, bool expected)
 {
     if (flag(member) != expected)
-        wrong(member, QStringLiteral("has the wrong value"));
+        wrong(member, "has the wrong value");
 }
 
-void JsonCheck::trueOrAbsent(const char* member)
+Check json(void (*checkMembers)(JsonCheck& body))
 {
-    if (has(member))
-        flag(member, true);
+    return [checkMembers](const Call& call, const World& world, Findings& findings) {
+        JsonCheck body(call, world, findings);
+        checkMembers(body);
+    };
 }
 
-QJsonObject JsonCheck::object(const char* member)
-{
-    const QJsonValue value = take(member);
-    if (!value.isUndefined() && !value.isObject())
-        wrong(member, QStringLiteral("is no object"));
-    return value.toObject();
-}
-
-QJsonArray JsonCheck::array(const char* member)
-{
-    const QJsonValue value = take(member);
-    if (!value.isUndefined() && !value.isArray())
-        wrong(member, QStringLiteral("is no array"));
-    return value.toArray();
-}
-
-void JsonCheck::finish()
-{
-    for (auto it = m_object.begin(); it != m_object.end(); ++it) {
-        if (!m_seen.contains(it.key()))
-            m_findings.add(QStringLiteral("unexpected member %1%2").arg(m_name, it.key()));
-    }
-}
-
-JsonCheck jsonBody(const Call& call, Findings& findings)
-{
-    QJsonParseError error;
-    const QJsonDocument document = QJsonDocument::fromJson(call.body, &error);
-    if (error.error != QJsonParseError::NoError || !document.isObject())
-        findings.add(QStringLiteral("body is no JSON object"));
-    else if (!isCompact(call.body))
-        findings.add(QStringLiteral("body is not compact"));
-    return JsonCheck(document.object(), findings);
-}
-
-void checkEmptyBody(const Call& call, Findings& findings)
+void nothing(const Call& call, const World&, Findings& findings)
 {
     if (!call.body.isEmpty())
-        findings.add(QStringLiteral("body of %1 bytes where none belongs").arg(call.body.size()));
+        findings.add("body of %1 bytes where none belongs", QString::number(call.body.size()));
 }
 
 QMap<QByteArray, QByteArray> checkForm(const Call& call, const QVector<FormField>& fields,
                                        Findings& findings)
 {
     QMap<QByteArray, QByteArray> values;
-    QList<QByteArray> expectedNames;
-    for (const FormField& field : fields)
-        expectedNames.append(field.name);
     QList<QByteArray> names;
     for (const QByteArray& pair : call.body.split('&')) {
         const int equals = pair.indexOf('=');
@@ -274,40 +234,17 @@ QMap<QByteArray, QByteArray> checkForm(const Call& call, const QVector<FormField
                                         ? QByteArray()
                                         : QByteArray::fromPercentEncoding(pair.mid(equals + 1)));
     }
-    if (names != expectedNames)
-        findings.add(QStringLiteral("form fields are \"%1\", expected \"%2\"")
-                         .arg(QString::fromUtf8(names.join(' ')),
-                              QString::fromLatin1(expectedNames.join(' '))));
+    QList<QByteArray> expectedNames;
     for (const FormField& field : fields) {
-        if (!field.allowed.isEmpty() && !field.allowed.contains(values.value(field.name)))
-            findings.add(QStringLiteral("form field %1 has the unexpected value \"%2\"")
-                             .arg(QString::fromLatin1(field.name),
-                                  QString::fromUtf8(values.value(field.name))));
+        const QByteArray value = values.value(field.name);
+        expectedNames.append(field.name);
+        if (!field.allowed.isEmpty() && !field.allowed.contains(value))
+            findings.add("form field %1 has the unexpected value \"%2\"", field.name, value);
     }
+    if (names != expectedNames)
+        findings.add("form fields are \"%1\", expected \"%2\"", names.join(' '),
+                     expectedNames.join(' '));
     return values;
-}
-
-void checkClientInfo(const QJsonObject& info, const QString& serial, Findings& findings)
-{
-    static const QRegularExpression addresses(
-        QStringLiteral("\\A(%1(,%1)*)?\\z").arg(QLatin1String("\\d+(\\.\\d+){3}(/\\d+)?")));
-    static const QRegularExpression system(QStringLiteral("\\A.*\\(kernel .+\\)\\z"));
-    JsonCheck check(info, findings, QStringLiteral("traceExtraInfo."));
-    const QString ip = check.text("internalIp");
-    if (!addresses.match(ip).hasMatch())
-        findings.add(QStringLiteral("internalIp \"%1\" is no list of addresses").arg(ip));
-    const QString version = check.text("opsVersion");
-    if (!system.match(version).hasMatch())
-        findings.add(QStringLiteral("opsVersion \"%1\" names no kernel").arg(version));
-    const QString architecture = check.text("osArchitecture");
-    if (!QStringList{QStringLiteral("X86"), QStringLiteral("ARM"), QStringLiteral("unknown")}
-             .contains(architecture))
-        findings.add(QStringLiteral("osArchitecture \"%1\" is unknown").arg(architecture));
-    for (const char* name : {"deviceName", "deviceType", "opsType", "hostName"})
-        check.text(name);
-    check.text("sn", serial);
-    check.text("clientType", QStringLiteral("Veltaro"));
-    check.finish();
 }
 
 } // namespace sim

@@ -56,7 +56,7 @@ bool enter(Simulator& simulator, const QJsonValue& situation)
 
 bool setFault(Simulator& simulator, const QJsonValue& fault)
 {
-    const QString path = fault[QLatin1String("path")].toString();
+    const QString path = fault["path"].toString();
     simulator.setFault(path, Fault::fromJson(fault.toObject()));
     return !path.isEmpty();
 }
@@ -75,13 +75,10 @@ bool changeAccount(Simulator& simulator, const QJsonValue& change)
     using Factor = Account::Factor;
     using DeviceRule = Account::DeviceRule;
     static const QHash<QString, Factor> factors{
-        {QStringLiteral("none"), Factor::None},
-        {QStringLiteral("sms"), Factor::Sms},
-        {QStringLiteral("authenticator"), Factor::Authenticator}};
-    static const QHash<QString, DeviceRule> rules{
-        {QStringLiteral("any"), DeviceRule::Any},
-        {QStringLiteral("ask"), DeviceRule::AskWithToken},
-        {QStringLiteral("hand"), DeviceRule::AskWithoutToken}};
+        {"none", Factor::None}, {"sms", Factor::Sms}, {"authenticator", Factor::Authenticator}};
+    static const QHash<QString, DeviceRule> rules{{"any", DeviceRule::Any},
+                                                  {"ask", DeviceRule::AskWithToken},
+                                                  {"hand", DeviceRule::AskWithoutToken}};
     bool found = false;
     simulator.edit([&](Scenario& scenario) {
         for (Account& account : scenario.accounts) {
@@ -100,9 +97,8 @@ bool changeAccount(Simulator& simulator, const QJsonValue& change)
 
 bool generateFilter(Simulator& simulator, const QJsonValue& size)
 {
-    const QByteArray document = makeFilterDocument(size[QLatin1String("inclusive")].toInt(),
-                                                   size[QLatin1String("exclusive")].toInt(),
-                                                   size[QLatin1String("duplicates")].toInt());
+    const QByteArray document = makeFilterDocument(
+        size["inclusive"].toInt(), size["exclusive"].toInt(), size["duplicates"].toInt());
     simulator.edit([&](Scenario& scenario) { scenario.filterDocument = document; });
     return true;
 }
@@ -166,21 +162,21 @@ bool start(Simulator& simulator, const QJsonValue& name)
 const QHash<QString, Action>& actions()
 {
     static const QHash<QString, Action> table{
-        {QStringLiteral("situation"), enter},
-        {QStringLiteral("well"), beWell},
-        {QStringLiteral("fault"), setFault},
-        {QStringLiteral("faults"), setFaults},
-        {QStringLiteral("clearFaults"), call<&Simulator::clearFaults>},
-        {QStringLiteral("filterSize"), generateFilter},
-        {QStringLiteral("order"), order},
-        {QStringLiteral("revoke"), revoke},
-        {QStringLiteral("datapath"), changeDatapath},
-        {QStringLiteral("resetDatapath"), resetDatapath},
-        {QStringLiteral("crashDatapath"), killDatapath},
-        {QStringLiteral("stop"), stop},
-        {QStringLiteral("start"), start},
-        {QStringLiteral("account"), changeAccount},
-        {QStringLiteral("clear"), call<&Simulator::clear>},
+        {"situation", enter},
+        {"well", beWell},
+        {"fault", setFault},
+        {"faults", setFaults},
+        {"clearFaults", call<&Simulator::clearFaults>},
+        {"filterSize", generateFilter},
+        {"order", order},
+        {"revoke", revoke},
+        {"datapath", changeDatapath},
+        {"resetDatapath", resetDatapath},
+        {"crashDatapath", killDatapath},
+        {"stop", stop},
+        {"start", start},
+        {"account", changeAccount},
+        {"clear", call<&Simulator::clear>},
     };
     return table;
 }
@@ -192,7 +188,7 @@ QStringList carryOut(Simulator& simulator, const QJsonObject& command)
     QStringList notDone;
     for (auto it = command.begin(); it != command.end(); ++it) {
         const Action action = actions().value(it.key());
-        if (it.key() == QLatin1String("scenario"))
+        if (it.key() == "scenario")
             simulator.edit([&](Scenario& s) { notDone += s.apply(it.value().toObject()); });
         else if (!action || !action(simulator, it.value()))
             notDone.append(it.key());

@@ -21,15 +21,14 @@ QJsonArray accountsJson(const Simulator& simulator, const Scenario& scenario)
     QJsonArray accounts;
     for (const Account& account : scenario.accounts)
         accounts.append(
-            QJsonObject{{QStringLiteral("customer"), account.customer},
-                        {QStringLiteral("customerId"), account.customerId},
-                        {QStringLiteral("username"), account.username},
-                        {QStringLiteral("password"), account.password},
-                        {QStringLiteral("remark"), account.remark()},
-                        {QStringLiteral("sentCode"), simulator.sentCode(account.username)},
-                        {QStringLiteral("totp"), simulator.totp(account.username)},
-                        {QStringLiteral("asksForDevice"),
-                         simulator.deviceRequests().contains(account.username)}});
+            QJsonObject{{"customer", account.customer},
+                        {"customerId", account.customerId},
+                        {"username", account.username},
+                        {"password", account.password},
+                        {"remark", account.remark()},
+                        {"sentCode", simulator.sentCode(account.username)},
+                        {"totp", simulator.totp(account.username)},
+                        {"asksForDevice", simulator.deviceRequests().contains(account.username)}});
     return accounts;
 }
 
@@ -37,15 +36,14 @@ QJsonArray sessionsJson(const Simulator& simulator)
 {
     QJsonArray sessions;
     for (const Session& session : simulator.sessions())
-        sessions.append(QJsonObject{
-            {QStringLiteral("username"), session.username},
-            {QStringLiteral("customerId"), session.customerId},
-            {QStringLiteral("serial"), session.serial},
-            {QStringLiteral("token"), session.token},
-            {QStringLiteral("valid"), session.valid},
-            {QStringLiteral("connected"), session.connected},
-            {QStringLiteral("heartbeats"), session.heartbeats},
-            {QStringLiteral("lastSeen"), session.lastSeen.toString(Qt::ISODateWithMs)}});
+        sessions.append(QJsonObject{{"username", session.username},
+                                    {"customerId", session.customerId},
+                                    {"serial", session.serial},
+                                    {"token", session.token},
+                                    {"valid", session.valid},
+                                    {"connected", session.connected},
+                                    {"heartbeats", session.heartbeats},
+                                    {"lastSeen", session.lastSeen.toString(Qt::ISODateWithMs)}});
     return sessions;
 }
 
@@ -53,8 +51,7 @@ QJsonArray situationsJson()
 {
     QJsonArray names;
     for (const Situation& situation : situations())
-        names.append(QJsonObject{{QStringLiteral("group"), situation.group},
-                                 {QStringLiteral("name"), situation.name}});
+        names.append(QJsonObject{{"group", situation.group}, {"name", situation.name}});
     return names;
 }
 
@@ -63,13 +60,13 @@ QJsonObject requestJson(const RequestRecord& request)
     QJsonObject headers;
     for (const auto& [name, value] : request.headers)
         headers.insert(QString::fromLatin1(name), QString::fromUtf8(value));
-    return {{QStringLiteral("server"), endName(request.end)},
-            {QStringLiteral("method"), QString::fromLatin1(request.method)},
-            {QStringLiteral("path"), QString::fromUtf8(request.path)},
-            {QStringLiteral("query"), QString::fromUtf8(request.query)},
-            {QStringLiteral("headers"), headers},
-            {QStringLiteral("body"), QString::fromUtf8(request.body)},
-            {QStringLiteral("time"), request.time.toString(Qt::ISODateWithMs)}};
+    return {{"server", endName(request.end)},
+            {"method", QString::fromLatin1(request.method)},
+            {"path", QString::fromUtf8(request.path)},
+            {"query", QString::fromUtf8(request.query)},
+            {"headers", headers},
+            {"body", QString::fromUtf8(request.body)},
+            {"time", request.time.toString(Qt::ISODateWithMs)}};
 }
 
 QJsonObject behaviourJson(const QString& directory)
@@ -91,8 +88,7 @@ QJsonObject faultsJson(const Scenario& scenario)
 
 HttpReply refused(const QStringList& names)
 {
-    HttpReply reply = jsonReply({{QStringLiteral("ok"), false},
-                                 {QStringLiteral("refused"), QJsonArray::fromStringList(names)}});
+    HttpReply reply = jsonReply({{"ok", false}, {"refused", QJsonArray::fromStringList(names)}});
     reply.status = 400;
     return reply;
 }
@@ -134,19 +130,19 @@ QJsonObject ControlPage::state(int lastRequests) const
         counts.insert(path, counts.value(path).toInt() + 1);
     }
     const QString directory = m_simulator.datapathDirectory();
-    return {{QStringLiteral("lookupPrimary"), m_simulator.primaryUrl()},
-            {QStringLiteral("lookupBackup"), m_simulator.backupUrl()},
-            {QStringLiteral("orchestrator"), m_simulator.orchRoot()},
-            {QStringLiteral("accounts"), accountsJson(m_simulator, scenario)},
-            {QStringLiteral("clients"), sessionsJson(m_simulator)},
-            {QStringLiteral("violations"), QJsonArray::fromStringList(m_simulator.violations())},
-            {QStringLiteral("requests"), shown},
-            {QStringLiteral("counts"), counts},
-            {QStringLiteral("situations"), situationsJson()},
-            {QStringLiteral("faults"), faultsJson(scenario)},
-            {QStringLiteral("scenario"), scenario.toJson()},
-            {QStringLiteral("datapath"), behaviourJson(directory)},
-            {QStringLiteral("scriptCalls"), QJsonArray::fromStringList(scriptCalls(directory))}};
+    return {{"lookupPrimary", m_simulator.primaryUrl()},
+            {"lookupBackup", m_simulator.backupUrl()},
+            {"orchestrator", m_simulator.orchRoot()},
+            {"accounts", accountsJson(m_simulator, scenario)},
+            {"clients", sessionsJson(m_simulator)},
+            {"violations", QJsonArray::fromStringList(m_simulator.violations())},
+            {"requests", shown},
+            {"counts", counts},
+            {"situations", situationsJson()},
+            {"faults", faultsJson(scenario)},
+            {"scenario", scenario.toJson()},
+            {"datapath", behaviourJson(directory)},
+            {"scriptCalls", QJsonArray::fromStringList(scriptCalls(directory))}};
 }
 
 QStringList ControlPage::carryOut(const QJsonObject& command)
@@ -164,15 +160,15 @@ HttpReply ControlPage::serve(const HttpCall& call)
     }
     if (call.method == "GET" && call.path() == "/sim/state") {
         const QUrlQuery query(QString::fromLatin1(call.query()));
-        const QString last = query.queryItemValue(QStringLiteral("last"));
+        const QString last = query.queryItemValue("last");
         return jsonReply(state(last.isEmpty() ? kRequestsListed : last.toInt()));
     }
     if (call.method == "POST" && call.path() == "/sim/switch") {
         const QJsonDocument command = QJsonDocument::fromJson(call.body);
         if (!command.isObject())
-            return refused({QStringLiteral("body")});
+            return refused({"body"});
         const QStringList notDone = carryOut(command.object());
-        return notDone.isEmpty() ? jsonReply({{QStringLiteral("ok"), true}}) : refused(notDone);
+        return notDone.isEmpty() ? jsonReply({{"ok", true}}) : refused(notDone);
     }
     HttpReply missing;
     missing.status = 404;

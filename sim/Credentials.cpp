@@ -13,14 +13,14 @@ Credential decryptCredential(const World& world, const QString& cipher, int rsaT
     Credential credential;
     const auto plain = world.key.decrypt(cipher.toLatin1(), rsaType == 1);
     if (!plain) {
-        credential.fault = QStringLiteral("does not decrypt");
+        credential.fault = "does not decrypt";
         return credential;
     }
     const int feed = plain->lastIndexOf('\n');
     bool number = false;
     const qint64 stamp = feed < 0 ? 0 : plain->mid(feed + 1).toLongLong(&number);
     if (!number) {
-        credential.fault = QStringLiteral("carries no time stamp");
+        credential.fault = "carries no time stamp";
         return credential;
     }
     credential.text = QString::fromUtf8(plain->left(feed));
@@ -31,53 +31,31 @@ Credential decryptCredential(const World& world, const QString& cipher, int rsaT
     return credential;
 }
 
-bool expectsOaep(const World& world)
-{
-    return world.scenario.rsaTypes.contains(1);
-}
-
 } // namespace
 
-QString textOf(const Call& call, const char* member)
+Credential credentialOf(const Call& call, const World& world, const CredentialNames& names)
 {
-    return call.json.value(QLatin1String(member)).toString();
+    if (!call.json.contains(names.encrypted))
+        return {true, call.text(names.plain), {}};
+    return decryptCredential(world, call.text(names.encrypted), call.json["rsaType"].toInt());
 }
 
-int customerOf(const Call& call)
+void checkCredentials(JsonCheck& body, const QVector<CredentialNames>& credentials)
 {
-    return call.header("customerid").toInt();
-}
-
-Credential credentialOf(const Call& call, const World& world, const char* encrypted,
-                        const char* plain)
-{
-    if (!call.json.contains(QLatin1String(encrypted)))
-        return {true, textOf(call, plain), {}};
-    const int rsaType = call.json.value(QLatin1String("rsaType")).toInt();
-    return decryptCredential(world, textOf(call, encrypted), rsaType);
-}
-
-void checkCredential(JsonCheck& body, const World& world, bool encrypted, const char* cipher,
-                     const char* plain, Findings& findings)
-{
-    if (!encrypted) {
-        if (body.text(plain).isEmpty())
-            findings.add(QLatin1String(plain) + QStringLiteral(" is empty"));
-        return;
+    const World& world = body.world;
+    const bool keyGiven = world.keyGivenTo.contains(body.call.customer());
+    const int rsaType = world.scenario.rsaTypes.contains(1) ? 1 : 0;
+    if (keyGiven)
+        body.integer("rsaType", {rsaType});
+    for (const CredentialNames& names : credentials) {
+        if (!keyGiven) {
+            body.filledText(names.plain);
+            continue;
+        }
+        const Credential read = decryptCredential(world, body.text(names.encrypted), rsaType);
+        if (!read.good)
+            body.findings.add("%1 %2", names.encrypted, read.fault);
     }
-    const Credential read = decryptCredential(world, body.text(cipher), expectsOaep(world));
-    if (!read.good)
-        findings.add(QLatin1String(cipher) + QLatin1Char(' ') + read.fault);
-}
-
-void checkPadding(JsonCheck& body, const World& world)
-{
-    body.integer("rsaType", {expectsOaep(world) ? 1 : 0});
-}
-
-bool isKeyGiven(const Call& call, const World& world)
-{
-    return world.keyGivenTo.contains(customerOf(call));
 }
 
 } // namespace sim

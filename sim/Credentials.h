@@ -13,20 +13,20 @@ struct Credential
     QString fault;
 };
 
-QString textOf(const Call& call, const char* member);
-int customerOf(const Call& call);
+/// The two names of one credential, of which a request has one.
+struct CredentialNames
+{
+    const char* encrypted;
+    const char* plain;
+};
 
-/// What the body carries under one of two names.
-Credential credentialOf(const Call& call, const World& world, const char* encrypted,
-                        const char* plain);
+constexpr CredentialNames kAccountName{"encryptAccountName", "accountName"};
+constexpr CredentialNames kPassword{"encryptPassword", "password"};
 
-/// Checks that a credential stands under the name that fits: encrypted once the customer has been
-/// given a key, plain otherwise. rsaType goes with the former; checkPadding() is called once.
-void checkCredential(JsonCheck& body, const World& world, bool encrypted, const char* cipher,
-                     const char* plain, Findings& findings);
-void checkPadding(JsonCheck& body, const World& world);
+Credential credentialOf(const Call& call, const World& world, const CredentialNames& names);
 
-/// Whether credentials of the request's customer are to be encrypted.
-bool isKeyGiven(const Call& call, const World& world);
+/// Checks that credentials stand under the names that fit: encrypted and with "rsaType" once the
+/// customer has been given a key, plain otherwise.
+void checkCredentials(JsonCheck& body, const QVector<CredentialNames>& credentials);
 
 } // namespace sim

@@ -4,7 +4,6 @@
 
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QRegularExpression>
 
 #include <optional>
 
@@ -12,136 +11,127 @@ namespace sim {
 
 namespace {
 
-using Rules = HeaderRules;
-
 constexpr char kPollPath[] = "/api/mobile/v2/auth/result";
 constexpr int kRecoveryCodes = 4;
 
 HttpReply offerKey(const Call& call, World& world)
 {
-    const int customer = call.header("customerid").toInt();
-    const Account* account = world.anyAccountOf(customer);
+    const Account* account = world.find(ofCustomer(call.customer()));
+    const bool offers = account != nullptr && account->offersKey;
     QJsonArray types;
     for (int type : world.scenario.rsaTypes)
         types.append(type);
-    QJsonObject reply{{QStringLiteral("code"), 0}, {QStringLiteral("rsaType"), types}};
-    const bool offers = account != nullptr && account->offersKey;
-    reply.insert(QStringLiteral("key"),
-                 offers ? QString::fromLatin1(world.key.publicKey()) : QString());
     if (offers)
-        world.keyGivenTo.insert(customer);
+        world.keyGivenTo.insert(call.customer());
     else
-        world.keyGivenTo.remove(customer);
-    return jsonReply(reply);
+        world.keyGivenTo.remove(call.customer());
+    return success(
+        {{"rsaType", types}, {"key", QString(offers ? world.key.publicKey() : QByteArray())}});
 }
 
 /// Without a good key the client has nothing to encrypt with.
 void keyNotGiven(const Call& call, World& world)
 {
-    world.keyGivenTo.remove(call.header("customerid").toInt());
+    world.keyGivenTo.remove(call.customer());
 }
 
-void checkAuthConfig(const Call& call, const World&, Findings& findings)
+void checkAuthConfig(JsonCheck& body)
 {
-    JsonCheck body = jsonBody(call, findings);
-    body.integer("customerId", {call.header("customerid").toInt()});
+    body.customerNumber();
     body.flag("supportMailboxFind", true);
-    body.finish();
+}
+
+void checkClientInfo(JsonCheck info)
+{
+    info.matches("internalIp", QString("(%1(,%1)*)?").arg("\\d+(\\.\\d+){3}(/\\d+)?"));
+    info.matches("opsVersion", ".*\\(kernel .+\\)");
+    info.matches("osArchitecture", "X86|ARM|unknown");
+    for (const char* name : {"deviceName", "deviceType", "opsType", "hostName"})
+        info.text(name);
+    info.serial();
+    info.text("clientType", "Veltaro");
 }
 
 /// What both kinds of login say of this client.
-void checkDevice(JsonCheck& body, const Call& call, const World& world, Findings& findings)
+void checkDevice(JsonCheck& body)
 {
-    static const QRegularExpression deviceId(QStringLiteral("\\A[0-9A-Z-]*\\z"));
-    if (!deviceId.match(body.text("deviceId")).hasMatch())
-        findings.add(QStringLiteral("deviceId is no identifier in upper case"));
-    body.text("mobileVersion", QStringLiteral("6.1.20"));
+    body.matches("deviceId", "[0-9A-Z-]*");
+    body.text("mobileVersion", kClientVersion);
     const QString approval = body.optionalText("requestIdForPoll");
-    if (!approval.isEmpty() && !world.approvals.contains(approval))
-        findings.add(QStringLiteral("requestIdForPoll names no approval that waits"));
-    checkClientInfo(body.object("traceExtraInfo"), QString::fromUtf8(call.header("sn")), findings);
+    if (!approval.isEmpty() && !body.world.approvals.contains(approval))
+        body.findings.add("requestIdForPoll names no approval that waits");
+    checkClientInfo(body.object("traceExtraInfo"));
 }
 
 /// A login with the code of an SMS: nothing in it is encrypted.
-void checkSmsLogin(const Call& call, const World& world, Findings& findings)
+void checkSmsLogin(JsonCheck& body)
 {
-    JsonCheck body = jsonBody(call, findings);
-    body.text("customerId", QString::fromUtf8(call.header("customerid")));
-    checkCredential(body, world, false, "", "accountName", findings);
-    checkCredential(body, world, false, "", "verification", findings);
+    body.customerText();
+    body.filledText("accountName");
+    body.filledText("verification");
     for (const char* name : {"support2FA", "supportPollByRequestId"})
         body.flag(name, true);
-    if (call.header("x-tq-auth-header").isEmpty())
-        checkCredential(body, world, false, "", "password", findings);
+    if (body.call.token().isEmpty())
+        body.filledText("password");
     else
         body.flag("automaticLogin");
-    checkDevice(body, call, world, findings);
-    body.finish();
+    checkDevice(body);
 }
 
-void checkLogin(const Call& call, const World& world, Findings& findings)
+void checkLogin(JsonCheck& body)
 {
-    static const QRegularExpression agreement(QStringLiteral("\\A(\\d*|newest)\\z"));
-    if (call.json.contains(QLatin1String("verification")))
-        return checkSmsLogin(call, world, findings);
-    JsonCheck body = jsonBody(call, findings);
-    const bool encrypted = isKeyGiven(call, world);
-    checkCredential(body, world, encrypted, "encryptAccountName", "accountName", findings);
-    if (encrypted)
-        checkPadding(body, world);
-    if (call.header("x-tq-auth-header").isEmpty()) // finish() reports a password beside a token
-        checkCredential(body, world, encrypted, "encryptPassword", "password", findings);
-    body.integer("customerId", {call.header("customerid").toInt()});
+    if (body.has("verification"))
+        return checkSmsLogin(body);
+    QVector<CredentialNames> credentials{kAccountName};
+    if (body.call.token().isEmpty()) // a password beside a token is one member too many
+        credentials.append(kPassword);
+    checkCredentials(body, credentials);
+    body.customerNumber();
     for (const char* name : {"support2FA", "supportPollByRequestId", "supportOtp"})
         body.flag(name, true);
     body.flag("otpLogin");
     body.flag("automaticLogin");
-    if (!agreement.match(body.text("privacyVersion")).hasMatch())
-        findings.add(QStringLiteral("privacyVersion is no version of the agreement"));
+    body.matches("privacyVersion", "\\d*|newest");
     body.optionalText("supportOtpCode");
-    const QString otpToken = body.optionalText("otpMiddleToken");
     if (body.has("supportOtpCode") != body.has("otpMiddleToken"))
-        findings.add(QStringLiteral("supportOtpCode and otpMiddleToken go together"));
-    if (!otpToken.isEmpty() && !world.hasToken(&Challenge::otpMiddleToken, otpToken))
-        findings.add(QStringLiteral("otpMiddleToken was never handed out"));
-    body.trueOrAbsent("agreeToPrivacy");
-    checkDevice(body, call, world, findings);
-    body.finish();
+        body.findings.add("supportOtpCode and otpMiddleToken go together");
+    if (body.has("otpMiddleToken"))
+        body.handedOut("otpMiddleToken", &Challenge::otpMiddleToken);
+    if (body.has("agreeToPrivacy"))
+        body.flag("agreeToPrivacy", true);
+    checkDevice(body);
 }
 
 HttpReply tokenReply(const Session& session, const Account& account,
                      const QStringList& recoveryCodes = {})
 {
-    QJsonObject reply{{QStringLiteral("code"), 0},
-                      {QStringLiteral("X-TQ-AUTH-HEADER"), session.token},
-                      {QStringLiteral("allowChangePass"), account.allowChangePass},
-                      {QStringLiteral("needResetPassword"), account.mustChangePassword}};
+    QJsonObject reply{{"X-TQ-AUTH-HEADER", session.token},
+                      {"allowChangePass", account.allowChangePass},
+                      {"needResetPassword", account.mustChangePassword}};
     if (account.mustChangePassword) {
-        reply.insert(QStringLiteral("needResetPasswordReasonCn"), account.changeReasonCn);
-        reply.insert(QStringLiteral("needResetPasswordReasonEn"), account.changeReasonEn);
+        reply.insert("needResetPasswordReasonCn", account.changeReasonCn);
+        reply.insert("needResetPasswordReasonEn", account.changeReasonEn);
     }
     if (!recoveryCodes.isEmpty())
-        reply.insert(QStringLiteral("otpRecoverCode"), QJsonArray::fromStringList(recoveryCodes));
-    return jsonReply(reply);
+        reply.insert("otpRecoverCode", QJsonArray::fromStringList(recoveryCodes));
+    return success(reply);
 }
 
 HttpReply askForApproval(const Account& account, const QString& serial, World& world)
 {
     const QString id = randomName();
+    const QString address = world.orchestratorRoot() + kPollPath + "?requestId=" + id;
     world.approvals.insert(id,
                            {account.username, account.customerId, serial, account.approvalPolls});
-    const QString address =
-        world.orchestratorRoot() + QLatin1String(kPollPath) + QStringLiteral("?requestId=") + id;
-    return jsonReply({{QStringLiteral("code"), 0},
-                      {QStringLiteral("requestIdForPoll"), id},
-                      {QStringLiteral("authResultCheckUrl"), address},
-                      {QStringLiteral("authResultCheckInterval"), world.scenario.approvalInterval},
-                      {QStringLiteral("authResultCheckTimes"), world.scenario.approvalTimes}});
+    return success({{"requestIdForPoll", id},
+                    {"authResultCheckUrl", address},
+                    {"authResultCheckInterval", world.scenario.approvalInterval},
+                    {"authResultCheckTimes", world.scenario.approvalTimes}});
 }
 
 bool isApproved(const Call& call, const Account& account, World& world)
 {
-    const auto approval = world.approvals.find(textOf(call, "requestIdForPoll"));
+    const auto approval = world.approvals.find(call.text("requestIdForPoll"));
     if (approval == world.approvals.end() || approval->username != account.username ||
         approval->pollsLeft > 0)
         return false;
@@ -153,32 +143,28 @@ HttpReply logInByToken(const QString& username, const Call& call, World& world)
 {
     const Session* session = world.sessionOf(call);
     if (session == nullptr || !session->valid || session->username != username)
-        return refusal(session == nullptr ? -1 : session->invalidReason);
-    const Account* account = world.account(session->customerId, username);
-    return account == nullptr ? refusal(-1) : tokenReply(*session, *account);
+        return refusal(session);
+    const Account* account = world.find(named(session->customerId, username));
+    return account == nullptr ? refusal(nullptr) : tokenReply(*session, *account);
 }
 
 HttpReply askForSms(const Account& account, World& world)
 {
     Challenge& challenge = world.challenges[account.username];
     challenge.middleToken = randomName();
-    return jsonReply({{QStringLiteral("code"), 0},
-                      {QStringLiteral("middleToken"), challenge.middleToken},
-                      {QStringLiteral("phoneNumber"), account.phone}});
+    return success({{"middleToken", challenge.middleToken}, {"phoneNumber", account.phone}});
 }
 
 HttpReply askForAuthenticator(const Account& account, World& world)
 {
     Challenge& challenge = world.challenges[account.username];
     challenge.otpMiddleToken = randomName();
-    QJsonObject reply{{QStringLiteral("code"), 0},
-                      {QStringLiteral("otpMiddleToken"), challenge.otpMiddleToken},
-                      {QStringLiteral("otpLogin"), account.otpBound}};
+    QJsonObject reply{{"otpMiddleToken", challenge.otpMiddleToken}, {"otpLogin", account.otpBound}};
     if (!account.otpBound) {
         challenge.otpSecret = randomSecret();
-        reply.insert(QStringLiteral("otpKey"), challenge.otpSecret);
+        reply.insert("otpKey", challenge.otpSecret);
     }
-    return jsonReply(reply);
+    return success(reply);
 }
 
 /// What a second factor answers instead of letting the login pass; nothing when it does.
@@ -187,23 +173,20 @@ std::optional<HttpReply> secondFactor(const Call& call, Account& account, World&
 {
     const Challenge challenge = world.challenges.value(account.username);
     if (account.factor == Account::Factor::Sms) {
-        if (!call.json.contains(QLatin1String("verification")))
+        if (!call.json.contains("verification"))
             return askForSms(account, world);
-        if (challenge.code.isEmpty() || textOf(call, "verification") != challenge.code)
-            return errorReply(1003, QStringLiteral("The verification code is wrong."),
-                              QStringLiteral("验证码错误。"));
+        if (challenge.code.isEmpty() || call.text("verification") != challenge.code)
+            return errorReply(1003);
     }
     if (account.factor != Account::Factor::Authenticator)
         return {};
-    if (!call.json.contains(QLatin1String("supportOtpCode")))
+    if (!call.json.contains("supportOtpCode"))
         return askForAuthenticator(account, world);
-    if (textOf(call, "otpMiddleToken") != challenge.otpMiddleToken)
-        return errorReply(1108, QStringLiteral("The authenticator's step has expired."),
-                          QStringLiteral("身份验证器验证已过期。"));
+    if (call.text("otpMiddleToken") != challenge.otpMiddleToken)
+        return errorReply(1108);
     const QString secret = account.otpBound ? account.otpSecret : challenge.otpSecret;
-    if (!isTotp(secret, textOf(call, "supportOtpCode")))
-        return errorReply(1109, QStringLiteral("The authenticator's code is wrong."),
-                          QStringLiteral("身份验证器验证码错误。"));
+    if (!isTotp(secret, call.text("supportOtpCode")))
+        return errorReply(1109);
     if (account.otpBound)
         return {};
     account.otpBound = true;
@@ -219,45 +202,39 @@ HttpReply demandDevice(const Account& account, World& world)
     Challenge& challenge = world.challenges[account.username];
     const bool ask = account.deviceRule == Account::DeviceRule::AskWithToken;
     challenge.bindToken = ask ? randomName() : QString();
-    return jsonReply(
-        {{QStringLiteral("code"), 401},
-         {QStringLiteral("message"), QStringLiteral("mobileBindDevice")},
-         {QStringLiteral("parameters"),
-          QJsonObject{{QStringLiteral("accountName"), account.username},
-                      {QStringLiteral("deviceBindMiddleToken"), challenge.bindToken}}}});
+    const QJsonObject parameters{{"accountName", account.username},
+                                 {"deviceBindMiddleToken", challenge.bindToken}};
+    return jsonReply({{"code", 401}, {"message", "mobileBindDevice"}, {"parameters", parameters}});
 }
 
 HttpReply answerLogin(const Call& call, World& world)
 {
-    const Credential name = credentialOf(call, world, "encryptAccountName", "accountName");
-    if (!call.header("x-tq-auth-header").isEmpty())
+    const Credential name = credentialOf(call, world, kAccountName);
+    if (!call.token().isEmpty())
         return logInByToken(name.text, call, world);
-    const Credential password = credentialOf(call, world, "encryptPassword", "password");
-    Account* account = world.account(customerOf(call), name.text);
+    const Credential password = credentialOf(call, world, kPassword);
+    Account* account = world.find(named(call.customer(), name.text));
     if (!name.good || !password.good || account == nullptr || account->password != password.text)
-        return errorReply(1001, QStringLiteral("Wrong username or password."),
-                          QStringLiteral("用户名或密码错误。"));
-    const QString serial = QString::fromUtf8(call.header("sn"));
+        return errorReply(1001);
     QStringList recoveryCodes;
     if (const auto reply = secondFactor(call, *account, world, &recoveryCodes))
         return *reply;
     if (account->deviceRule != Account::DeviceRule::Any)
         return demandDevice(*account, world);
     if (account->approvalPolls > 0 && !isApproved(call, *account, world))
-        return askForApproval(*account, serial, world);
+        return askForApproval(*account, call.serial(), world);
     Challenge& challenge = world.challenges[account->username];
     challenge.code.clear(); // each works once
     challenge.otpMiddleToken.clear();
-    return tokenReply(world.openSession(*account, serial), *account, recoveryCodes);
+    return tokenReply(world.openSession(*account, call.serial()), *account, recoveryCodes);
 }
 
 /// To a login by SMS a refusal must not look like an answer without a token.
 HttpReply logIn(const Call& call, World& world)
 {
     HttpReply reply = answerLogin(call, world);
-    const int code =
-        QJsonDocument::fromJson(reply.body).object().value(QLatin1String("code")).toInt();
-    if (code != 0 && call.json.contains(QLatin1String("verification")))
+    const int code = QJsonDocument::fromJson(reply.body).object().value("code").toInt();
+    if (code != 0 && call.json.contains("verification"))
         reply.status = 400;
     return reply;
 }
@@ -265,74 +242,43 @@ HttpReply logIn(const Call& call, World& world)
 QString polledId(const Call& call)
 {
     const QByteArray prefix("requestId=");
-    const QByteArray query = call.query();
-    return query.startsWith(prefix) ? QString::fromUtf8(query.mid(prefix.size())) : QString();
+    return call.query().startsWith(prefix) ? call.query().mid(prefix.size()) : QByteArray();
 }
 
 void checkPoll(const Call& call, const World& world, Findings& findings)
 {
-    checkEmptyBody(call, findings);
+    nothing(call, world, findings);
     const Approval approval = world.approvals.value(polledId(call));
     if (approval.username.isEmpty())
-        findings.add(QStringLiteral("polls for a request that does not wait"));
-    else if (approval.customerId != call.header("customerid").toInt() ||
-             approval.serial != QString::fromUtf8(call.header("sn")))
-        findings.add(QStringLiteral("polls for the request of another customer or serial"));
+        findings.add("polls for a request that does not wait");
+    else if (approval.customerId != call.customer() || approval.serial != call.serial())
+        findings.add("polls for the request of another customer or serial");
 }
 
 HttpReply poll(const Call& call, World& world)
 {
     const auto approval = world.approvals.find(polledId(call));
     if (approval == world.approvals.end())
-        return errorReply(404, QStringLiteral("No such request"));
+        return errorReply(404);
     if (approval->pollsLeft > 0)
         --approval->pollsLeft;
-    return jsonReply({{QStringLiteral("code"), 0},
-                      {QStringLiteral("resultCode"), approval->pollsLeft > 0 ? 1 : 0}});
-}
-
-void checkNothing(const Call& call, const World&, Findings& findings)
-{
-    checkEmptyBody(call, findings);
-}
-
-HttpReply authConfig(const Call&, World& world)
-{
-    return jsonReply(world.scenario.authConfigReply);
+    return success({{"resultCode", approval->pollsLeft > 0 ? 1 : 0}});
 }
 
 } // namespace
 
 std::vector<Route> loginRoutes()
 {
+    const HeaderRules key{NoContent, Numeric};
+    const HeaderRules config{Json, Numeric};
+    const HeaderRules login{Json, Numeric, OptionalToken, true};
+    const HeaderRules polling{Json, Numeric, NoToken, true};
+    const auto authConfig = reply<&Scenario::authConfigReply>;
     return {
-        {false,
-         "GET",
-         "/s/mobile/pubkey/obtain",
-         {Rules::Content::None, Rules::Customer::Numeric, Rules::Token::None, false},
-         checkNothing,
-         offerKey,
-         false,
-         keyNotGiven},
-        {false,
-         "POST",
-         "/api/mobile/auth/config",
-         {Rules::Content::Json, Rules::Customer::Numeric, Rules::Token::None, false},
-         checkAuthConfig,
-         authConfig},
-        {false,
-         "POST",
-         "/api/mobile/v2/auth",
-         {Rules::Content::Json, Rules::Customer::Numeric, Rules::Token::Optional, true},
-         checkLogin,
-         logIn},
-        {false,
-         "POST",
-         kPollPath,
-         {Rules::Content::Json, Rules::Customer::Numeric, Rules::Token::None, true},
-         checkPoll,
-         poll,
-         true},
+        {"/s/mobile/pubkey/obtain", key, nothing, offerKey, false, keyNotGiven},
+        {"/api/mobile/auth/config", config, json(checkAuthConfig), authConfig},
+        {"/api/mobile/v2/auth", login, json(checkLogin), logIn},
+        {kPollPath, polling, checkPoll, poll, true},
     };
 }
 

@@ -4,34 +4,28 @@ namespace sim {
 
 namespace {
 
-using Rules = HeaderRules;
-
 void checkLookup(const Call& call, const World&, Findings& findings)
 {
     const auto values = checkForm(
         call, {{"customerId", {}}, {"sn", {call.header("sn")}}, {"model", {"linux"}}}, findings);
     if (values.value("customerId") != call.header("customerid"))
-        findings.add(QStringLiteral("header and form name different customers"));
+        findings.add("header and form name different customers");
 }
 
 HttpReply lookUp(const Call& call, World& world)
 {
-    const Account* account = world.anyAccountOf(QString::fromUtf8(call.header("customerid")));
+    const QString typed = call.header("customerid");
+    const Account* account = world.find([&](const Account& any) {
+        return any.customer == typed || QString::number(any.customerId) == typed;
+    });
     if (account == nullptr)
-        return errorReply(1007, QStringLiteral("No such customer"));
-    return jsonReply({{QStringLiteral("code"), 0},
-                      {QStringLiteral("orchDomain"), world.orchestratorRoot()},
-                      {QStringLiteral("customerId"), account->customerId}});
-}
-
-void checkNothing(const Call& call, const World&, Findings& findings)
-{
-    checkEmptyBody(call, findings);
+        return errorReply(1007);
+    return success({{"orchDomain", world.orchestratorRoot()}, {"customerId", account->customerId}});
 }
 
 HttpReply privacyVersion(const Call&, World& world)
 {
-    return jsonReply({{QStringLiteral("veltaro_privacy_version"), world.scenario.privacyVersion}});
+    return jsonReply({{"veltaro_privacy_version", world.scenario.privacyVersion}});
 }
 
 } // namespace
@@ -39,18 +33,8 @@ HttpReply privacyVersion(const Call&, World& world)
 std::vector<Route> lookupRoutes()
 {
     return {
-        {true,
-         "POST",
-         "/api/mobile/v1/orchinfo",
-         {Rules::Content::Form, Rules::Customer::Typed, Rules::Token::None, false},
-         checkLookup,
-         lookUp},
-        {true,
-         "GET",
-         "/static/version/privacyversion.json",
-         {Rules::Content::None, Rules::Customer::None, Rules::Token::None, false},
-         checkNothing,
-         privacyVersion},
+        {"/api/mobile/v1/orchinfo", {Form, Typed}, checkLookup, lookUp},
+        {"/static/version/privacyversion.json", {}, nothing, privacyVersion},
     };
 }
 

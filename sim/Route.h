@@ -12,14 +12,12 @@ namespace sim {
 /// A further request or situation is a further row in one of the tables below.
 struct Route
 {
-    bool lookup; ///< served by both lookup servers; otherwise by the orchestrator
-    QByteArray method;
     QByteArray path;
-    HeaderRules headers;
+    HeaderRules headers; ///< whatever has content is POSTed
 
     /// Checks the body and, where the route takes one, the query. Runs for every request, also
     /// when a fault replaces the reply.
-    std::function<void(const Call&, const World&, Findings&)> check;
+    Check check;
 
     /// Makes the reply and changes the world. Not called for a request with a token that is not
     /// good, nor when a fault replaces the reply.
@@ -29,8 +27,18 @@ struct Route
 
     /// Runs in place of `handle` when a fault replaces the reply; usually nothing.
     std::function<void(const Call&, World&)> onFault = {};
+
+    QByteArray method() const { return headers.content == NoContent ? "GET" : "POST"; }
 };
 
+/// Answers with a part of the scenario as it stands.
+template <QJsonObject Scenario::*Reply>
+HttpReply reply(const Call&, World& world)
+{
+    return jsonReply(world.scenario.*Reply);
+}
+
+/// The requests that both lookup servers answer, and those of the orchestrator.
 std::vector<Route> lookupRoutes();
 std::vector<Route> loginRoutes();
 std::vector<Route> accountRoutes();

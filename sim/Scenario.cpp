@@ -18,29 +18,28 @@ QVector<Account> factorAccounts(const Account& base)
 {
     const auto named = [&base](const char* name, const char* password) {
         Account account = base;
-        account.username = QLatin1String(name) + QStringLiteral("@acme.example");
+        account.username = QLatin1String(name) + "@acme.example";
         account.password = QLatin1String(password);
         return account;
     };
     Account sara = named("sara", "Sms-code-44");
     sara.factor = Account::Factor::Sms;
-    sara.phone = QStringLiteral("+8613800138000");
+    sara.phone = "+8613800138000";
     Account otto = named("otto", "Otp-bind-55");
     otto.factor = Account::Factor::Authenticator;
     Account olga = named("olga", "Otp-code-66");
     olga.factor = Account::Factor::Authenticator;
     olga.otpBound = true;
-    olga.otpSecret = QStringLiteral("JBSWY3DPEHPK3PXP");
-    olga.recoveryCodes =
-        QStringList{QStringLiteral("ABCD1234EFGH5678"), QStringLiteral("IJKL9012MNOP3456")};
+    olga.otpSecret = "JBSWY3DPEHPK3PXP";
+    olga.recoveryCodes = QStringList{"ABCD1234EFGH5678", "IJKL9012MNOP3456"};
     Account dave = named("dave", "Device-ask-77");
     dave.deviceRule = Account::DeviceRule::AskWithToken;
     Account dora = named("dora", "Device-copy-88");
     dora.deviceRule = Account::DeviceRule::AskWithoutToken;
     Account fred = named("fred", "First-pass-1");
     fred.mustChangePassword = true;
-    fred.changeReasonEn = QStringLiteral("Your password was set by the administrator.");
-    fred.changeReasonCn = QStringLiteral("您的密码由管理员设置。");
+    fred.changeReasonEn = "Your password was set by the administrator.";
+    fred.changeReasonCn = "您的密码由管理员设置。";
     return {sara, otto, olga, dave, dora, fred};
 }
 
@@ -48,27 +47,27 @@ QVector<Account> defaultAccounts()
 {
     QVector<Account> accounts;
     Account account;
-    account.customer = QStringLiteral("acme");
+    account.customer = "acme";
     account.customerId = 1001;
-    account.username = QStringLiteral("alice@acme.example");
-    account.password = QStringLiteral("Wonder-land1");
-    account.phone = QStringLiteral("13912345678");
-    account.mailbox = QStringLiteral("alice@mail.example");
+    account.username = "alice@acme.example";
+    account.password = "Wonder-land1";
+    account.phone = "13912345678";
+    account.mailbox = "alice@mail.example";
     accounts.append(account);
     accounts += factorAccounts(account);
     account.phone.clear();
     account.mailbox.clear();
 
-    account.username = QStringLiteral("carol@acme.example");
-    account.password = QStringLiteral("Wait-a-bit3");
+    account.username = "carol@acme.example";
+    account.password = "Wait-a-bit3";
     account.approvalPolls = 2;
     accounts.append(account);
 
     account = {};
-    account.customer = QStringLiteral("2002");
+    account.customer = "2002";
     account.customerId = 2002;
-    account.username = QStringLiteral("bob");
-    account.password = QStringLiteral("Plain-text2");
+    account.username = "bob";
+    account.password = "Plain-text2";
     account.offersKey = false;
     accounts.append(account);
     return accounts;
@@ -101,15 +100,15 @@ QStringList mergeObject(QJsonObject& target, const QString& name, const QJsonVal
 const QMap<QString, QJsonObject Scenario::*>& replyObjects()
 {
     static const QMap<QString, QJsonObject Scenario::*> all{
-        {QStringLiteral("authConfigReply"), &Scenario::authConfigReply},
-        {QStringLiteral("upgradeReply"), &Scenario::upgradeReply},
-        {QStringLiteral("noticeReply"), &Scenario::noticeReply},
-        {QStringLiteral("connectReply"), &Scenario::connectReply},
-        {QStringLiteral("heartbeatReply"), &Scenario::heartbeatReply},
-        {QStringLiteral("logoReply"), &Scenario::logoReply},
-        {QStringLiteral("resetModeReply"), &Scenario::resetModeReply},
-        {QStringLiteral("passwordRules"), &Scenario::passwordRules},
-        {QStringLiteral("errorResource"), &Scenario::errorResource}};
+        {"authConfigReply", &Scenario::authConfigReply},
+        {"upgradeReply", &Scenario::upgradeReply},
+        {"noticeReply", &Scenario::noticeReply},
+        {"connectReply", &Scenario::connectReply},
+        {"heartbeatReply", &Scenario::heartbeatReply},
+        {"logoReply", &Scenario::logoReply},
+        {"resetModeReply", &Scenario::resetModeReply},
+        {"passwordRules", &Scenario::passwordRules},
+        {"errorResource", &Scenario::errorResource}};
     return all;
 }
 
@@ -128,23 +127,22 @@ QString Account::remark() const
 {
     QStringList ways;
     if (factor == Factor::Sms)
-        ways << QStringLiteral("with a code by SMS");
+        ways << "with a code by SMS";
     else if (factor == Factor::Authenticator)
         ways << QStringLiteral("with an authenticator%1, recovery %2")
-                    .arg(otpBound ? QStringLiteral(" of secret ") + otpSecret
-                                  : QStringLiteral(" to be bound"),
-                         recoveryCodes.value(0, QStringLiteral("-")));
+                    .arg(otpBound ? " of secret " + otpSecret : " to be bound",
+                         recoveryCodes.value(0, "-"));
     if (deviceRule == DeviceRule::AskWithToken)
-        ways << QStringLiteral("from an associated device, which can be asked for");
+        ways << "from an associated device, which can be asked for";
     else if (deviceRule == DeviceRule::AskWithoutToken)
-        ways << QStringLiteral("from an associated device, asked for by hand");
+        ways << "from an associated device, asked for by hand";
     if (approvalPolls > 0)
-        ways << QStringLiteral("once it has been approved");
+        ways << "once it has been approved";
     if (mustChangePassword)
-        ways << QStringLiteral("after a change of the password");
+        ways << "after a change of the password";
     if (!offersKey)
-        ways << QStringLiteral("without encryption");
-    return ways.join(QStringLiteral(", "));
+        ways << "without encryption";
+    return ways.join(", ");
 }
 
 Fault Fault::withStatus(int status, const QByteArray& body)
@@ -185,15 +183,15 @@ Fault Fault::dropped()
 Fault Fault::fromJson(const QJsonObject& json)
 {
     Fault fault;
-    fault.status = json.value(QLatin1String("status")).toInt();
-    fault.delayMs = json.value(QLatin1String("delayMs")).toInt();
-    fault.trickleMs = json.value(QLatin1String("trickleMs")).toInt();
-    fault.drop = json.value(QLatin1String("drop")).toBool();
-    fault.redirect = json.value(QLatin1String("redirect")).toString();
-    fault.hugeBytes = static_cast<qint64>(json.value(QLatin1String("hugeBytes")).toDouble());
-    fault.times = json.value(QLatin1String("times")).toInt(-1);
-    const QJsonValue body = json.value(QLatin1String("body"));
-    const QJsonValue base64 = json.value(QLatin1String("bodyBase64"));
+    fault.status = json.value("status").toInt();
+    fault.delayMs = json.value("delayMs").toInt();
+    fault.trickleMs = json.value("trickleMs").toInt();
+    fault.drop = json.value("drop").toBool();
+    fault.redirect = json.value("redirect").toString();
+    fault.hugeBytes = static_cast<qint64>(json.value("hugeBytes").toDouble());
+    fault.times = json.value("times").toInt(-1);
+    const QJsonValue body = json.value("body");
+    const QJsonValue base64 = json.value("bodyBase64");
     fault.replaceBody = body.isString() || base64.isString() || fault.status != 0;
     fault.body = base64.isString() ? QByteArray::fromBase64(base64.toString().toLatin1())
                                    : body.toString().toUtf8();
@@ -202,15 +200,12 @@ Fault Fault::fromJson(const QJsonObject& json)
 
 QJsonObject Fault::toJson() const
 {
-    QJsonObject json{{QStringLiteral("status"), status},
-                     {QStringLiteral("delayMs"), delayMs},
-                     {QStringLiteral("trickleMs"), trickleMs},
-                     {QStringLiteral("drop"), drop},
-                     {QStringLiteral("redirect"), redirect},
-                     {QStringLiteral("hugeBytes"), static_cast<double>(hugeBytes)},
-                     {QStringLiteral("times"), times}};
+    QJsonObject json{{"status", status},       {"delayMs", delayMs},
+                     {"trickleMs", trickleMs}, {"drop", drop},
+                     {"redirect", redirect},   {"hugeBytes", static_cast<double>(hugeBytes)},
+                     {"times", times}};
     if (replaceBody)
-        json.insert(QStringLiteral("bodyBase64"), QString::fromLatin1(body.toBase64()));
+        json.insert("bodyBase64", QString::fromLatin1(body.toBase64()));
     return json;
 }
 
@@ -220,8 +215,8 @@ bool Fault::replaces() const
 }
 
 Scenario::Scenario()
-    : accounts(defaultAccounts()), privacyVersion(QStringLiteral("20250115")), rsaTypes{0, 1},
-      errorResourceVersion(QStringLiteral("7"))
+    : accounts(defaultAccounts()), privacyVersion("20250115"), rsaTypes{0, 1},
+      errorResourceVersion("7")
 {
     authConfigReply =
         object(R"({"code": 0, "enableForgetPassword": true, "supportCusResource": false})");
@@ -255,13 +250,13 @@ QStringList Scenario::apply(const QJsonObject& json)
         const QJsonValue value = it.value();
         if (const auto member = replyObjects().value(name)) {
             refused += mergeObject(this->*member, name, value);
-        } else if (name == QLatin1String("privacyVersion") && value.isString()) {
+        } else if (name == "privacyVersion" && value.isString()) {
             privacyVersion = value.toString();
-        } else if (name == QLatin1String("errorResourceVersion") && value.isString()) {
+        } else if (name == "errorResourceVersion" && value.isString()) {
             errorResourceVersion = value.toString();
-        } else if (name == QLatin1String("filterDocument") && value.isString()) {
+        } else if (name == "filterDocument" && value.isString()) {
             filterDocument = value.toString().toUtf8();
-        } else if (name == QLatin1String("rsaTypes") && value.isArray()) {
+        } else if (name == "rsaTypes" && value.isArray()) {
             rsaTypes.clear();
             for (const QJsonValue type : value.toArray())
                 rsaTypes.append(type.toInt());
@@ -277,9 +272,9 @@ QJsonObject Scenario::toJson() const
     QJsonArray types;
     for (int type : rsaTypes)
         types.append(type);
-    QJsonObject json{{QStringLiteral("privacyVersion"), privacyVersion},
-                     {QStringLiteral("errorResourceVersion"), errorResourceVersion},
-                     {QStringLiteral("rsaTypes"), types}};
+    QJsonObject json{{"privacyVersion", privacyVersion},
+                     {"errorResourceVersion", errorResourceVersion},
+                     {"rsaTypes", types}};
     for (auto it = replyObjects().begin(); it != replyObjects().end(); ++it)
         json.insert(it.key(), this->*it.value());
     return json;
@@ -290,15 +285,13 @@ QByteArray makeFilterDocument(int inclusive, int exclusive, int duplicates)
     QJsonArray white;
     QJsonArray black;
     for (int i = 0; i < inclusive; ++i)
-        white.append(address(10 * (1 << 24) + i) + QStringLiteral("/32"));
+        white.append(address(10 * (1 << 24) + i) + "/32");
     for (int i = 0; i < exclusive; ++i)
-        black.append(address(100 * (1 << 24) + i) + QStringLiteral("/32"));
+        black.append(address(100 * (1 << 24) + i) + "/32");
     for (int i = 0; i < duplicates && exclusive > 0; ++i)
         black.append(black.at(i % exclusive));
-    const QJsonObject document{{QStringLiteral("code"), 0},
-                               {QStringLiteral("ipSetMode"), 0},
-                               {QStringLiteral("whiteIpSet"), white},
-                               {QStringLiteral("blackIpSet"), black}};
+    const QJsonObject document{
+        {"code", 0}, {"ipSetMode", 0}, {"whiteIpSet", white}, {"blackIpSet", black}};
     return QJsonDocument(document).toJson(QJsonDocument::Compact);
 }
 

@@ -1,74 +1,56 @@
 #include "sim/Route.h"
 
 #include <QHostAddress>
-#include <QJsonArray>
 
 namespace sim {
 
 namespace {
-
-using Rules = HeaderRules;
 
 constexpr char kHeartbeatPath[] = "/api/mobile/v2/heartbeat";
 constexpr char kFilterPath[] = "/files/ip-filter.json";
 // An escape and a second parameter: the address must come back exactly as it was given out.
 constexpr char kFilterQuery[] = "site=T-31&kind=ip%2Ffilter";
 
-void checkInternalIp(const QString& ip, Findings& findings)
+void checkConnect(JsonCheck& body)
 {
+    body.text("deviceModel", "linux");
+    body.text("mobileVersion", kClientVersion);
+    body.serial();
+    body.text("deviceSupportMode", "native");
+    const QString ip = body.text("internalIp");
     QHostAddress address;
     if (!ip.isEmpty() && (!address.setAddress(ip) || address.toString() != ip ||
                           address.protocol() != QAbstractSocket::IPv4Protocol))
-        findings.add(QStringLiteral("internalIp \"%1\" is no IPv4 address").arg(ip));
-}
-
-void checkConnect(const Call& call, const World&, Findings& findings)
-{
-    JsonCheck body = jsonBody(call, findings);
-    body.text("deviceModel", QStringLiteral("linux"));
-    body.text("mobileVersion", QStringLiteral("6.1.20"));
-    body.text("sn", QString::fromUtf8(call.header("sn")));
-    body.text("deviceSupportMode", QStringLiteral("native"));
-    checkInternalIp(body.text("internalIp"), findings);
+        body.findings.add("internalIp \"%1\" is no IPv4 address", ip);
     body.integer("mobileActionLogType", {1, 2, 4});
-    JsonCheck features(body.object("supportFeature"), findings, QStringLiteral("supportFeature."));
+    JsonCheck features = body.object("supportFeature");
     for (const char* name :
          {"supportHttps", "supportHeartBeat", "supportIpFilterDownloadUrlV2", "supportCheckToken"})
         features.flag(name, true);
-    features.finish();
-    body.finish();
-}
-
-void insertDefault(QJsonObject& object, const char* member, const QJsonValue& value)
-{
-    if (!object.contains(QLatin1String(member)))
-        object.insert(QLatin1String(member), value);
 }
 
 HttpReply connectSession(const Call& call, World& world)
 {
     Session* session = world.sessionOf(call);
-    QJsonObject reply = world.scenario.connectReply;
     const QString root = world.orchestratorRoot();
-    insertDefault(reply, "customerId", session->customerId);
-    insertDefault(reply, "heartbeatUrl", root + QLatin1String(kHeartbeatPath));
-    insertDefault(reply, "mobileTrafficDownloadUrl",
-                  root + QLatin1String(kFilterPath) + QLatin1Char('?') +
-                      QLatin1String(kFilterQuery));
+    QJsonObject reply{
+        {"customerId", session->customerId},
+        {"heartbeatUrl", root + kHeartbeatPath},
+        {"mobileTrafficDownloadUrl", root + kFilterPath + '?' + kFilterQuery},
+    };
+    insertAll(reply, world.scenario.connectReply);
     session->connected = true;
     session->everConnected = true;
-    session->intranet = reply.value(QLatin1String("mobileDetect")).toBool();
+    session->intranet = reply.value("mobileDetect").toBool();
     return jsonReply(reply);
 }
 
-void checkDisconnect(const Call& call, const World&, Findings& findings)
+void checkDisconnect(JsonCheck& body)
 {
-    JsonCheck body = jsonBody(call, findings);
-    body.integer("customerId", {call.header("customerid").toInt()});
-    body.text("mobileVersion", QStringLiteral("6.1.20"));
-    body.text("sn", QString::fromUtf8(call.header("sn")));
+    body.customerNumber();
+    body.text("mobileVersion", kClientVersion);
+    body.serial();
     body.integer("mobileActionLogType", {1, 2, 3, 4});
-    body.finish();
 }
 
 /// The answer, with the order that waits merged into it.
@@ -77,9 +59,8 @@ HttpReply withOrder(World& world, QJsonObject reply)
     if (world.orders.isEmpty())
         return jsonReply(reply);
     QJsonObject order = world.orders.takeFirst();
-    const QString logfile = order.take(QStringLiteral("logfile")).toString();
-    for (auto it = order.begin(); it != order.end(); ++it)
-        reply.insert(it.key(), it.value());
+    const QString logfile = order.take("logfile").toString();
+    insertAll(reply, order);
     HttpReply answer = jsonReply(reply);
     if (!logfile.isEmpty())
         answer.headers.append({"orch-logfile", logfile.toUtf8()});
@@ -89,47 +70,36 @@ HttpReply withOrder(World& world, QJsonObject reply)
 HttpReply disconnectSession(const Call& call, World& world)
 {
     world.sessionOf(call)->connected = false;
-    return withOrder(world, {{QStringLiteral("code"), 0}});
+    return withOrder(world, {{"code", 0}});
 }
 
-void checkSignout(const Call& call, const World&, Findings& findings)
+void checkSignout(JsonCheck& body)
 {
-    JsonCheck body = jsonBody(call, findings);
     body.integer("mobileActionLogType", {1, 2});
-    body.finish();
 }
 
 HttpReply signOut(const Call& call, World& world)
 {
     Session* session = world.sessionOf(call);
     if (session == nullptr || !session->valid)
-        return refusal(session == nullptr ? -1 : session->invalidReason);
+        return refusal(session);
     session->valid = false;
     session->connected = false;
-    return jsonReply({{QStringLiteral("code"), 0}});
-}
-
-const Session* sessionOf(const Call& call, const World& world)
-{
-    const auto it = world.sessions.constFind(QString::fromUtf8(call.header("x-tq-auth-header")));
-    return it == world.sessions.constEnd() ? nullptr : &*it;
+    return success();
 }
 
 void checkConnected(const Call& call, const World& world, Findings& findings)
 {
-    const Session* session = sessionOf(call, world);
-    if (session != nullptr && !session->everConnected)
-        findings.add(QStringLiteral("the session has never connected"));
+    const Session session = world.sessions.value(call.token());
+    if (!session.token.isEmpty() && !session.everConnected)
+        findings.add("the session has never connected");
 }
 
-void checkHeartbeat(const Call& call, const World& world, Findings& findings)
+void checkHeartbeat(JsonCheck& body)
 {
-    JsonCheck body = jsonBody(call, findings);
-    const Session* session = sessionOf(call, world);
-    if (session != nullptr && session->intranet)
+    if (body.world.sessions.value(body.call.token()).intranet)
         body.flag("intranetMode", true);
-    body.finish();
-    checkConnected(call, world, findings);
+    checkConnected(body.call, body.world, body.findings);
 }
 
 HttpReply heartbeat(const Call& call, World& world)
@@ -140,10 +110,10 @@ HttpReply heartbeat(const Call& call, World& world)
 
 void checkFilter(const Call& call, const World& world, Findings& findings)
 {
-    checkEmptyBody(call, findings);
+    nothing(call, world, findings);
     if (call.query() != kFilterQuery)
-        findings.add(QStringLiteral("the query is \"%1\", the address given out had \"%2\"")
-                         .arg(QString::fromUtf8(call.query()), QLatin1String(kFilterQuery)));
+        findings.add("the query is \"%1\", the address given out had \"%2\"", call.query(),
+                     kFilterQuery);
     checkConnected(call, world, findings);
 }
 
@@ -158,23 +128,16 @@ HttpReply filterDocument(const Call&, World& world)
 
 std::vector<Route> sessionRoutes()
 {
-    const HeaderRules withToken{Rules::Content::Json, Rules::Customer::Numeric,
-                                Rules::Token::Required, true};
+    const HeaderRules session{Json, Numeric, RequiredToken, true};
     // A client that has already dropped its token still signs out, with an empty one.
-    const HeaderRules signoutRules{Rules::Content::Json, Rules::Customer::Numeric,
-                                   Rules::Token::Optional, true};
+    const HeaderRules signout{Json, Numeric, OptionalToken, true};
+    const HeaderRules file{NoContent, Numeric, RequiredToken};
     return {
-        {false, "POST", "/api/mobile/v2/connect", withToken, checkConnect, connectSession},
-        {false, "POST", "/api/mobile/v2/disconnect", withToken, checkDisconnect, disconnectSession},
-        {false, "POST", "/api/mobile/v2/signout", signoutRules, checkSignout, signOut},
-        {false, "POST", kHeartbeatPath, withToken, checkHeartbeat, heartbeat},
-        {false,
-         "GET",
-         kFilterPath,
-         {Rules::Content::None, Rules::Customer::Numeric, Rules::Token::Required, false},
-         checkFilter,
-         filterDocument,
-         true},
+        {"/api/mobile/v2/connect", session, json(checkConnect), connectSession},
+        {"/api/mobile/v2/disconnect", session, json(checkDisconnect), disconnectSession},
+        {"/api/mobile/v2/signout", signout, json(checkSignout), signOut},
+        {kHeartbeatPath, session, json(checkHeartbeat), heartbeat},
+        {kFilterPath, file, checkFilter, filterDocument, true},
     };
 }
 

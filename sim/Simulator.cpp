@@ -44,11 +44,10 @@ Call parse(End end, const HttpCall& received)
     return call;
 }
 
-std::vector<Route> allRoutes()
+std::vector<Route> orchestratorRoutes()
 {
     std::vector<Route> all;
-    for (const auto& group :
-         {lookupRoutes(), loginRoutes(), accountRoutes(), sessionRoutes(), resourceRoutes()})
+    for (const auto& group : {loginRoutes(), accountRoutes(), sessionRoutes(), resourceRoutes()})
         all.insert(all.end(), group.begin(), group.end());
     return all;
 }
@@ -77,7 +76,8 @@ struct Simulator::Private
     World world;
     QList<RequestRecord> requests;
     QString datapathDirectory;
-    const std::vector<Route> routes = allRoutes();
+    const std::vector<Route> lookups = lookupRoutes();
+    const std::vector<Route> others = orchestratorRoutes();
 
     mutable std::recursive_mutex endsMutex; // guards the servers; never taken while serving
     std::array<HttpEnd, 3> ends;
@@ -154,18 +154,15 @@ HttpReply Simulator::Private::serve(End end, const HttpCall& received)
 
 const Route* Simulator::Private::find(const Call& call)
 {
-    const bool lookup = call.end != End::Orchestrator;
-    QByteArray otherMethod;
-    for (const Route& route : routes) {
-        if (route.lookup != lookup || route.path != call.path())
+    QString wrong = QString("unknown path on the %1 server").arg(endName(call.end));
+    for (const Route& route : call.end == End::Orchestrator ? others : lookups) {
+        if (route.path != call.path())
             continue;
-        if (route.method == call.method)
+        if (route.method() == call.method)
             return &route;
-        otherMethod = route.method;
+        wrong = QString("the method is not %1").arg(QString(route.method()));
     }
-    note(call, otherMethod.isEmpty()
-                   ? QStringLiteral("unknown path on the %1 server").arg(endName(call.end))
-                   : QStringLiteral("the method is not %1").arg(QString::fromLatin1(otherMethod)));
+    note(call, wrong);
     return nullptr;
 }
 
@@ -181,8 +178,7 @@ void Simulator::Private::check(const Call& call, const Route& route)
     Findings findings;
     checkHeaders(route.headers, call, world, findings);
     if (!route.takesQuery && call.target.contains('?'))
-        findings.add(
-            QStringLiteral("unexpected query \"%1\"").arg(QString::fromUtf8(call.query())));
+        findings.add("unexpected query \"%1\"", call.query());
     route.check(call, world, findings);
     for (const QString& reason : findings.reasons())
         note(call, reason);
@@ -191,7 +187,7 @@ void Simulator::Private::check(const Call& call, const Route& route)
 QString Simulator::Private::faultKey(const Call& call) const
 {
     const QString path = QString::fromUtf8(call.path());
-    const QString key = endName(call.end) + QLatin1Char(':') + path;
+    const QString key = endName(call.end) + ':' + path;
     return world.scenario.faults.contains(key) ? key : path;
 }
 
@@ -224,12 +220,8 @@ HttpReply Simulator::Private::answer(const Call& call, const Route& route)
     Session* session = world.sessionOf(call);
     if (session != nullptr)
         session->lastSeen = QDateTime::currentDateTime();
-    if (route.headers.token == HeaderRules::Token::Required) {
-        if (session == nullptr)
-            return refusal(-1);
-        if (!session->valid)
-            return refusal(session->invalidReason);
-    }
+    if (route.headers.token == RequiredToken && (session == nullptr || !session->valid))
+        return refusal(session);
     return route.handle(call, world);
 }
 
@@ -280,13 +272,13 @@ bool Simulator::isRunning(End end) const
 QString Simulator::primaryUrl() const
 {
     const std::lock_guard lock(d->mutex);
-    return d->world.roots.value(End::LookupPrimary) + QLatin1String(kLookupPath);
+    return d->world.roots.value(End::LookupPrimary) + kLookupPath;
 }
 
 QString Simulator::backupUrl() const
 {
     const std::lock_guard lock(d->mutex);
-    return d->world.roots.value(End::LookupBackup) + QLatin1String(kLookupPath);
+    return d->world.roots.value(End::LookupBackup) + kLookupPath;
 }
 
 QString Simulator::orchRoot() const
@@ -297,7 +289,7 @@ QString Simulator::orchRoot() const
 
 QString Simulator::authUrl() const
 {
-    return orchRoot() + QLatin1String(kAuthPath);
+    return orchRoot() + kAuthPath;
 }
 
 void Simulator::edit(const std::function<void(Scenario&)>& change)

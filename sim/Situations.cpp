@@ -46,11 +46,10 @@ QJsonObject order(int action, const char* reasonEn, const char* reasonZh, int ti
 
 QJsonObject orderOnNewSubnet()
 {
-    QJsonObject members = order(1, "", "").value(QStringLiteral("order")).toObject();
-    members.insert(QStringLiteral("subnetIpChange"), true);
-    members.insert(QStringLiteral("mobileDetectFailed"), QStringLiteral("客户端网段已改变。"));
-    members.insert(QStringLiteral("mobileDetectFailedEn"),
-                   QStringLiteral("The client's subnet has changed."));
+    QJsonObject members = order(1, "", "").value("order").toObject();
+    members.insert("subnetIpChange", true);
+    members.insert("mobileDetectFailed", "客户端网段已改变。");
+    members.insert("mobileDetectFailedEn", "The client's subnet has changed.");
     return {{"order", members}};
 }
 
@@ -70,7 +69,7 @@ QJsonObject refusal(int code, const char* message, const QJsonObject& parameters
 {
     QJsonObject document{{"code", code}, {"message", QLatin1String(message)}};
     if (!parameters.isEmpty())
-        document.insert(QStringLiteral("parameters"), parameters);
+        document.insert("parameters", parameters);
     return document;
 }
 
@@ -91,7 +90,7 @@ QJsonObject newer(const char* minVersion, bool ignore)
                      {"minVersion", QLatin1String(minVersion)},
                      {"ignore", ignore},
                      {"url", "https://files.veltaro.example/veltaro-6.2.0.deb"},
-                     {"releaseNote", QStringLiteral("连接更快，诊断更准。")},
+                     {"releaseNote", "连接更快，诊断更准。"},
                      {"releaseNoteEn", "Faster connections and clearer diagnoses."}});
 }
 
@@ -99,7 +98,7 @@ QJsonObject newer(const char* minVersion, bool ignore)
 QJsonObject badGateway(bool running)
 {
     QJsonObject command = running ? notice("run", -60, 60) : QJsonObject();
-    command.insert(QStringLiteral("faults"), QJsonArray{status(kAuth, 502), status(kConnect, 502)});
+    command.insert("faults", QJsonArray{status(kAuth, 502), status(kConnect, 502)});
     return command;
 }
 
@@ -127,100 +126,92 @@ std::vector<Situation> refusals()
     std::vector<Situation> made;
     made.reserve(rows.size());
     for (const Row& row : rows)
-        made.push_back({QStringLiteral("Login refused"), QLatin1String(row.name),
+        made.push_back({"Login refused", QLatin1String(row.name),
                         answer(kAuth, refusal(row.code, row.message, row.parameters))});
     return made;
 }
 
 std::vector<Situation> serverOrders()
 {
-    const QString group = QStringLiteral("Server orders");
+    const QString group = "Server orders";
     return {
-        {group, QStringLiteral("Disconnect, with a reason"),
+        {group, "Disconnect, with a reason",
          order(1, "Your licence has expired.", "您的许可证已过期。")},
-        {group, QStringLiteral("Disconnect, no reason"), order(1, "", "")},
-        {group, QStringLiteral("Reconnect, with a reason"),
+        {group, "Disconnect, no reason", order(1, "", "")},
+        {group, "Reconnect, with a reason",
          order(4, "The gateway is being moved.", "网关正在迁移。")},
-        {group, QStringLiteral("Reconnect, no reason"), order(4, "", "")},
-        {group, QStringLiteral("Reconnect, ten times in one answer"), order(4, "", "", 10)},
-        {group, QStringLiteral("Disconnect on a new subnet"), orderOnNewSubnet()},
-        {group,
-         QStringLiteral("Send a diagnosis bundle"),
-         {{"order", QJsonObject{{"logfile", "bundle-1"}}}}},
+        {group, "Reconnect, no reason", order(4, "", "")},
+        {group, "Reconnect, ten times in one answer", order(4, "", "", 10)},
+        {group, "Disconnect on a new subnet", orderOnNewSubnet()},
+        {group, "Send a diagnosis bundle", {{"order", QJsonObject{{"logfile", "bundle-1"}}}}},
     };
 }
 
 std::vector<Situation> datapaths()
 {
-    const QString group = QStringLiteral("Datapath");
+    const QString group = "Datapath";
     return {
-        {group, QStringLiteral("Datapath dies"), {{"crashDatapath", true}}},
-        {group, QStringLiteral("Tunnels lost"), datapath("tunnels", "down")},
-        {group, QStringLiteral("Dispatch service silent"), datapath("dispatch", "silent")},
-        {group, QStringLiteral("Agent silent"), datapath("agent", "silent")},
-        {group, QStringLiteral("Agent refuses"), datapath("agent", "disconnect")},
-        {group, QStringLiteral("Agent talks without end"), datapath("agent", "flood")},
+        {group, "Datapath dies", {{"crashDatapath", true}}},
+        {group, "Tunnels lost", datapath("tunnels", "down")},
+        {group, "Dispatch service silent", datapath("dispatch", "silent")},
+        {group, "Agent silent", datapath("agent", "silent")},
+        {group, "Agent refuses", datapath("agent", "disconnect")},
+        {group, "Agent talks without end", datapath("agent", "flood")},
         {group,
-         QStringLiteral("Start script fails"),
+         "Start script fails",
          {{"datapath", QJsonObject{{"script_exit", "1"}, {"script_stderr", "no tun device"}}}}},
-        {group, QStringLiteral("Stop script fails"), datapath("stop_exit", "2")},
+        {group, "Stop script fails", datapath("stop_exit", "2")},
     };
 }
 
 std::vector<Situation> build()
 {
-    const QString maintenance = QStringLiteral("Maintenance");
-    const QString upgrade = QStringLiteral("Client versions");
-    const QString lookup = QStringLiteral("Customer step");
-    const QString codes = QStringLiteral("Codes and passwords");
-    const QString session = QStringLiteral("Session");
+    const QString maintenance = "Maintenance";
+    const QString upgrade = "Client versions";
+    const QString lookup = "Customer step";
+    const QString codes = "Codes and passwords";
+    const QString session = "Session";
     std::vector<Situation> all{
-        {maintenance, QStringLiteral("Maintenance announced"), notice("wait", 60, 120)},
-        {maintenance, QStringLiteral("Maintenance running"), notice("run", -60, 60)},
-        {maintenance, QStringLiteral("502 during a maintenance"), badGateway(true)},
-        {maintenance, QStringLiteral("502 without a maintenance"), badGateway(false)},
-        {maintenance, QStringLiteral("Notices unknown"), {{"fault", status(kNotice, 404)}}},
-        {upgrade, QStringLiteral("Newer client"), newer("6.0.0", false)},
-        {upgrade, QStringLiteral("Client must be upgraded"), newer("6.2.0", false)},
-        {upgrade, QStringLiteral("Newer client to be ignored"), newer("6.2.0", true)},
-        {upgrade,
-         QStringLiteral("Upgrade check fails"),
-         {{"fault", status("/s/mobile/v1/upgrade", 500)}}},
-        {lookup, QStringLiteral("Primary lookup down"), {{"stop", "primary"}}},
-        {lookup, QStringLiteral("Customer unknown"),
-         answer("/api/mobile/v1/orchinfo", refusal(1007, "unknown"))},
-        {lookup, QStringLiteral("No key"),
-         answer("/s/mobile/pubkey/obtain", {{"code", 0}, {"key", ""}})},
+        {maintenance, "Maintenance announced", notice("wait", 60, 120)},
+        {maintenance, "Maintenance running", notice("run", -60, 60)},
+        {maintenance, "502 during a maintenance", badGateway(true)},
+        {maintenance, "502 without a maintenance", badGateway(false)},
+        {maintenance, "Notices unknown", {{"fault", status(kNotice, 404)}}},
+        {upgrade, "Newer client", newer("6.0.0", false)},
+        {upgrade, "Client must be upgraded", newer("6.2.0", false)},
+        {upgrade, "Newer client to be ignored", newer("6.2.0", true)},
+        {upgrade, "Upgrade check fails", {{"fault", status("/s/mobile/v1/upgrade", 500)}}},
+        {lookup, "Primary lookup down", {{"stop", "primary"}}},
+        {lookup, "Customer unknown", answer("/api/mobile/v1/orchinfo", refusal(1007, "unknown"))},
+        {lookup, "No key", answer("/s/mobile/pubkey/obtain", {{"code", 0}, {"key", ""}})},
         {lookup,
-         QStringLiteral("Newer privacy agreement"),
+         "Newer privacy agreement",
          {{"scenario", QJsonObject{{"privacyVersion", "20991231"}}}}},
-        {codes, QStringLiteral("Code still under way"), answer(kStatus, {{"code", 427}})},
-        {codes, QStringLiteral("E-mail still under way"), answer(kStatus, {{"code", 465}})},
-        {codes, QStringLiteral("Codes asked for too often"), answer(kStatus, {{"code", 422}})},
-        {codes, QStringLiteral("Phone number blocked"), answer(kStatus, {{"code", 423}})},
-        {codes, QStringLiteral("No way to reset a password"),
-         scenario("resetModeReply", {{"resetPwdMethod", 3}})},
-        {codes, QStringLiteral("A password rule that never ends"),
+        {codes, "Code still under way", answer(kStatus, {{"code", 427}})},
+        {codes, "E-mail still under way", answer(kStatus, {{"code", 465}})},
+        {codes, "Codes asked for too often", answer(kStatus, {{"code", 422}})},
+        {codes, "Phone number blocked", answer(kStatus, {{"code", 423}})},
+        {codes, "No way to reset a password", scenario("resetModeReply", {{"resetPwdMethod", 3}})},
+        {codes, "A password rule that never ends",
          scenario("passwordRules",
                   {{"firstPwdRule", QJsonArray{QJsonObject{{"pwdRegularStr", "(a+)+b"},
                                                            {"clientName", "Only a and b."}}}}})},
-        {session, QStringLiteral("Heartbeat fails"), {{"fault", status(kHeartbeat, 500)}}},
-        {session, QStringLiteral("Intranet mode"),
-         scenario("connectReply", {{"mobileDetect", true}})},
+        {session, "Heartbeat fails", {{"fault", status(kHeartbeat, 500)}}},
+        {session, "Intranet mode", scenario("connectReply", {{"mobileDetect", true}})},
         {session,
-         QStringLiteral("Filter of a million entries"),
+         "Filter of a million entries",
          {{"filterSize", QJsonObject{{"inclusive", 400000}, {"exclusive", 600000}}}}},
         {session,
-         QStringLiteral("Filter of five entries"),
+         "Filter of five entries",
          {{"filterSize", QJsonObject{{"inclusive", 2}, {"exclusive", 3}}}}},
-        {session, QStringLiteral("Quantum encryption"), encryption("enableQuantum")},
-        {session, QStringLiteral("PQC encryption"), encryption("enablePQC")},
-        {session, QStringLiteral("Log out, forced"), {{"revoke", 3}}},
-        {session, QStringLiteral("Log out, forced, by the filter document"),
+        {session, "Quantum encryption", encryption("enableQuantum")},
+        {session, "PQC encryption", encryption("enablePQC")},
+        {session, "Log out, forced", {{"revoke", 3}}},
+        {session, "Log out, forced, by the filter document",
          answer(kFilter, refusal(401, "invalid", {{"invalidReasonCode", 3}}))},
-        {session, QStringLiteral("Log out, account changed"), {{"revoke", 5}}},
-        {session, QStringLiteral("Log out, password changed"), {{"revoke", 1}}},
-        {session, QStringLiteral("Log out, no reason"), {{"revoke", -1}}},
+        {session, "Log out, account changed", {{"revoke", 5}}},
+        {session, "Log out, password changed", {{"revoke", 1}}},
+        {session, "Log out, no reason", {{"revoke", -1}}},
     };
     for (const std::vector<Situation>& more : {serverOrders(), datapaths(), refusals()})
         all.insert(all.end(), more.begin(), more.end());

@@ -42,7 +42,7 @@ QString totpAt(const QString& base32Secret, qint64 seconds)
         QMessageAuthenticationCode::hash(counter, decoded(base32Secret), QCryptographicHash::Sha1);
     const int offset = hash.back() & 0x0f;
     const quint32 number = qFromBigEndian<quint32>(hash.constData() + offset) & 0x7fffffff;
-    return QString::number(number % 1000000).rightJustified(6, QLatin1Char('0'));
+    return QString::number(number % 1000000).rightJustified(6, '0');
 }
 
 bool isTotp(const QString& base32Secret, const QString& code)

@@ -11,6 +11,8 @@
 #include <QStringList>
 #include <QVector>
 
+#include <functional>
+
 namespace sim {
 
 /// The three servers of the service.
@@ -58,12 +60,24 @@ struct Challenge
     QString bindToken;      ///< allows to ask for this device's association
 };
 
+constexpr char kTokenHeader[] = "x-tq-auth-header";
+
 /// A request with its body read as JSON, when it is that.
 struct Call : HttpCall
 {
     End end = End::Orchestrator;
     QJsonObject json;
+
+    QString text(const char* member) const { return json.value(member).toString(); }
+    int customer() const { return header("customerid").toInt(); }
+    QString serial() const { return header("sn"); }
+    QString token() const { return header(kTokenHeader); }
 };
+
+/// Tells an account that is looked for.
+using AccountTest = std::function<bool(const Account&)>;
+AccountTest ofCustomer(int customerId);
+AccountTest named(int customerId, const QString& username);
 
 /// The state of the simulated service. No lock of its own: whoever holds it has locked it.
 struct World
@@ -80,25 +94,29 @@ struct World
     QStringList violations;
 
     QString orchestratorRoot() const { return roots.value(End::Orchestrator); }
-    const Account* account(int customerId, const QString& username) const;
-    Account* account(int customerId, const QString& username);
+    /// The first account that fits; null when none does.
+    const Account* find(const AccountTest& fits) const;
+    Account* find(const AccountTest& fits);
     /// Whether some account holds this value.
     bool hasToken(QString Challenge::*member, const QString& value) const;
-    const Account* anyAccountOf(int customerId) const;
-    const Account* anyAccountOf(const QString& typedCustomer) const;
     Session& openSession(const Account& owner, const QString& serial);
     /// The session that the request's token names; null when there is none.
     Session* sessionOf(const Call& call);
 };
 
-/// A JSON reply with status 200.
-HttpReply jsonReply(const QJsonObject& object);
+/// Adds all members of `more`, in place of those of the same names.
+void insertAll(QJsonObject& object, const QJsonObject& more);
 
-/// An orchestrator error: "code", "message" and, when `messageCn` is not empty, its Chinese form.
-HttpReply errorReply(int code, const QString& message, const QString& messageCn = {});
+HttpReply jsonReply(const QJsonObject& object, int status = 200);
+
+/// The answer that all is well.
+HttpReply success(const QJsonObject& members = {});
+
+/// An orchestrator error with the texts of its code.
+HttpReply errorReply(int code, int status = 200);
 
 /// The reply to a token that is not, or no longer, good: HTTP 401 with the same code in the body.
-HttpReply refusal(int invalidReason);
+HttpReply refusal(const Session* session);
 
 /// 32 characters, letters and digits.
 QString randomName();

@@ -24,8 +24,8 @@ Options readOptions()
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(
-        QStringLiteral("The simulated service: lookup servers, orchestrator, and a page to watch "
-                       "and steer them."));
+        "The simulated service: lookup servers, orchestrator, and a page to watch "
+        "and steer them.");
     parser.addHelpOption();
     const auto add = [&](const char* name, const char* description, const char* value) {
         parser.addOption(QCommandLineOption(QLatin1String(name), QLatin1String(description),
@@ -44,8 +44,8 @@ Options readOptions()
     Options options;
     options.ports = {port("primary-port"), port("backup-port"), port("orchestrator-port")};
     options.controlPort = port("control-port");
-    options.portFile = parser.value(QStringLiteral("port-file"));
-    const QString directory = parser.value(QStringLiteral("datapath-dir"));
+    options.portFile = parser.value("port-file");
+    const QString directory = parser.value("datapath-dir");
     if (!directory.isEmpty())
         options.datapathDir = QDir(directory).absolutePath();
     return options;
@@ -73,11 +73,11 @@ void print(const sim::Simulator& simulator, const sim::ControlPage& control)
 bool writePortFile(const QString& path, const sim::Simulator& simulator,
                    const sim::ControlPage& control)
 {
-    const QJsonObject addresses{{QStringLiteral("lookupPrimary"), simulator.primaryUrl()},
-                                {QStringLiteral("lookupBackup"), simulator.backupUrl()},
-                                {QStringLiteral("orchestrator"), simulator.orchRoot()},
-                                {QStringLiteral("authUrl"), simulator.authUrl()},
-                                {QStringLiteral("control"), control.url()}};
+    const QJsonObject addresses{{"lookupPrimary", simulator.primaryUrl()},
+                                {"lookupBackup", simulator.backupUrl()},
+                                {"orchestrator", simulator.orchRoot()},
+                                {"authUrl", simulator.authUrl()},
+                                {"control", control.url()}};
     QSaveFile file(path);
     return file.open(QIODevice::WriteOnly) && file.write(QJsonDocument(addresses).toJson()) > 0 &&
            file.commit();
@@ -106,10 +106,10 @@ int main(int argc, char** argv)
     simulator.watchDatapath(options.datapathDir);
     sim::ControlPage control(simulator);
     if (!simulator.start(options.ports) || !control.start(options.controlPort))
-        return fail(QStringLiteral("a port is taken"));
+        return fail("a port is taken");
     print(simulator, control);
     if (!options.portFile.isEmpty() && !writePortFile(options.portFile, simulator, control))
-        return fail(QStringLiteral("cannot write ") + options.portFile);
+        return fail("cannot write " + options.portFile);
 
     int received = 0;
     sigwait(&endSignals, &received);
