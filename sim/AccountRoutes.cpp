@@ -178,10 +178,10 @@ HttpReply change(const Call& call, World& world)
     if (account == nullptr)
         return refusal(nullptr);
     if (credentialOf(call, world, kOldPassword).text != account->password)
-        return errorReply(1062);
+        return errorReply(1062, 400);
     const QString password = credentialOf(call, world, kNewPassword).text;
     if (!keepsRules(password, world))
-        return errorReply(1061);
+        return errorReply(1061, 400);
     account->password = password;
     account->mustChangePassword = false;
     return done();

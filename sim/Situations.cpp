@@ -9,6 +9,7 @@ namespace sim {
 namespace {
 
 constexpr char kAuth[] = "/api/mobile/v2/auth";
+constexpr char kChange[] = "/api/mobile/v2/resetpassword";
 constexpr char kConnect[] = "/api/mobile/v2/connect";
 constexpr char kFilter[] = "/files/ip-filter.json";
 constexpr char kHeartbeat[] = "/api/mobile/v2/heartbeat";
@@ -196,6 +197,11 @@ std::vector<Situation> build()
          scenario("passwordRules",
                   {{"firstPwdRule", QJsonArray{QJsonObject{{"pwdRegularStr", "(a+)+b"},
                                                            {"clientName", "Only a and b."}}}}})},
+        {codes,
+         "New password refused",
+         {{"fault", QJsonObject{{"path", kChange},
+                                {"status", 406},
+                                {"body", R"({"code":406,"i18nKey":"Used before."})"}}}}},
         {session, "Heartbeat fails", {{"fault", status(kHeartbeat, 500)}}},
         {session, "Intranet mode", scenario("connectReply", {{"mobileDetect", true}})},
         {session,

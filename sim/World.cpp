@@ -119,7 +119,8 @@ HttpReply success(const QJsonObject& members)
 HttpReply errorReply(int code, int status)
 {
     const ErrorText text = errorTexts().value(code);
-    QJsonObject object{{"code", code}, {"message", text.english}};
+    QJsonObject object{
+        {"code", code}, {"message", text.english}, {"i18nKey", QString("error.%1").arg(code)}};
     if (*text.chinese != '\0')
         object.insert("parameters", QJsonObject{{"message_cn", text.chinese}});
     return jsonReply(object, status);
@@ -127,7 +128,8 @@ HttpReply errorReply(int code, int status)
 
 HttpReply refusal(const Session* session)
 {
-    QJsonObject object{{"code", 401}, {"message", "The session is not valid."}};
+    QJsonObject object{
+        {"code", 401}, {"message", "The session is not valid."}, {"i18nKey", "error.401"}};
     if (session != nullptr && session->invalidReason >= 0)
         object.insert("parameters", QJsonObject{{"invalidReasonCode", session->invalidReason}});
     return jsonReply(object, 401);

@@ -1,10 +1,10 @@
 #include "forgetpassword/ForceResetPasswordWidget.h"
 
 #include "app/Platform.h"
-#include "forgetpassword/KeyRequest.h"
 #include "forgetpassword/NewPassword.h"
 #include "forgetpassword/WarningIcon.h"
 #include "orch/JsonUtil.h"
+#include "orch/KeyRequest.h"
 #include "orch/OrchIpc.h"
 #include "orch/TextUtil.h"
 #include "widgets/EntryField.h"
@@ -127,8 +127,8 @@ void ForceResetPasswordWidget::onConfirmBtnPressed()
         complete.rsaType = key.rsaType();
         changePassword(complete);
     };
-    requestKey(m_customerId, m_visit, received,
-               [this](const OrchReply& reply) { onRefused(reply); });
+    ipc::requestKey(m_customerId, m_visit, received,
+                    [this](const OrchReply& reply) { onRefused(reply); });
 }
 
 void ForceResetPasswordWidget::changePassword(const ipc::ResetPasswordParams& params)

@@ -1,8 +1,8 @@
 #include "forgetpassword/ForgetPasswordWidget.h"
 
 #include "app/LogMarker.h"
-#include "forgetpassword/KeyRequest.h"
 #include "orch/ErrorCatalogue.h"
+#include "orch/KeyRequest.h"
 #include "orch/MaskSecrets.h"
 #include "orch/OrchIpc.h"
 #include "orch/TextUtil.h"
@@ -94,7 +94,7 @@ void ForgetPasswordWidget::onSubmitPressed()
         restoreSubmit();
         fail(reply);
     };
-    TQ::requestKey(m_CustomerID, m_visit, received, failed);
+    ipc::requestKey(m_CustomerID, m_visit, received, failed);
 }
 
 void ForgetPasswordWidget::askMethods(const CredentialKey& key)

@@ -21,8 +21,8 @@
 namespace {
 
 constexpr int kFormWidth = 264;
-constexpr int kMargin = 24; ///< beside the form; the right one holds the warnings
-constexpr int kFieldHeight = 36;
+constexpr int kMargin = 24;      ///< beside the form; the right one holds the warnings
+constexpr int kFieldHeight = 36; ///< that of makeField()
 constexpr int kTipWidth = 248;
 constexpr int kTipHeight = 148;
 constexpr int kChineseTipHeight = 128;
@@ -123,21 +123,18 @@ void PasswordPage::addSubmit(QPushButton* button)
 
 EntryField* PasswordPage::makeField(const char* name, const QString& title, const char* icon)
 {
-    auto* field = named(new EntryField(this), name);
-    setRole(field, "field");
-    field->setPlaceholderText(title);
-    field->setAccessibleName(title);
-    field->setFixedHeight(kFieldHeight);
-    field->setPicture(stateIcon(QLatin1String(icon)));
-    connect(field, &QLineEdit::returnPressed, this, [this, field] { onReturn(field); });
-    m_fields.append(field);
-    return field;
+    return adopt(::makeField(this, name, title, icon));
 }
 
 EntryField* PasswordPage::makePasswordField(const char* name, const QString& title)
 {
-    EntryField* field = makeField(name, title, "password");
-    field->setEchoMode(QLineEdit::Password);
+    return adopt(::makePasswordField(this, name, title));
+}
+
+EntryField* PasswordPage::adopt(EntryField* field)
+{
+    connect(field, &QLineEdit::returnPressed, this, [this, field] { onReturn(field); });
+    m_fields.append(field);
     return field;
 }
 

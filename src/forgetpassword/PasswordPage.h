@@ -77,6 +77,7 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
+    EntryField* adopt(EntryField* field);
     void addWide(QWidget* widget);
     void onReturn(EntryField* field);
 

@@ -1,8 +1,8 @@
 #include "forgetpassword/ResetChannel.h"
 
 #include "app/NamedTimer.h"
-#include "forgetpassword/KeyRequest.h"
 #include "orch/JsonUtil.h"
+#include "orch/KeyRequest.h"
 #include "orch/MaskSecrets.h"
 #include "orch/OrchErrCode.h"
 #include "orch/OrchIpc.h"
@@ -95,7 +95,7 @@ void ResetChannel::send(const QString& customerId, const QString& username)
         endSending();
         emit keyRefused(reply);
     };
-    requestKey(customerId, m_attempt, received, refused);
+    ipc::requestKey(customerId, m_attempt, received, refused);
 }
 
 void ResetChannel::orderCode(const QString& customerId, const QString& username,

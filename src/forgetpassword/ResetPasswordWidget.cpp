@@ -1,11 +1,11 @@
 #include "forgetpassword/ResetPasswordWidget.h"
 
-#include "forgetpassword/KeyRequest.h"
 #include "forgetpassword/NewPassword.h"
 #include "forgetpassword/SendCodeButton.h"
 #include "forgetpassword/WarningIcon.h"
 #include "orch/ErrorCatalogue.h"
 #include "orch/JsonUtil.h"
+#include "orch/KeyRequest.h"
 #include "orch/OrchIpc.h"
 #include "orch/TextUtil.h"
 #include "widgets/EntryField.h"
@@ -207,7 +207,7 @@ void ResetPasswordWidget::onConfirmBtnPressed()
         endSubmission();
         fail(reply);
     };
-    requestKey(m_account.customerId, m_visit, received, refused);
+    ipc::requestKey(m_account.customerId, m_visit, received, refused);
 }
 
 void ResetPasswordWidget::sendForgetPassword(const ipc::ForgetPasswordParams& params,

@@ -21,17 +21,6 @@ constexpr int kHeight = 400;
 constexpr int kBrandWidth = 240;
 constexpr int kFormWidth = 264;
 
-EntryField* field(QWidget* parent, const char* name, const QString& title, const char* icon)
-{
-    auto* edit = named(new EntryField(parent), name);
-    edit->setProperty("role", "field");
-    edit->setPlaceholderText(title);
-    edit->setAccessibleName(title);
-    edit->setFixedHeight(36);
-    edit->setPicture(stateIcon(QLatin1String(icon)));
-    return edit;
-}
-
 QPushButton* button(QWidget* parent, const char* name, const QString& text, const char* role)
 {
     QPushButton* push = makeButton(parent, name, role, text);
@@ -91,7 +80,7 @@ QWidget* DlgLoginUi::brandPanel(QDialog* window)
 QWidget* DlgLoginUi::customerPage(QDialog* window)
 {
     auto* page = named(new QWidget(window), "customerPage");
-    customerId = field(page, "customerId", tr("Customer ID"), "customer");
+    customerId = makeField(page, "customerId", tr("Customer ID"), "customer");
     btnContinue = button(page, "btnContinue", tr("Continue"), "primary");
     btnContinue->setFixedHeight(36);
     btnContinue->setAutoDefault(false); // the field's own Return presses it
@@ -127,9 +116,8 @@ QWidget* DlgLoginUi::loginPage(QDialog* window)
 
     QLabel* caption = makeLabel(page, "", "secondary", tr("Customer ID"));
     customerIdLabel = makeLabel(page, "customerIdLabel", "");
-    username = field(page, "username", tr("Username"), "user");
-    password = field(page, "password", tr("Password"), "password");
-    password->setEchoMode(QLineEdit::Password);
+    username = makeField(page, "username", tr("Username"), "user");
+    password = makePasswordField(page, "password", tr("Password"));
     remePwCheckBox = named(new QCheckBox(tr("Remember me"), page), "remePwCheckBox");
     autoLoginCheckBox = named(new QCheckBox(tr("Auto Login"), page), "autoLoginCheckBox");
     btnLogin = button(page, "btnLogin", tr("Login"), "primary");

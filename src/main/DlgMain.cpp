@@ -19,10 +19,10 @@
 #include "maintenance/MaintenanceWatch.h"
 #include "orch/OrchErrRes.h"
 #include "orch/OrchReply.h"
+#include "settings/WidgetSetting.h"
 #include "upgrade/UpgradeWatch.h"
 #include "widgets/Style.h"
 #include "widgets/WidgeAbout.h"
-#include "widgets/WidgetSetting.h"
 #include "widgets/WidgetTopPrompt.h"
 
 #include <QCoreApplication>
@@ -56,6 +56,7 @@ DlgMain::DlgMain(QWidget* parent)
     showUser();
     wireSession();
     wireExit();
+    wireSettings();
     wireNotices();
     listen();
     showMenu(MENU_HOME);
@@ -169,6 +170,22 @@ void DlgMain::wireExit()
                 m_upgrade->close();
                 disconnect(notifyOrch, reason);
             });
+}
+
+void DlgMain::wireSettings()
+{
+    WidgetSetting* const page = ui->m_SettingWidge;
+    page->setChangePassWidgetVisible(qApp->property(appproperty::kAllowChangePass).toBool());
+    connect(page, &WidgetSetting::submitting, promptWidge, &WidgetTopPrompt::hidePrompt);
+    connect(page, &WidgetSetting::error, this, &DlgMain::showError);
+    connect(page, &WidgetSetting::reportHttpErr, this, &DlgMain::reportHttpErr);
+    connect(page, &WidgetSetting::badGateway, this,
+            [this] { m_maintenance->_queryOrchUpgradeWhen502(m_attempt); });
+    connect(page, &WidgetSetting::passwordChanged, m_exit, &SessionExit::leaveAfterChange);
+    connect(page, &WidgetSetting::sessionInvalid, this, [this](SessionEnd end) {
+        disconnect(false, ipc::DisConnNormalReason);
+        m_exit->endSession(end);
+    });
 }
 
 void DlgMain::wireNotices()

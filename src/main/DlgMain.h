@@ -105,6 +105,7 @@ private:
     void showUser();
     void wireSession();
     void wireExit();
+    void wireSettings();
     void wireNotices();
     void listen();
     void showRecoveryCodeDlg();

@@ -10,6 +10,7 @@
 #include "main/Session.h"
 #include "main/TrayIcon.h"
 #include "maintenance/MaintenanceWatch.h"
+#include "settings/WidgetSetting.h"
 #include "upgrade/UpgradeWatch.h"
 #include "widgets/DialogFrame.h"
 #include "widgets/FramelessDrag.h"
@@ -50,6 +51,7 @@ void DlgMain::showMenu(MENU_ITEM m)
 {
     if (m == MENU_HOME && m_session->isIntranet())
         m = MENU_INTRANET;
+    ui->m_SettingWidge->clearPassword();
     const QVector<QWidget*> shown = pageWidgets(m);
     for (int page = MENU_HOME; page < MENU_END; ++page) {
         for (QWidget* widget : pageWidgets(MENU_ITEM(page)))

@@ -10,11 +10,11 @@
 #include "main/SessionExit.h"
 #include "maintenance/OrchUpgradeDialog.h"
 #include "orch/OrchReply.h"
+#include "settings/WidgetSetting.h"
 #include "widgets/DialogFrame.h"
 #include "widgets/DlgQuit.h"
 #include "widgets/dlgStopPrompt.h"
 #include "widgets/DlgSwitchAcc.h"
-#include "widgets/WidgetSetting.h"
 #include "widgets/WidgetTopPrompt.h"
 
 #include <QPointer>

@@ -2,11 +2,11 @@
 
 #include "main/CustomDelegate.h"
 #include "main/widgeChronometer.h"
+#include "settings/WidgetSetting.h"
 #include "widgets/IconButton.h"
 #include "widgets/Style.h"
 #include "widgets/WidgeAbout.h"
 #include "widgets/WidgetParts.h"
-#include "widgets/WidgetSetting.h"
 
 #include <QDialog>
 #include <QFrame>

@@ -51,11 +51,16 @@ void SessionExit::endSession(SessionEnd end)
     case SessionEnd::ForcedLogout:
     case SessionEnd::AccountChanged:
     case SessionEnd::PasswordChanged:
-        return explainAndLogout(end);
+        return explainAndLogout(end, end != SessionEnd::PasswordChanged, false);
     }
 }
 
-void SessionExit::explainAndLogout(SessionEnd end)
+void SessionExit::leaveAfterChange()
+{
+    explainAndLogout(SessionEnd::PasswordChanged, false, true);
+}
+
+void SessionExit::explainAndLogout(SessionEnd end, bool invalidToken, bool showTipInLoginUI)
 {
     if (isUnderWay())
         return;
@@ -63,7 +68,7 @@ void SessionExit::explainAndLogout(SessionEnd end)
     const QPointer<SessionExit> alive(this);
     explainEnd(end);
     if (alive)
-        logout(false, end != SessionEnd::PasswordChanged, false, false);
+        logout(false, invalidToken, false, showTipInLoginUI);
 }
 
 void SessionExit::explainEnd(SessionEnd end)

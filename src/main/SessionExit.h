@@ -26,6 +26,9 @@ public:
     void _handle401(const OrchReply& document);
     void endSession(SessionEnd end);
 
+    /// The user has changed the password: tells so and logs out.
+    void leaveAfterChange();
+
     /// Tells why the session ends, modally, without ending it.
     void explainEnd(SessionEnd end);
 
@@ -42,7 +45,7 @@ signals:
     void leaving(bool notifyOrch, ipc::DisconnectTypeReason reason);
 
 private:
-    void explainAndLogout(SessionEnd end);
+    void explainAndLogout(SessionEnd end, bool invalidToken, bool showTipInLoginUI);
     void _showChangePasswordDLg();
 
     QDialog* m_window;

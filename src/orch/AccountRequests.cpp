@@ -34,6 +34,18 @@ QString rootFirst(const QString& authUrl, const char* path)
     return orchaddress::rootFirstApi(authUrl, QLatin1String(path));
 }
 
+constexpr char kResetPassword[] = "/api/mobile/v2/resetpassword";
+
+QJsonObject bothPasswords(const ipc::ResetPasswordParams& params)
+{
+    if (params.newEncPassword.isEmpty() || params.oldEncPassword.isEmpty())
+        return {{QStringLiteral("oldPassword"), params.oldPassword},
+                {QStringLiteral("newPassword"), params.newPassword}};
+    return {{QStringLiteral("oldEncryptPassword"), params.oldEncPassword},
+            {QStringLiteral("newEncryptPassword"), params.newEncPassword},
+            {QStringLiteral("rsaType"), params.rsaType}};
+}
+
 } // namespace
 
 namespace orchrequest {
@@ -41,16 +53,13 @@ namespace orchrequest {
 OrchRequest resetPassword(const QString& authUrl, const OrchIdentity& identity,
                           const ipc::ResetPasswordParams& params)
 {
-    QJsonObject body;
-    if (params.newEncPassword.isEmpty() || params.oldEncPassword.isEmpty()) {
-        body.insert(QStringLiteral("oldPassword"), params.oldPassword);
-        body.insert(QStringLiteral("newPassword"), params.newPassword);
-    } else {
-        body.insert(QStringLiteral("oldEncryptPassword"), params.oldEncPassword);
-        body.insert(QStringLiteral("newEncryptPassword"), params.newEncPassword);
-        body.insert(QStringLiteral("rsaType"), params.rsaType);
-    }
-    return sessionPost(rootLast(authUrl, "/api/mobile/v2/resetpassword"), identity, body);
+    return sessionPost(rootLast(authUrl, kResetPassword), identity, bothPasswords(params));
+}
+
+OrchRequest changePassword(const QString& authUrl, const OrchIdentity& identity,
+                           const ipc::ResetPasswordParams& params)
+{
+    return sessionPost(rootFirst(authUrl, kResetPassword), identity, bothPasswords(params));
 }
 
 OrchRequest resetForgottenPassword(const QString& authUrl, const QString& serial,

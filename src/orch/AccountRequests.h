@@ -17,6 +17,10 @@ namespace orchrequest {
 OrchRequest resetPassword(const QString& authUrl, const OrchIdentity& identity,
                           const ipc::ResetPasswordParams& params);
 
+/// The same from the settings page, which takes the root of the address from its first "/api".
+OrchRequest changePassword(const QString& authUrl, const OrchIdentity& identity,
+                           const ipc::ResetPasswordParams& params);
+
 /// Sets a new password with a code that was received.
 OrchRequest resetForgottenPassword(const QString& authUrl, const QString& serial,
                                    const ipc::ForgetPasswordParams& params);

@@ -1305,6 +1305,62 @@ Intranet Mode</source>
         <source>Serial Number</source>
         <translation>序列号</translation>
     </message>
+    <message>
+        <source>Change Password</source>
+        <translation>修改密码</translation>
+    </message>
+    <message>
+        <source>Old Password</source>
+        <translation>旧密码</translation>
+    </message>
+    <message>
+        <source>New Password</source>
+        <translation>新密码</translation>
+    </message>
+    <message>
+        <source>Confirm Password</source>
+        <translation>确认密码</translation>
+    </message>
+    <message>
+        <source>Save Changes</source>
+        <translation>保存修改</translation>
+    </message>
+    <message>
+        <source>Network Diagnosis</source>
+        <translation>网络诊断</translation>
+    </message>
+    <message>
+        <source>Start</source>
+        <translation>开始</translation>
+    </message>
+    <message>
+        <source>Start the network diagnosis</source>
+        <translation>开始网络诊断</translation>
+    </message>
+    <message>
+        <source>The diagnosis is running</source>
+        <translation>正在诊断</translation>
+    </message>
+    <message>
+        <source>Old password is a required field</source>
+        <translation>请输入旧密码</translation>
+    </message>
+    <message>
+        <source>New password is a required field</source>
+        <translation>请输入新密码</translation>
+    </message>
+    <message>
+        <source>Confirm password is a required field</source>
+        <translation>请输入确认密码</translation>
+    </message>
+    <message>
+        <source>Password too long. Please enter again.</source>
+        <translation>密码过长，请重新输入。</translation>
+    </message>
+    <message>
+        <source>Confirm password and new password are inconsistent</source>
+        <translation>确认密码与新密码不一致</translation>
+    </message>
 </context>
 <context>
     <name>WidgetTopPrompt</name>

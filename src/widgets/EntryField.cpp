@@ -1,5 +1,8 @@
 #include "widgets/EntryField.h"
 
+#include "widgets/Style.h"
+#include "widgets/WidgetParts.h"
+
 #include <QPainter>
 
 namespace {
@@ -7,6 +10,7 @@ namespace {
 constexpr int kPictureSize = 16;
 constexpr int kPictureLeft = 7;
 constexpr int kTextLeft = 26;
+constexpr int kFormHeight = 36;
 
 } // namespace
 
@@ -44,4 +48,22 @@ void EntryField::paintEvent(QPaintEvent* event)
     QPainter painter(this);
     m_picture.paint(&painter, kPictureLeft, 0, kPictureSize, height(), Qt::AlignCenter,
                     hasFocus() ? QIcon::Active : QIcon::Normal);
+}
+
+EntryField* makeField(QWidget* parent, const char* name, const QString& title, const char* picture)
+{
+    auto* field = named(new EntryField(parent), name);
+    setRole(field, "field");
+    field->setPlaceholderText(title);
+    field->setAccessibleName(title);
+    field->setFixedHeight(kFormHeight);
+    field->setPicture(stateIcon(QLatin1String(picture)));
+    return field;
+}
+
+EntryField* makePasswordField(QWidget* parent, const char* name, const QString& title)
+{
+    EntryField* field = makeField(parent, name, title, "password");
+    field->setEchoMode(QLineEdit::Password);
+    return field;
 }

@@ -30,3 +30,10 @@ private:
     bool m_writing = false; ///< the program is
     bool m_told = false;    ///< the change that comes next was told as an edit
 };
+
+/// A field of a form, 36 px high: `title` stands in it while it is empty and is its accessible
+/// name, `picture` (see stateIcon()) stands before it.
+EntryField* makeField(QWidget* parent, const char* name, const QString& title, const char* picture);
+
+/// The same for a password.
+EntryField* makePasswordField(QWidget* parent, const char* name, const QString& title);

@@ -1,9 +1,9 @@
-#include "forgetpassword/KeyRequest.h"
+#include "orch/KeyRequest.h"
 
 #include "app/Attempt.h"
 #include "orch/OrchIpc.h"
 
-namespace TQ {
+namespace ipc {
 
 void requestKey(const QString& customerId, const Attempt& visit,
                 const std::function<void(const CredentialKey&)>& received,
@@ -12,7 +12,7 @@ void requestKey(const QString& customerId, const Attempt& visit,
     const auto read = [received](const OrchReply& reply) {
         received(CredentialKey::fromJson(reply.json()));
     };
-    ipc::OrchIpc::instance()->obtainPubKey(customerId, visit.step(read), visit.step(failed));
+    OrchIpc::instance()->obtainPubKey(customerId, visit.step(read), visit.step(failed));
 }
 
-} // namespace TQ
+} // namespace ipc

@@ -7,7 +7,7 @@
 
 class Attempt;
 
-namespace TQ {
+namespace ipc {
 
 /// Asks for the key that a customer's credentials are encrypted with and calls one of the two, or
 /// neither when `visit` has ended meanwhile. GUI thread.
@@ -15,4 +15,4 @@ void requestKey(const QString& customerId, const Attempt& visit,
                 const std::function<void(const CredentialKey&)>& received,
                 const OrchReplyFunc& failed);
 
-} // namespace TQ
+} // namespace ipc

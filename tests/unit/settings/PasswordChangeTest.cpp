@@ -1,0 +1,73 @@
+#include "settings/PasswordChangeRules.h"
+#include "support/Rows.h"
+
+class PasswordChangeTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void faults_data()
+    {
+        const auto row =
+            columns<QString, QString, QString, QString>("old", "new", "confirm", "fault");
+        row("nothing", "", "", "", "Old password is a required field");
+        row("no new one", "a", "", "", "New password is a required field");
+        row("no confirmation", "a", "b", "", "Confirm password is a required field");
+        row("65 characters, not confirmed", "a", QString(65, 'b'), "c",
+            "Password too long. Please enter again.");
+        row("64 characters", "a", QString(64, 'b'), QString(64, 'b'), "");
+        row("another case", "a", "b", "B", "Confirm password and new password are inconsistent");
+    }
+
+    void faults()
+    {
+        QCOMPARE(passwordchange::fault(cell<QString>("old"), cell<QString>("new"),
+                                       cell<QString>("confirm")),
+                 cell<QString>("fault"));
+    }
+
+    void answers_data()
+    {
+        const auto row = columns<int, QByteArray, int, QString>("status", "body", "end", "text");
+        const char lost[] = "{'i18nKey':'k','code':401,'parameters':{'invalidReasonCode':%1}}";
+        const auto reason = [&lost](int code) {
+            return QByteArray(lost).replace("%1", QByteArray::number(code));
+        };
+        row("accepted", 200, "{}", -1, "");
+        row("accepted, whatever it says", 200, "{'i18nKey':'k','code':406}", -1, "");
+        row("406", 406, "{'i18nKey':'Used before.','code':406}", 0, "Used before.");
+        row("406 without a text", 406, "{'i18nKey':7,'code':406}", 0,
+            "6009 System error (406). Please contact your network administrator.");
+        row("another code", 400, "{'i18nKey':'k','code':1062}", 0, "text of 1062");
+        row("no key", 400, "{'code':406}", 0, "transport error");
+        row("nothing", 502, "", 0, "transport error");
+        row("204", 204, "", 0,
+            "6009 System error (204). Please contact your network administrator.");
+        row("invalid, no reason", 401, "{'i18nKey':'k','code':401}", 0, "text of 401");
+        row("forced", 401, reason(3), int(SessionEnd::ForcedLogout), "");
+        row("account", 401, reason(5), int(SessionEnd::AccountChanged), "");
+        row("password", 401, reason(1), int(SessionEnd::PasswordChanged), "");
+        row("another reason", 401, reason(0), int(SessionEnd::InvalidToken), "");
+    }
+
+    void answers()
+    {
+        const auto [status, body, end, text] =
+            fetched<int, QByteArray, int, QString>("status", "body", "end", "text");
+        const auto error =
+            status < 300 ? QNetworkReply::NoError : QNetworkReply::UnknownContentError;
+        OrchTexts texts;
+        texts.content = [](const OrchReply& reply) {
+            return QStringLiteral("text of %1").arg(reply.code());
+        };
+        const auto answer = passwordchange::answer(
+            OrchReply(json(body), status, error, error ? "transport error" : ""), texts);
+        QCOMPARE(answer.changed, end < 0);
+        QCOMPARE(answer.sessionInvalid, status == 401);
+        QCOMPARE(int(answer.end), qMax(end, 0));
+        QCOMPARE(answer.text, text);
+    }
+};
+
+QTEST_GUILESS_MAIN(PasswordChangeTest)
+#include "PasswordChangeTest.moc"
