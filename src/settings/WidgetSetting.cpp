@@ -82,8 +82,10 @@ void WidgetSetting::buildAccount()
     form->setLabelAlignment(Qt::AlignLeft);
     const auto addRow = [this, form](const QString& title, const QString& value) {
         QWidget* inside = m_accountWidget->bottomWidget();
-        QLabel* text = makeLabel(inside, "", "", value);
-        text->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+        auto* text = new QLineEdit(value, inside); // to be copied, and of any length
+        text->setReadOnly(true);
+        text->setFrame(false);
+        text->setCursorPosition(0);
         text->setAccessibleName(title);
         form->addRow(makeLabel(inside, "", "secondary", title), text);
     };
