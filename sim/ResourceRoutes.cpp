@@ -1,10 +1,17 @@
 #include "sim/Route.h"
 
+#include <QBuffer>
+#include <QCryptographicHash>
+#include <QImage>
+#include <QJsonArray>
+#include <QJsonDocument>
+
 namespace sim {
 
 namespace {
 
 constexpr char kErrorDocument[] = "/files/error-texts.json";
+constexpr char kLogos[] = "/files/logos/";
 
 HttpReply errorResourceAddress(const Call&, World& world)
 {
@@ -71,18 +78,57 @@ void checkLogos(JsonCheck& body)
     body.customerNumber();
 }
 
+QByteArray drawLogo(const QJsonObject& like)
+{
+    QImage image(like["width"].toInt(), like["height"].toInt(), QImage::Format_RGB32);
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            image.setPixel(x, y, qRgb(255 * x / image.width(), 96, 255 * y / image.height()));
+    QBuffer file;
+    image.save(&file, "PNG");
+    return like["cut"].toBool() ? file.data().left(file.data().size() / 2) : file.data();
+}
+
+HttpReply logoList(const Call&, World& world)
+{
+    QJsonArray list;
+    for (const QString& name : world.scenario.logos.keys()) {
+        const QJsonObject like = world.scenario.logos[name].toObject();
+        const QByteArray md5 = QCryptographicHash::hash(drawLogo(like), QCryptographicHash::Md5);
+        QJsonObject logo{{"keyName", "logo"}, {"clientName", name}, {"success", !like.isEmpty()}};
+        if (!like.isEmpty())
+            insertAll(logo, {{"url", world.orchestratorRoot() + kLogos + name},
+                             {"md5", QString::fromLatin1(md5.toHex())}});
+        list.append(logo);
+    }
+    HttpReply reply;
+    reply.body = QJsonDocument(list).toJson();
+    return reply;
+}
+
+HttpReply logoFile(const Call& call, World& world)
+{
+    HttpReply reply;
+    reply.body = drawLogo(world.scenario.logos[call.path().mid(sizeof kLogos - 1)].toObject());
+    reply.contentType = "image/png";
+    return reply;
+}
+
 } // namespace
 
 std::vector<Route> resourceRoutes()
 {
     const HeaderRules form{Form, Numeric};
     const HeaderRules plain{Json, Numeric};
+    const HeaderRules file{NoContent, Numeric};
     return {
         {"/s/mobile/error/resource/url", form, nothing, errorResourceAddress},
         {kErrorDocument, {}, nothing, reply<&Scenario::errorResource>},
         {"/s/mobile/v1/upgrade", form, checkUpgrade, reply<&Scenario::upgradeReply>},
         {"/api/mobile/v2/upgradeNotice", plain, json(checkNotice), notice},
-        {"/api/mobile/v2/getCustomerLogoUrl", plain, json(checkLogos), reply<&Scenario::logoReply>},
+        {"/api/mobile/v2/getCustomerLogoUrl", plain, json(checkLogos), logoList},
+        {QByteArray(kLogos) + "orvek-round.png", file, nothing, logoFile},
+        {QByteArray(kLogos) + "logo.png", file, nothing, logoFile},
     };
 }
 

@@ -105,7 +105,7 @@ const QMap<QString, QJsonObject Scenario::*>& replyObjects()
         {"noticeReply", &Scenario::noticeReply},
         {"connectReply", &Scenario::connectReply},
         {"heartbeatReply", &Scenario::heartbeatReply},
-        {"logoReply", &Scenario::logoReply},
+        {"logos", &Scenario::logos},
         {"resetModeReply", &Scenario::resetModeReply},
         {"passwordRules", &Scenario::passwordRules},
         {"errorResource", &Scenario::errorResource}};
@@ -232,7 +232,6 @@ Scenario::Scenario()
         "mobileDetectFailed": "", "mobileDetectFailedEn": "", "enableQuantum": false,
         "enablePQC": false})");
     heartbeatReply = object(R"({"code": 0, "success": true, "actionDataList": []})");
-    logoReply = object(R"({"code": 0, "data": []})");
     passwordRules = object(R"({"code": 0, "confirmPwdSame": "The two passwords differ.",
         "firstPwdRule": [
             {"pwdRegularStr": ".{8,64}", "clientName": "8 to 64 characters are needed."},

@@ -79,7 +79,9 @@ struct Scenario
     QJsonObject noticeReply;
     QJsonObject connectReply;
     QJsonObject heartbeatReply;
-    QJsonObject logoReply;
+    /// By client name, what the picture is like: {"width", "height"} with "cut" for half a file; {}
+    /// for one without an address.
+    QJsonObject logos;
     QJsonObject resetModeReply; ///< replaces what follows from the account
     QJsonObject passwordRules;  ///< "firstPwdRule" is also kept to
     QString errorResourceVersion;

@@ -13,6 +13,8 @@ constexpr char kChange[] = "/api/mobile/v2/resetpassword";
 constexpr char kConnect[] = "/api/mobile/v2/connect";
 constexpr char kFilter[] = "/files/ip-filter.json";
 constexpr char kHeartbeat[] = "/api/mobile/v2/heartbeat";
+constexpr char kLogo[] = "/files/logos/logo.png";
+constexpr char kLogoList[] = "/api/mobile/v2/getCustomerLogoUrl";
 constexpr char kNotice[] = "/api/mobile/v2/upgradeNotice";
 constexpr char kStatus[] = "/api/mobile/smsStatus";
 
@@ -101,6 +103,31 @@ QJsonObject badGateway(bool running)
     QJsonObject command = running ? notice("run", -60, 60) : QJsonObject();
     command.insert("faults", QJsonArray{status(kAuth, 502), status(kConnect, 502)});
     return command;
+}
+
+/// The customer has logos of its own.
+QJsonObject logos(const QJsonObject& round, const QJsonObject& main)
+{
+    return {{"scenario",
+             QJsonObject{{"authConfigReply", QJsonObject{{"supportCusResource", true}}},
+                         {"logos", QJsonObject{{"orvek-round.png", round}, {"logo.png", main}}}}}};
+}
+
+std::vector<Situation> customerLogos()
+{
+    const QString group = "Customer's logos";
+    const QJsonObject square{{"width", 100}, {"height", 100}};
+    return {
+        {group, "Wide logo", logos(square, {{"width", 640}, {"height", 80}})},
+        {group, "Tall logo",
+         logos({{"width", 60}, {"height", 200}}, {{"width", 80}, {"height", 320}})},
+        {group, "Logo without an address", logos(square, {})},
+        {group, "Half a logo", logos(square, {{"width", 640}, {"height", 80}, {"cut", true}})},
+        {group, "Logo of too many pixels", logos(square, {{"width", 5000}, {"height", 1}})},
+        {group, "No list of logos", {{"fault", status(kLogoList, 404)}}},
+        {group, "Logo not found", {{"fault", status(kLogo, 404)}}},
+        {group, "Another logo than announced", answer(kLogo, {})},
+    };
 }
 
 std::vector<Situation> refusals()
@@ -219,7 +246,8 @@ std::vector<Situation> build()
         {session, "Log out, password changed", {{"revoke", 1}}},
         {session, "Log out, no reason", {{"revoke", -1}}},
     };
-    for (const std::vector<Situation>& more : {serverOrders(), datapaths(), refusals()})
+    for (const std::vector<Situation>& more :
+         {customerLogos(), serverOrders(), datapaths(), refusals()})
         all.insert(all.end(), more.begin(), more.end());
     return all;
 }

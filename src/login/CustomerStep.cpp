@@ -2,6 +2,7 @@
 
 #include "app/ConfigUtil.h"
 #include "app/LogMarker.h"
+#include "branding/LogoChecker.h"
 #include "login/LoginContext.h"
 #include "login/LookupReply.h"
 #include "login/PrivacyVersion.h"
@@ -165,11 +166,15 @@ QString CustomerStep::parseResultAndSaveUrl(const OrchReply& reply)
 void CustomerStep::_authConfig(const std::function<void()>& next)
 {
     const auto goOn = [this, next] { QTimer::singleShot(0, this, m_context.attempt.step(next)); };
-    const auto received = [this, goOn](const OrchReply& reply) {
+    const auto received = [this, next, goOn](const OrchReply& reply) {
         const bool forget = reply.json().value(QLatin1String("enableForgetPassword")).toBool();
         ConfigUtil::writeValue(ConfigUtil::SUPPORT_FORGET_PASSWORD, forget);
         emit forgetPasswordSupported(forget);
-        goOn();
+        if (reply.json().value(QLatin1String("supportCusResource")).toBool())
+            LogoChecker::instance()->downloadCusResource(m_context.m_CustomerID,
+                                                         m_context.attempt.step(next));
+        else
+            goOn();
     };
     const auto refused = [this, goOn](const OrchReply& reply) {
         qDebug().noquote() << "receive auth config content: " << maskSecrets(reply.body);

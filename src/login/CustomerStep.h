@@ -20,6 +20,8 @@ struct LoginContext;
 ///        |
 ///     authentication configuration          (a failure is ignored; 502: badGateway())
 ///        |
+///     the customer's logos, where it has some: LogoChecker
+///        |
 ///     done()
 ///
 /// GUI thread.

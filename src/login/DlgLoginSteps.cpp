@@ -3,6 +3,7 @@
 #include "app/ConfigUtil.h"
 #include "app/LogMarker.h"
 #include "app/Product.h"
+#include "branding/LogoChecker.h"
 #include "login/CustomerStep.h"
 #include "login/DialogPrivacy.h"
 #include "login/DlgBindResult.h"
@@ -78,6 +79,7 @@ void DlgLogin::on_btnContinue_clicked()
         return changeCurPage(DLG_LOGIN_PAGE);
     ui->btnContinue->setEnabled(false);
     ui->btnContinue->setText(tr("Continue..."));
+    LogoChecker::instance()->clearLogoInfo();
     m_ConnectSlowWarningTimer->start();
     m_customer->getPrivacyVerFromMain();
 }

@@ -7,6 +7,8 @@
 #include "app/NamedTimer.h"
 #include "app/Product.h"
 #include "app/SingleApp.h"
+#include "branding/LogoChecker.h"
+#include "branding/LogoPicture.h"
 #include "dispatch/tarvelinGetFlowStatistics.h"
 #include "main/AgentChannel.h"
 #include "main/DlgMainUi.h"
@@ -26,6 +28,7 @@
 #include "widgets/WidgetTopPrompt.h"
 
 #include <QCoreApplication>
+#include <QIcon>
 #include <QLabel>
 #include <QListView>
 #include <QPainterPath>
@@ -50,6 +53,7 @@ DlgMain::DlgMain(QWidget* parent)
       m_OrchErrRes(OrchErrRes::getInstance())
 {
     buildWindow();
+    setupLogo();
     createLogModel();
     connectButtons();
     m_tray = new TrayIcon(this);
@@ -88,6 +92,19 @@ void DlgMain::buildWindow()
     outline.addRoundedRect(rect(), 1, 1);
     setMask(QRegion(outline.toFillPolygon().toPolygon()));
     m_OrchErrRes->setCustomerId(ConfigUtil::savedText(ConfigUtil::CUSTOMERID));
+}
+
+// The customer's own pictures, where the login has fetched some.
+void DlgMain::setupLogo()
+{
+    const auto show = [this](QLabel* label, const char* name) {
+        const QPixmap own = LogoChecker::instance()->logoPixmap(QLatin1String(name));
+        const QIcon builtIn = pictureIcon(QStringLiteral("veltaro/") + QLatin1String(name));
+        const QPixmap shown = own.isNull() ? builtIn.pixmap(label->size()) : own;
+        label->setPixmap(logopicture::fitted(shown, label->size(), devicePixelRatioF()));
+    };
+    show(ui->labelRoundLogo, kRoundLogo);
+    show(ui->labelLogo, kMainLogo);
 }
 
 void DlgMain::createLogModel()

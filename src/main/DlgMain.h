@@ -100,6 +100,7 @@ protected:
 private:
     // Construction, in order (DlgMain.cpp)
     void buildWindow();
+    void setupLogo();
     void createLogModel();
     void connectButtons();
     void showUser();

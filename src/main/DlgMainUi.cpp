@@ -92,10 +92,9 @@ void DlgMainUi::buildLeftBar(QDialog* window)
 {
     auto* bar = named(new QFrame(window), "leftBar");
     bar->setGeometry(0, 0, kBarWidth, kWindow.height());
-    QLabel* mark = makePicture(bar, "labelRoundLogo", QStringLiteral("veltaro/orvek-round.png"),
-                               QSize(50, 50));
-    mark->setFixedSize(40, 40);
-    mark->setScaledContents(true);
+    labelRoundLogo = makeLabel(bar, "labelRoundLogo", "");
+    labelRoundLogo->setFixedSize(40, 40);
+    labelRoundLogo->setAlignment(Qt::AlignCenter);
 
     toolBtnHome = menuButton(bar, "toolBtnHome", tr("Home"), "home");
     toolBtnSetting = menuButton(bar, "toolBtnSetting", tr("Setting"), "setting");
@@ -107,7 +106,7 @@ void DlgMainUi::buildLeftBar(QDialog* window)
     auto* column = new QVBoxLayout(bar);
     column->setContentsMargins(0, 16, 0, 16);
     column->setSpacing(8);
-    column->addWidget(mark, 0, Qt::AlignHCenter);
+    column->addWidget(labelRoundLogo, 0, Qt::AlignHCenter);
     column->addSpacing(16);
     for (QToolButton* tool : {toolBtnHome, toolBtnSetting, toolBtnLog})
         column->addWidget(tool, 0, Qt::AlignHCenter);
@@ -117,8 +116,7 @@ void DlgMainUi::buildLeftBar(QDialog* window)
 
 void DlgMainUi::buildHeader(QDialog* window)
 {
-    labelLogo =
-        picture(window, "labelLogo", QRect(92, 8, 152, 40), QStringLiteral("veltaro/logo.png"));
+    labelLogo = label(window, "labelLogo", QRect(92, 8, 152, 40), QString(), "");
     labelUserName = label(window, "labelUserName", QRect(300, 14, 180, 20), QString(), "secondary");
     labelUserName->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     btnAbout = windowButton(window, "btnAbout", "about", QPoint(500, 16), tr("About"));

@@ -24,6 +24,7 @@ public:
     explicit DlgMainUi(QDialog* window);
 
     // Left bar
+    QLabel* labelRoundLogo;
     QToolButton* toolBtnHome;
     QToolButton* toolBtnSetting;
     QToolButton* toolBtnLog;

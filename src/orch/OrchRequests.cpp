@@ -164,6 +164,15 @@ OrchRequest customerLogo(const QString& authUrl, const OrchIdentity& identity)
                                                  logoResource("textLogo", "logo.png", 40)}}});
 }
 
+OrchRequest logoFile(const QString& url, const OrchIdentity& identity)
+{
+    OrchRequest request = makeRequest(OrchRequest::Method::Get, url, identity.serial);
+    addCustomer(request, identity.customerId);
+    request.timeoutMs = 20000;
+    request.deadlineMs = 60000; // a login waits for it
+    return request;
+}
+
 OrchRequest disconnectNotice(const QString& authUrl, const OrchIdentity& identity,
                              ipc::DisconnectTypeReason reason)
 {

@@ -50,6 +50,9 @@ OrchRequest maintenanceNotice(const QString& authUrl, const OrchIdentity& identi
 /// Addresses of the customer's own logos.
 OrchRequest customerLogo(const QString& authUrl, const OrchIdentity& identity);
 
+/// One of these logos.
+OrchRequest logoFile(const QString& url, const OrchIdentity& identity);
+
 /// The connection has ended.
 OrchRequest disconnectNotice(const QString& authUrl, const OrchIdentity& identity,
                              ipc::DisconnectTypeReason reason);

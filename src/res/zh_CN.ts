@@ -1288,6 +1288,17 @@ Intranet Mode</source>
     </message>
 </context>
 <context>
+    <name>LogoChecker</name>
+    <message>
+        <source>Check for custom Logo.</source>
+        <translation>检查自定义 Logo。</translation>
+    </message>
+    <message>
+        <source>Orchestrator cannot generate a customized logo resource download URL.</source>
+        <translation>控制器无法生成自定义 Logo 的下载地址。</translation>
+    </message>
+</context>
+<context>
     <name>WidgetSetting</name>
     <message>
         <source>Account Information</source>
