@@ -10,6 +10,7 @@
 #include "branding/LogoChecker.h"
 #include "branding/LogoPicture.h"
 #include "dispatch/tarvelinGetFlowStatistics.h"
+#include "logview/LogView.h"
 #include "main/AgentChannel.h"
 #include "main/DlgMainUi.h"
 #include "main/HomePage.h"
@@ -30,7 +31,6 @@
 #include <QCoreApplication>
 #include <QIcon>
 #include <QLabel>
-#include <QListView>
 #include <QPainterPath>
 #include <QPushButton>
 #include <QRegion>

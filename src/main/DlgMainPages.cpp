@@ -4,6 +4,7 @@
 #include "app/Log.h"
 #include "app/Platform.h"
 #include "login/OtpRecoverCodeDlg.h"
+#include "logview/LogView.h"
 #include "main/DlgMain.h"
 #include "main/DlgMainUi.h"
 #include "main/HomePage.h"
@@ -20,7 +21,6 @@
 #include <QApplication>
 #include <QEvent>
 #include <QLabel>
-#include <QListView>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QToolButton>

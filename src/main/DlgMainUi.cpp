@@ -1,6 +1,7 @@
 #include "main/DlgMainUi.h"
 
-#include "main/CustomDelegate.h"
+#include "logview/CustomDelegate.h"
+#include "logview/LogView.h"
 #include "main/widgeChronometer.h"
 #include "settings/WidgetSetting.h"
 #include "widgets/IconButton.h"
@@ -11,7 +12,6 @@
 #include <QDialog>
 #include <QFrame>
 #include <QLabel>
-#include <QListView>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QToolButton>
@@ -172,18 +172,10 @@ void DlgMainUi::buildPages(QDialog* window)
 
     labelLogTitle = pageTitle(window, "labelLogTitle", tr("Log"));
     btnViewAll = button(window, "btnViewAll", QRect(476, 56, 100, 24), tr("View All"), "link");
-    logView = named(new QListView(window), "logView");
+    logView = named(new LogView(window), "logView");
     logView->setGeometry(kPage);
     logView->setAccessibleName(tr("Log"));
-    logView->setItemDelegate(new CustomDelegate(logView));
-    logView->setSelectionMode(QAbstractItemView::NoSelection);
-    logView->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    logView->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
-    logView->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    // Rows have heights of their own; they are measured a batch at a time, so that the page
-    // opens at once however long the log is.
-    logView->setLayoutMode(QListView::Batched);
-    logView->setBatchSize(200);
+    logView->setItemDelegate(new CustomDelegate);
 
     labelAboutTitle = pageTitle(window, "labelAboutTitle", tr("About"));
     m_AboutWidge = new WidgeAbout(window);

@@ -3,8 +3,8 @@
 #include <QCoreApplication>
 
 class QDialog;
+class LogView;
 class QLabel;
-class QListView;
 class QPushButton;
 class QScrollArea;
 class QToolButton;
@@ -56,7 +56,7 @@ public:
     QScrollArea* m_ScrollArea;
     WidgetSetting* m_SettingWidge;
     QLabel* labelLogTitle;
-    QListView* logView;
+    LogView* logView;
     QPushButton* btnViewAll;
     QLabel* labelAboutTitle;
     WidgeAbout* m_AboutWidge;

@@ -1299,6 +1299,29 @@ Intranet Mode</source>
     </message>
 </context>
 <context>
+    <name>LogView</name>
+    <message>
+        <source>Error: %1</source>
+        <translation>错误：%1</translation>
+    </message>
+    <message>
+        <source>Warning: %1</source>
+        <translation>警告：%1</translation>
+    </message>
+    <message>
+        <source>Notice: %1</source>
+        <translation>通知：%1</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>复制</translation>
+    </message>
+    <message>
+        <source>Select All</source>
+        <translation>全选</translation>
+    </message>
+</context>
+<context>
     <name>WidgetSetting</name>
     <message>
         <source>Account Information</source>

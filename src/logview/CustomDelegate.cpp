@@ -1,6 +1,5 @@
-#include "main/CustomDelegate.h"
+#include "logview/CustomDelegate.h"
 
-#include "app/LogContent.h"
 #include "app/LogModel.h"
 
 #include <QPainter>
@@ -11,23 +10,21 @@ constexpr int kTextLeft = 20;
 constexpr int kLineX = 10;
 const QColor kLineColour(0xd4, 0xdf, 0xeb);
 
-struct DotLook
-{
-    QColor dot;
-    QColor text;
-};
+const QColor kSelected(0xe0, 0xed, 0xf8);
+const QColor kFocus(0x02, 0x90, 0xff);
+const QColor kInfoText(0x35, 0x40, 0x52);
 
-DotLook dotLook(LOG_TYPE type)
+QColor dotColour(int type)
 {
     switch (type) {
     case ITEM_NOTICE_WITH_DOT:
-        return {QColor(0x6e, 0xbc, 0x66), QColor(0x6e, 0xbc, 0x66)};
+        return QColor(0x6e, 0xbc, 0x66);
     case ITEM_ERROR_WITH_DOT:
-        return {QColor(0xff, 0x55, 0x55), QColor(0xff, 0x55, 0x55)};
+        return QColor(0xff, 0x55, 0x55);
     case ITEM_WARN_WITH_DOT:
-        return {QColor(0xff, 0xb4, 0x1f), QColor(0xff, 0xb4, 0x1f)};
+        return QColor(0xff, 0xb4, 0x1f);
     default:
-        return {kLineColour, QColor(0x35, 0x40, 0x52)};
+        return kLineColour;
     }
 }
 
@@ -43,20 +40,39 @@ void drawTimeLine(QPainter* painter, const QRect& row)
     painter->drawLine(row.left() + kLineX, row.top(), row.left() + kLineX, row.bottom());
 }
 
-void drawMessage(QPainter* painter, const QRect& row, const QRect& textArea,
-                 const LogContent& content)
+void drawSelection(QPainter* painter, const QStyleOptionViewItem& option)
 {
-    drawTimeLine(painter, row);
-    const DotLook look = dotLook(content.type);
-    const int y = row.top() + qMin(painter->fontMetrics().height(), row.height()) / 2;
-    painter->setPen(QPen(look.dot, 4, Qt::SolidLine, Qt::RoundCap));
-    painter->setBrush(look.dot);
-    painter->drawPoint(row.left() + kLineX, y);
-    painter->setPen(look.text);
-    painter->drawText(textArea, Qt::TextWordWrap, content.text);
+    if (option.state & QStyle::State_Selected)
+        painter->fillRect(option.rect, kSelected);
+    if (option.state & QStyle::State_HasFocus) {
+        painter->setPen(kFocus);
+        painter->setBrush(Qt::NoBrush);
+        painter->drawRect(option.rect.adjusted(0, 0, -1, -1));
+    }
 }
 
 } // namespace
+
+CustomDelegate::CustomDelegate(QObject* parent) : QStyledItemDelegate(parent)
+{
+    for (int type = 0; type < kDots; ++type) {
+        const QColor colour = dotColour(type);
+        m_pens[type] = QPen(colour, 4, Qt::SolidLine, Qt::RoundCap);
+        m_brushes[type] = QBrush(colour);
+    }
+}
+
+void CustomDelegate::drawMessage(QPainter* painter, const QRect& row, const QRect& textArea,
+                                 const LogContent& content) const
+{
+    drawTimeLine(painter, row);
+    const int y = row.top() + qMin(painter->fontMetrics().height(), row.height()) / 2;
+    painter->setPen(m_pens[content.type]);
+    painter->setBrush(m_brushes[content.type]);
+    painter->drawPoint(row.left() + kLineX, y);
+    painter->setPen(content.type == ITEM_INFO_WITH_DOT ? kInfoText : dotColour(content.type));
+    painter->drawText(textArea, Qt::TextWordWrap, content.text);
+}
 
 void CustomDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                            const QModelIndex& index) const
@@ -67,6 +83,7 @@ void CustomDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option
     const QRect row = option.rect;
     const QRect textArea = row.adjusted(kTextLeft, 0, 0, 0);
     painter->save();
+    drawSelection(painter, option);
     painter->setRenderHint(QPainter::Antialiasing);
     painter->setFont(option.font);
     switch (content.type) {
