@@ -7,6 +7,8 @@
 #include "app/Platform.h"
 #include "app/ProcessRun.h"
 #include "app/SingleApp.h"
+#include "branding/LogoList.h"
+#include "login/DlgLogin.h"
 #include "main/DlgMain.h"
 #include "main/SessionRules.h"
 #include "orch/HostIdentity.h"
@@ -23,9 +25,11 @@
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QLineEdit>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QPushButton>
+#include <QStackedWidget>
 
 namespace {
 
@@ -175,7 +179,51 @@ void measureConnect(Bench& bench, const Report& report, const QString& what, int
     report({what, median(attempts), median(floors), QStringLiteral("ms"), QString()});
 }
 
+/// The customer's step, from Continue to the login page.
+double customerStep()
+{
+    DlgLogin window(nullptr);
+    window.show();
+    const auto* page = part<QStackedWidget>(&window, "stackedWidget");
+    part<QLineEdit>(&window, "customerId")->setText(QStringLiteral("acme"));
+    return milliseconds([&] {
+        window.on_btnContinue_clicked();
+        if (!await([page] { return page->currentIndex() == DlgLogin::DLG_LOGIN_PAGE; }))
+            std::fprintf(stderr, "The login page was not reached; its figure means nothing.\n");
+    });
+}
+
 } // namespace
+
+void benchCustomer(const Report& report)
+{
+    WindowScene scene;
+    scene.logIn();
+    ConfigUtil::writeValue(ConfigUtil::PASSWORD, QString());
+    QTimer tick; // wakes the loop that looks for the page
+    tick.start(1);
+    const auto offerLogos = [&scene](bool offered) {
+        scene.service.edit([offered](sim::Scenario& scenario) {
+            scenario.authConfigReply.insert(QStringLiteral("supportCusResource"), offered);
+            for (const char* name : {kRoundLogo, kMainLogo})
+                scenario.logos.insert(QLatin1String(name),
+                                      QJsonObject{{"width", 300}, {"height", 80}});
+        });
+    };
+    const auto step = [&](bool logos) {
+        offerLogos(logos);
+        return customerStep();
+    };
+    step(true); // fills the cache
+    QVector<double> with;
+    QVector<double> without;
+    for (int round = 0; round < 25; ++round) {
+        with.append(step(true));
+        without.append(step(false));
+    }
+    report({QStringLiteral("customer step, logos in the cache"), median(with), median(without),
+            QStringLiteral("ms"), QStringLiteral("at most 5 ms more")});
+}
 
 void benchConnect(const Report& report)
 {

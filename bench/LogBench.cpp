@@ -4,13 +4,19 @@
 #include "app/Log.h"
 #include "app/LogModel.h"
 #include "app/Platform.h"
+#include "logview/CustomDelegate.h"
+#include "logview/LogView.h"
 
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <QCoreApplication>
 #include <QDate>
 #include <QFile>
+#include <QKeyEvent>
+#include <QListView>
 #include <QMessageLogContext>
+#include <QScrollBar>
 #include <QTemporaryDir>
 
 namespace {
@@ -18,6 +24,8 @@ namespace {
 constexpr int kLines = 2000;
 constexpr int kLogRounds = 15;
 constexpr int kHistoryRounds = 5;
+constexpr int kPageRows = 600000;
+constexpr int kPageRounds = 25;
 
 void appendPlainly(const QByteArray& path, const QByteArray& line)
 {
@@ -49,6 +57,39 @@ int readAndSplit(const QString& path)
 {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll().split('\n').size() : 0;
+}
+
+std::deque<LogContent> manyRows()
+{
+    std::deque<LogContent> rows;
+    for (int row = 0; row < kPageRows; row += 2) {
+        rows.push_back({QStringLiteral("Something worth a line or two happened here, and this is "
+                                       "what the program has to say about it, number %1")
+                            .arg(row),
+                        row % 7 ? ITEM_INFO_WITH_DOT : ITEM_ERROR_WITH_DOT});
+        rows.push_back({QStringLiteral("10:11:12"), ITEM_TIME});
+    }
+    return rows;
+}
+
+/// Does it and waits until it can be seen.
+template <class View>
+std::function<void()> shown(View& view, const std::function<void()>& work)
+{
+    return [&view, work] {
+        work();
+        QCoreApplication::sendPostedEvents();
+        view.viewport()->grab();
+    };
+}
+
+template <class View>
+void place(View& view, LogModel& model)
+{
+    view.setItemDelegate(new CustomDelegate);
+    view.setModel(&model);
+    view.resize(480, 296);
+    view.show();
 }
 
 } // namespace
@@ -101,4 +142,47 @@ void benchHistory(const Report& report)
                       : QStringLiteral("history of %1 lines: ONLY %2 ROWS").arg(lines).arg(rows),
                 times.subject, times.floor, QStringLiteral("ms"), QStringLiteral("within 6")});
     }
+}
+
+void benchLogPage(const Report& report)
+{
+    LogModel model;
+    LogView view;
+    QListView plain; // the least that a list of so many rows does: all are of one height
+    plain.setUniformItemSizes(true);
+    place(view, model);
+    place(plain, model);
+    const auto rows = manyRows();
+    const auto figure = [&report](const QString& what, const Pair& times) {
+        report({QStringLiteral("600,000 rows, ") + what, times.subject, times.floor,
+                QStringLiteral("ms"), QStringLiteral("within 50 ms")});
+    };
+    const auto pair = [&](const std::function<void(QAbstractScrollArea&)>& work) {
+        return interleaved(kPageRounds, shown(view, [&] { work(view); }),
+                           shown(plain, [&] { work(plain); }));
+    };
+    model.setRows(rows);
+    figure(QStringLiteral("first paint"), pair([](QAbstractScrollArea& page) {
+               page.hide();
+               page.show();
+           }));
+    figure(QStringLiteral("End and Home"), pair([](QAbstractScrollArea& page) {
+               for (const int key : {Qt::Key_End, Qt::Key_Home}) {
+                   QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
+                   QCoreApplication::sendEvent(&page, &press);
+               }
+           }));
+    figure(QStringLiteral("a turn of the wheel"), pair([](QAbstractScrollArea& page) {
+               QScrollBar* const bar = page.verticalScrollBar();
+               bar->setValue(bar->value() + 3 * bar->singleStep());
+           }));
+    figure(QStringLiteral("another width"), pair([](QAbstractScrollArea& page) {
+               page.resize(page.width() == 480 ? 470 : 480, 296);
+           }));
+    QVector<double> added;
+    for (int round = 0; round < kPageRounds; ++round)
+        added.append(milliseconds(shown(view, [&] {
+            model.insertContents(1, {rows[0], rows[1]});
+        })));
+    figure(QStringLiteral("a new message on top"), {median(added), -1});
 }

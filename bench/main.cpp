@@ -20,7 +20,7 @@ double median(QVector<double> values)
     return *middle;
 }
 
-static double milliseconds(const std::function<void()>& work)
+double milliseconds(const std::function<void()>& work)
 {
     using Clock = std::chrono::steady_clock;
     const Clock::time_point start = Clock::now();
@@ -69,10 +69,9 @@ int main(int argc, char* argv[])
     int count = arguments.size() - 1;
     QApplication app(count, arguments.data());
     const QVector<QPair<QString, void (*)(const Report&)>> chapters = {
-        {QStringLiteral("dispatch"), &benchDispatch},
-        {QStringLiteral("log"), &benchLog},
-        {QStringLiteral("history"), &benchHistory},
-        {QStringLiteral("filter"), &benchFilter},
+        {QStringLiteral("dispatch"), &benchDispatch}, {QStringLiteral("log"), &benchLog},
+        {QStringLiteral("history"), &benchHistory},   {QStringLiteral("logpage"), &benchLogPage},
+        {QStringLiteral("filter"), &benchFilter},     {QStringLiteral("customer"), &benchCustomer},
         {QStringLiteral("connect"), &benchConnect}};
     const QStringList chosen = QCoreApplication::arguments().mid(1);
     for (const auto& chapter : chapters) {
