@@ -11,6 +11,7 @@
 namespace {
 
 constexpr qint64 kMostRead = 1 << 30;
+constexpr qint64 kPiece = 1 << 16;
 constexpr mode_t kOwnerOnly = S_IRUSR | S_IWUSR;
 
 // The call again as long as a signal interrupts it.
@@ -64,6 +65,26 @@ ProgramFile::Replaced ProgramFile::replace(const QString& path, const QByteArray
     if (!file.isOpen())
         return Replaced::NotOpened;
     return file.write(content) ? Replaced::Done : Replaced::NotWritten;
+}
+
+bool ProgramFile::copy(const QString& source, const QString& target)
+{
+    const ProgramFile from(source, O_RDONLY);
+    if (!from.isOpen() || !remove(target))
+        return false;
+    const ProgramFile to(target, O_WRONLY | O_CREAT | O_EXCL);
+    QByteArray piece(kPiece, Qt::Uninitialized);
+    const qint64 size = from.size(); // what is written to it meanwhile is left out
+    for (qint64 done = 0; done < size;) {
+        const ssize_t got = retried([&] {
+            return ::pread(from.m_descriptor, piece.data(), size_t(qMin(kPiece, size - done)),
+                           done);
+        });
+        if (got <= 0 || !to.write(QByteArray::fromRawData(piece.constData(), int(got))))
+            return false;
+        done += got;
+    }
+    return to.isOpen();
 }
 
 bool ProgramFile::remove(const QString& path)

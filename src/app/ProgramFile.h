@@ -24,6 +24,10 @@ public:
     /// After a failure the old one may be gone.
     static Replaced replace(const QString& path, const QByteArray& content);
 
+    /// Replaces a file by a copy of another, a piece at a time. False when there is nothing that
+    /// can be copied, or it could not be written whole.
+    static bool copy(const QString& source, const QString& target);
+
     /// Removes a file or link. Whether nothing of that name is left.
     static bool remove(const QString& path);
 

@@ -12,6 +12,7 @@
 #include "dispatch/tarvelinGetFlowStatistics.h"
 #include "logview/LogView.h"
 #include "main/AgentChannel.h"
+#include "main/DiagnosisControl.h"
 #include "main/DlgMainUi.h"
 #include "main/HomePage.h"
 #include "main/Session.h"
@@ -50,7 +51,7 @@ DlgMain::DlgMain(QWidget* parent)
       promptWidge(new WidgetTopPrompt(this)), m_session(new Session(this)),
       m_home(new HomePage(*ui, *m_session, this)), m_exit(new SessionExit(this)),
       m_upgrade(new UpgradeWatch(this, true)), m_maintenance(new MaintenanceWatch(this)),
-      m_OrchErrRes(OrchErrRes::getInstance())
+      m_diagnosis(new DiagnosisControl(this)), m_OrchErrRes(OrchErrRes::getInstance())
 {
     buildWindow();
     setupLogo();
@@ -61,6 +62,7 @@ DlgMain::DlgMain(QWidget* parent)
     wireSession();
     wireExit();
     wireSettings();
+    wireDiagnosis();
     wireNotices();
     listen();
     showMenu(MENU_HOME);
@@ -77,6 +79,7 @@ DlgMain::DlgMain(QWidget* parent)
 
 DlgMain::~DlgMain()
 {
+    m_diagnosis->end(); // while the window can still be spoken to
     Log::setLogModel(nullptr);
     OrchErrRes::release();
 }
@@ -203,6 +206,18 @@ void DlgMain::wireSettings()
         disconnect(false, ipc::DisConnNormalReason);
         m_exit->endSession(end);
     });
+}
+
+void DlgMain::wireDiagnosis()
+{
+    using Control = DiagnosisControl;
+    connect(ui->m_SettingWidge, &WidgetSetting::diagnosisWanted, this,
+            [this] { m_diagnosis->startByUser(isConnected()); });
+    connect(m_diagnosis, &Control::showKickedoutDialog, this, &DlgMain::onShowKickedoutDialog);
+    connect(m_diagnosis, &Control::showLdapChangeDialog, this, &DlgMain::onShowLdapChangeDialog);
+    connect(m_diagnosis, &Control::showChangePassDialog, this, &DlgMain::onShowChangePassDialog);
+    connect(m_diagnosis, &Control::showOrchUpgradeDialog, this, &DlgMain::onShowOrchUpgradeDialog);
+    connect(m_diagnosis, &Control::notifyLogout, this, &DlgMain::logout);
 }
 
 void DlgMain::wireNotices()

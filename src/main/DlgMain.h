@@ -13,6 +13,7 @@
 #include <memory>
 
 class AgentChannel;
+class DiagnosisControl;
 class DlgMainUi;
 class DlgQuit;
 class HomePage;
@@ -39,6 +40,7 @@ struct FailedDiagnosis;
 ///     AgentChannel      the datapath agent's notifications
 ///     UpgradeWatch      newer clients
 ///     MaintenanceWatch  maintenance of the orchestrator
+///     DiagnosisControl  runs of the network diagnosis
 ///     TrayIcon          the icon in the desktop's tray
 ///
 /// Its constructor starts the first connection. GUI thread only.
@@ -72,7 +74,8 @@ public slots:
     void on_btnSwitchAccount_clicked();
     void on_btnQuitApp_clicked();
 
-    // For the diagnosis worker: the first three end the connection and show why
+    // For the diagnosis worker. Its verdict; the next three end the connection and show why
+    void showDiagnosisResult(bool networkOK, bool orchOK, bool passwordChanged);
     void onShowKickedoutDialog();
     void onShowLdapChangeDialog();
     void onShowChangePassDialog();
@@ -107,6 +110,7 @@ private:
     void wireSession();
     void wireExit();
     void wireSettings();
+    void wireDiagnosis();
     void wireNotices();
     void listen();
     void showRecoveryCodeDlg();
@@ -140,6 +144,7 @@ private:
     SessionExit* m_exit;
     UpgradeWatch* m_upgrade;
     MaintenanceWatch* m_maintenance;
+    DiagnosisControl* m_diagnosis;
     AgentChannel* m_agent = nullptr;
     TrayIcon* m_tray = nullptr;
     LogModel* m_LogModel = nullptr;

@@ -3,6 +3,7 @@
 #include "app/ConfigUtil.h"
 #include "app/LogMarker.h"
 #include "app/Product.h"
+#include "main/DiagnosisControl.h"
 #include "main/DlgMain.h"
 #include "main/DlgMainUi.h"
 #include "main/FailedDiagnosis.h"
@@ -171,6 +172,7 @@ void DlgMain::on_btnQuitApp_clicked()
 
 void DlgMain::closeAllPopupDlg()
 {
+    m_diagnosis->closeDiagnosis();
     if (m_PQuitDlg)
         m_PQuitDlg->reject();
     if (m_PStopPrompt)
@@ -191,10 +193,21 @@ FailedDiagnosis DlgMain::failedDiagnosis() const
     return last;
 }
 
-// The diagnosis worker takes this over; until it exists the wish is only recorded.
 void DlgMain::startDiagnosis(DiagnoseTriggerType type)
 {
-    qInfo("Diagnosis requested, trigger type %d, connected %d", int(type), int(isConnected()));
+    m_diagnosis->start(type, isConnected());
+}
+
+void DlgMain::showDiagnosisResult(bool networkOK, bool orchOK, bool passwordChanged)
+{
+    ui->m_SettingWidge->resetDiagnosis();
+    ui->m_SettingWidge->clearDisable401();
+    if (m_exit->isUnderWay())
+        return;
+    if (!passwordChanged)
+        return m_diagnosis->showResult(networkOK, orchOK);
+    closeAllPopupDlg();
+    m_exit->leaveAfterChange();
 }
 
 void DlgMain::rerun(const FailedDiagnosis& diagnosis)
@@ -206,6 +219,8 @@ void DlgMain::rerun(const FailedDiagnosis& diagnosis)
 // The worker asks for the logout itself once the dialog is closed.
 void DlgMain::explain(SessionEnd end)
 {
+    if (m_exit->isUnderWay())
+        return;
     disconnect(false, ipc::DisConnNormalReason);
     m_exit->explainEnd(end);
 }

@@ -26,13 +26,13 @@ QUrl httpUrl(const QUrl& url)
 }
 
 QNetworkReply* start(QNetworkAccessManager& manager, const QNetworkRequest& network,
-                     const OrchRequest& request)
+                     const OrchRequest& request, QIODevice* content)
 {
     switch (request.method) {
     case OrchRequest::Method::Post:
         return manager.post(network, request.body);
     case OrchRequest::Method::Put:
-        return manager.put(network, request.body);
+        return content ? manager.put(network, content) : manager.put(network, request.body);
     case OrchRequest::Method::Get:
         break;
     }
@@ -41,7 +41,8 @@ QNetworkReply* start(QNetworkAccessManager& manager, const QNetworkRequest& netw
 
 } // namespace
 
-QNetworkReply* sendOrchRequest(QNetworkAccessManager& manager, const OrchRequest& request)
+QNetworkReply* sendOrchRequest(QNetworkAccessManager& manager, const OrchRequest& request,
+                               QIODevice* content)
 {
     QNetworkRequest network(httpUrl(request.url));
     network.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
@@ -51,7 +52,7 @@ QNetworkReply* sendOrchRequest(QNetworkAccessManager& manager, const OrchRequest
     for (const auto& header : request.headers)
         network.setRawHeader(header.first, headerValue(header.second));
 
-    QNetworkReply* const reply = start(manager, network, request);
+    QNetworkReply* const reply = start(manager, network, request, content);
     if (request.deadlineMs > 0) {
         auto* deadline = new QTimer(reply); // goes with the reply
         deadline->setSingleShot(true);

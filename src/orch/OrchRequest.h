@@ -8,6 +8,7 @@
 #include <QUrl>
 #include <QVariant>
 
+class QIODevice;
 class QNetworkAccessManager;
 class QNetworkReply;
 
@@ -39,7 +40,11 @@ struct OrchRequest
 /// Redirects are not followed: a 3xx answer is the answer. A time-out, a passed deadline and too
 /// long a body finish the reply with QNetworkReply::OperationCanceledError; OrchReply tells the
 /// last from the others. Call on the manager's thread.
-QNetworkReply* sendOrchRequest(QNetworkAccessManager& manager, const OrchRequest& request);
+///
+/// `content`, where there is one, is what a Put sends in place of the body: an open device of a
+/// known size that outlives the exchange.
+QNetworkReply* sendOrchRequest(QNetworkAccessManager& manager, const OrchRequest& request,
+                               QIODevice* content = nullptr);
 
 /// The same; once it has finished, the reply is read, released, and handed to `done`. What is
 /// returned is good for breaking the exchange off, which calls `done` at once.

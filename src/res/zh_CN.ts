@@ -1299,6 +1299,45 @@ Intranet Mode</source>
     </message>
 </context>
 <context>
+    <name>DiagnosisUpload</name>
+    <message>
+        <source>Get upload URL</source>
+        <translation>获取诊断上传地址</translation>
+    </message>
+    <message>
+        <source>Missing URL or Token</source>
+        <translation>缺少地址或令牌</translation>
+    </message>
+    <message>
+        <source>Not found diagnosis file</source>
+        <translation>未找到诊断文件</translation>
+    </message>
+    <message>
+        <source>Can not open diagnosis file</source>
+        <translation>无法打开诊断文件</translation>
+    </message>
+    <message>
+        <source>Failed to get upload URL</source>
+        <translation>获取诊断上传地址失败</translation>
+    </message>
+    <message>
+        <source>Upload diagnosis result</source>
+        <translation>上传诊断结果</translation>
+    </message>
+    <message>
+        <source>Failed to upload file</source>
+        <translation>诊断文件上传失败</translation>
+    </message>
+    <message>
+        <source>Report upload results</source>
+        <translation>上报上传结果</translation>
+    </message>
+    <message>
+        <source>Failed to report upload results</source>
+        <translation>上报上传结果失败</translation>
+    </message>
+</context>
+<context>
     <name>LogView</name>
     <message>
         <source>Error: %1</source>
