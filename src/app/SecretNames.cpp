@@ -24,6 +24,7 @@ QSet<QByteArray> plainNames()
         "forgetPasswordMiddleToken",
         "requestIdForPoll",
         "authResultCheckUrl",
+        "uploadUrl",
         // passwords
         "password",
         "oldPassword",

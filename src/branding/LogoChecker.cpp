@@ -14,10 +14,22 @@
 #include <QNetworkAccessManager>
 #include <QTimer>
 
+#include <utility>
+
+namespace {
+
+LogoChecker* s_instance = nullptr;
+
+} // namespace
+
 LogoChecker* LogoChecker::instance()
 {
-    static auto* const checker = new LogoChecker(QCoreApplication::instance());
-    return checker;
+    if (!s_instance) {
+        s_instance = new LogoChecker;
+        // Pictures and network machinery must be gone before the application object is.
+        qAddPostRoutine([] { delete std::exchange(s_instance, nullptr); });
+    }
+    return s_instance;
 }
 
 LogoCache LogoChecker::cache() const

@@ -25,7 +25,7 @@ class LogoChecker : public QObject
     Q_OBJECT
 
 public:
-    /// The one object, created on first use; it goes with the application object.
+    /// The one object, created on first use; it goes just before the application object.
     static LogoChecker* instance();
 
     /// Forgets the logos of an earlier login, and what is still waited for on its behalf.
@@ -39,7 +39,7 @@ public:
     QPixmap logoPixmap(const QString& clientName) const;
 
 private:
-    explicit LogoChecker(QObject* parent) : QObject(parent) {}
+    LogoChecker() = default;
 
     LogoCache cache() const;
     void onList(const OrchReply& reply);

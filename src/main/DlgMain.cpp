@@ -104,10 +104,15 @@ void DlgMain::setupLogo()
         const QPixmap own = LogoChecker::instance()->logoPixmap(QLatin1String(name));
         const QIcon builtIn = pictureIcon(QStringLiteral("veltaro/") + QLatin1String(name));
         const QPixmap shown = own.isNull() ? builtIn.pixmap(label->size()) : own;
-        label->setPixmap(logopicture::fitted(shown, label->size(), devicePixelRatioF()));
+        label->setPixmap(_scalePixelIfExpanded(shown, label->size()));
     };
     show(ui->labelRoundLogo, kRoundLogo);
     show(ui->labelLogo, kMainLogo);
+}
+
+QPixmap DlgMain::_scalePixelIfExpanded(const QPixmap& picture, const QSize& room) const
+{
+    return logopicture::fitted(picture, room, devicePixelRatioF());
 }
 
 void DlgMain::createLogModel()

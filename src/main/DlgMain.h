@@ -104,6 +104,7 @@ private:
     // Construction, in order (DlgMain.cpp)
     void buildWindow();
     void setupLogo();
+    QPixmap _scalePixelIfExpanded(const QPixmap& picture, const QSize& room) const;
     void createLogModel();
     void connectButtons();
     void showUser();

@@ -7,6 +7,8 @@
 #include <QLocale>
 #include <QStringList>
 
+#include <mutex>
+
 namespace {
 
 struct Texts
@@ -109,6 +111,8 @@ bool isHandled(const QString& id)
 
 void recordNotice(const QString& id)
 {
+    static std::mutex mutex; // two threads that both read before either writes would lose an entry
+    const std::lock_guard lock(mutex);
     QStringList handled = handledNotices();
     if (!handled.contains(id))
         handled.append(id);

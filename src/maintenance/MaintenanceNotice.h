@@ -2,6 +2,7 @@
 
 #include "orch/OrchUpgradeReply.h"
 
+#include <QMetaType>
 #include <QString>
 
 /// What the client makes of a maintenance notice: whether it is shown, when it stops a login, and
@@ -12,6 +13,7 @@ enum NoticeType {
     OrchPreparing = 0, ///< the maintenance lies ahead
     OrchUpgrading = 1  ///< the maintenance is in progress
 };
+Q_DECLARE_METATYPE(NoticeType)
 
 namespace maintenance {
 
@@ -44,7 +46,7 @@ QString noticeTitle(NoticeType type);
 /// Whether the settings name the notice among those already handled.
 bool isHandled(const QString& id);
 
-/// Adds a notice, an empty identifier included, to that list.
+/// Adds a notice, an empty identifier included, to that list. Any thread.
 void recordNotice(const QString& id);
 
 } // namespace maintenance

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QJsonObject>
+#include <QMetaType>
 #include <QString>
 
 /// The orchestrator's maintenance notice. Times are milliseconds since 1970-01-01 UTC.
@@ -17,6 +18,7 @@ struct OrchUpgradeReply
     QString title;             ///< in the system language
     QString state;             ///< "run" while the maintenance is in progress
 };
+Q_DECLARE_METATYPE(OrchUpgradeReply)
 
 /// Reads a reply; what is missing or of another type takes its default.
 OrchUpgradeReply parseOrchUpgradeReply(const QJsonObject& json);
