@@ -22,6 +22,7 @@ void checkContent(Content content, const Call& call, Findings& findings)
     const QByteArray value = call.header("content-type");
     const QByteArray expected = content == Json   ? "application/json"
                                 : content == Form ? "application/x-www-form-urlencoded"
+                                : content == Gzip ? "application/gzip"
                                                   : "";
     if (value != expected)
         findings.add("content type is \"%1\", expected \"%2\"", value, expected);
@@ -100,7 +101,9 @@ void checkHeaders(const HeaderRules& rules, const Call& call, const World& world
             findings.add("header %1 is repeated", name);
         seen.insert(name);
     }
-    if (!isSerial(call.serial()))
+    if (rules.content == Gzip && !call.serial().isEmpty())
+        findings.add("unexpected header sn");
+    if (rules.content != Gzip && !isSerial(call.serial()))
         findings.add("header sn \"%1\" is no serial", call.serial());
     const QByteArray expectedType = rules.type ? "linux" : "";
     if (call.header("type") != expectedType)

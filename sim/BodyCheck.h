@@ -30,13 +30,13 @@ private:
     QStringList m_reasons;
 };
 
-enum Content { NoContent, Json, Form };
+enum Content { NoContent, Json, Form, Gzip };
 enum Customer { NoCustomer, Typed, Numeric };
 /// An empty token cannot be told from none: the HTTP library drops headers without a value.
 enum Token { NoToken, OptionalToken, RequiredToken };
 
-/// What the headers of a request must be. Any header that is not named by these rules, nor one
-/// that every HTTP client sends, is a finding.
+/// What the headers of a request must be. A file tells nothing of who sends it. Any header that is
+/// not named by these rules, nor one that every HTTP client sends, is a finding.
 struct HeaderRules
 {
     Content content = NoContent;

@@ -52,7 +52,9 @@ QByteArray controlHtml()
 <option>/api/mobile/v2/verification/send</option><option>/api/mobile/smsStatus</option>
 <option>/api/mobile/v2/forgotpassword/mode</option><option>/api/mobile/v2/forgotpassword</option>
 <option>/api/mobile/v2/Cryptographic/rule</option><option>/api/mobile/v2/resetpassword</option>
-<option>/api/mobile/v2/recoverOtpKey</option><option>/api/mobile/v2/binddevice</option></select></label>
+<option>/api/mobile/v2/recoverOtpKey</option><option>/api/mobile/v2/binddevice</option>
+<option>/api/mobile/v2/log/url</option><option>/files/bundle</option>
+<option>/api/mobile/v2/log/result</option></select></label>
 <button data-fault='{"status":502}'>502</button>
 <button data-fault='{"status":404}'>404</button>
 <button data-fault='{"trickleMs":1000,"body":"{\"code\": 0, \"slow\": true}"}'>A byte a second</button>
@@ -65,6 +67,7 @@ QByteArray controlHtml()
 <p><button data-switch='{"stop":"primary"}'>Stop primary lookup</button>
 <button data-switch='{"start":"primary"}'>Start it</button>
 <button data-switch='{"revoke":3}'>Log everybody out</button></p>
+<h2>Last diagnosis</h2><p><a href="/sim/bundle" id="bundle"></a> <span class="hint" id="files"></span></p>
 <h2>Violations</h2><ul id="violations"></ul>
 <h2>Last requests</h2>
 <p><button data-switch='{"clear":true}'>Forget</button></p><table id="requests"></table>
@@ -115,6 +118,8 @@ async function show() {
     c.serial, !c.valid ? 'logged out' : c.connected ? 'connected' : 'logged in', c.heartbeats, c.lastSeen]));
   $('violations').replaceChildren(...s.violations.map(v => {
     const li = document.createElement('li'); li.textContent = v; return li; }));
+  $('bundle').textContent = s.bundle.bytes ? s.bundle.name : '';
+  $('files').textContent = s.bundle.name ? s.bundle.bytes + ' bytes, ' + s.bundle.files.join(' ') : 'none';
   $('faults').textContent = Object.keys(s.faults).join(', ') || 'none';
   showSituations(s.situations);
   $('datapath').textContent = JSON.stringify(s.datapath);

@@ -65,8 +65,18 @@ QJsonObject requestJson(const RequestRecord& request)
             {"path", QString::fromUtf8(request.path)},
             {"query", QString::fromUtf8(request.query)},
             {"headers", headers},
-            {"body", QString::fromUtf8(request.body)},
+            {"body", request.method == "PUT" ? QString("(%1 bytes)").arg(request.body.size())
+                                             : QString::fromUtf8(request.body)},
             {"time", request.time.toString(Qt::ISODateWithMs)}};
+}
+
+QJsonObject bundleJson(const Bundle& bundle)
+{
+    return {{"name", bundle.name},
+            {"bytes", bundle.content.size()},
+            {"trigger", bundle.trigger},
+            {"files", QJsonArray::fromStringList(bundle.files)},
+            {"report", bundle.report}};
 }
 
 QJsonObject behaviourJson(const QString& directory)
@@ -138,6 +148,7 @@ QJsonObject ControlPage::state(int lastRequests) const
             {"violations", QJsonArray::fromStringList(m_simulator.violations())},
             {"requests", shown},
             {"counts", counts},
+            {"bundle", bundleJson(m_simulator.bundle())},
             {"situations", situationsJson()},
             {"faults", faultsJson(scenario)},
             {"scenario", scenario.toJson()},
@@ -157,6 +168,15 @@ HttpReply ControlPage::serve(const HttpCall& call)
         page.body = controlHtml();
         page.contentType = "text/html; charset=utf-8";
         return page;
+    }
+    if (call.method == "GET" && call.path() == "/sim/bundle") {
+        const Bundle bundle = m_simulator.bundle();
+        HttpReply file;
+        file.body = bundle.content;
+        file.contentType = "application/gzip";
+        const QString disposition = "attachment; filename=" + bundle.name;
+        file.headers.append({"Content-Disposition", disposition.toUtf8()});
+        return file;
     }
     if (call.method == "GET" && call.path() == "/sim/state") {
         const QUrlQuery query(QString::fromLatin1(call.query()));

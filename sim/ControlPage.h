@@ -11,6 +11,7 @@ namespace sim {
 ///
 /// - GET /sim/state: addresses, accounts, clients, violations, the last 500 requests (or N with
 ///   "?last=N"), faults, the scenario and the datapath's behaviour as one JSON object;
+/// - GET /sim/bundle: the last diagnosis bundle, as a file
 /// - POST /sim/switch: a JSON object with any of the members below; replies with
 ///   {"ok": true} or status 400 and {"ok": false, "refused": [names]}.
 ///

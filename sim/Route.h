@@ -13,7 +13,7 @@ namespace sim {
 struct Route
 {
     QByteArray path;
-    HeaderRules headers; ///< whatever has content is POSTed
+    HeaderRules headers; ///< a file is PUT, whatever else has content is POSTed
 
     /// Checks the body and, where the route takes one, the query. Runs for every request, also
     /// when a fault replaces the reply.
@@ -28,7 +28,10 @@ struct Route
     /// Runs in place of `handle` when a fault replaces the reply; usually nothing.
     std::function<void(const Call&, World&)> onFault = {};
 
-    QByteArray method() const { return headers.content == NoContent ? "GET" : "POST"; }
+    QByteArray method() const
+    {
+        return headers.content == NoContent ? "GET" : headers.content == Gzip ? "PUT" : "POST";
+    }
 };
 
 /// Answers with a part of the scenario as it stands.
@@ -44,5 +47,6 @@ std::vector<Route> loginRoutes();
 std::vector<Route> accountRoutes();
 std::vector<Route> sessionRoutes();
 std::vector<Route> resourceRoutes();
+std::vector<Route> diagnosisRoutes();
 
 } // namespace sim

@@ -47,7 +47,8 @@ Call parse(End end, const HttpCall& received)
 std::vector<Route> orchestratorRoutes()
 {
     std::vector<Route> all;
-    for (const auto& group : {loginRoutes(), accountRoutes(), sessionRoutes(), resourceRoutes()})
+    for (const auto& group :
+         {loginRoutes(), accountRoutes(), sessionRoutes(), resourceRoutes(), diagnosisRoutes()})
         all.insert(all.end(), group.begin(), group.end());
     return all;
 }
@@ -376,6 +377,12 @@ QStringList Simulator::deviceRequests() const
 {
     const std::lock_guard lock(d->mutex);
     return d->world.deviceRequests;
+}
+
+Bundle Simulator::bundle() const
+{
+    const std::lock_guard lock(d->mutex);
+    return d->world.bundle;
 }
 
 QList<RequestRecord> Simulator::requests() const

@@ -94,6 +94,9 @@ public:
     /// Usernames that have asked for the association of their device.
     QStringList deviceRequests() const;
 
+    /// The last diagnosis bundle that was announced.
+    Bundle bundle() const;
+
     QList<RequestRecord> requests() const;
     /// The last request to `path` on any server; its method is empty when there was none.
     RequestRecord lastRequest(const QByteArray& path) const;

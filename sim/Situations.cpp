@@ -9,6 +9,9 @@ namespace sim {
 namespace {
 
 constexpr char kAuth[] = "/api/mobile/v2/auth";
+constexpr char kBundle[] = "/files/bundle";
+constexpr char kBundleAddress[] = "/api/mobile/v2/log/url";
+constexpr char kBundleReport[] = "/api/mobile/v2/log/result";
 constexpr char kChange[] = "/api/mobile/v2/resetpassword";
 constexpr char kConnect[] = "/api/mobile/v2/connect";
 constexpr char kFilter[] = "/files/ip-filter.json";
@@ -29,11 +32,12 @@ QJsonObject status(const char* path, int code)
 }
 
 /// Every request to `path` is answered with this document.
-QJsonObject answer(const char* path, const QJsonObject& document)
+QJsonObject answer(const char* path, const QJsonObject& document, int code = 0)
 {
     const QByteArray body = QJsonDocument(document).toJson(QJsonDocument::Compact);
-    return {
-        {"fault", QJsonObject{{"path", QLatin1String(path)}, {"body", QString::fromUtf8(body)}}}};
+    QJsonObject fault = status(path, code);
+    fault.insert("body", QString::fromUtf8(body));
+    return {{"fault", fault}};
 }
 
 /// The next heartbeat's answer carries one action, or ten of them.
@@ -130,6 +134,23 @@ std::vector<Situation> customerLogos()
     };
 }
 
+std::vector<Situation> diagnoses()
+{
+    const QString group = "Diagnosis";
+    const auto gone = [](int reason) {
+        return refusal(401, "token expired, or password changed", {{"invalidReasonCode", reason}});
+    };
+    return {
+        {group, "Send a diagnosis bundle", {{"order", QJsonObject{{"logfile", "bundle-1"}}}}},
+        {group, "No address for the bundle", {{"fault", status(kBundleAddress, 500)}}},
+        {group, "Bundle's address: 502", {{"fault", status(kBundleAddress, 502)}}},
+        {group, "Bundle's address: password changed", answer(kBundleAddress, gone(1), 401)},
+        {group, "Bundle not taken", {{"fault", status(kBundle, 404)}}},
+        {group, "Bundle's report not taken", {{"fault", status(kBundleReport, 500)}}},
+        {group, "Bundle's report: logged out", answer(kBundleReport, gone(3), 401)},
+    };
+}
+
 std::vector<Situation> refusals()
 {
     struct Row
@@ -171,7 +192,6 @@ std::vector<Situation> serverOrders()
         {group, "Reconnect, no reason", order(4, "", "")},
         {group, "Reconnect, ten times in one answer", order(4, "", "", 10)},
         {group, "Disconnect on a new subnet", orderOnNewSubnet()},
-        {group, "Send a diagnosis bundle", {{"order", QJsonObject{{"logfile", "bundle-1"}}}}},
     };
 }
 
@@ -224,11 +244,8 @@ std::vector<Situation> build()
          scenario("passwordRules",
                   {{"firstPwdRule", QJsonArray{QJsonObject{{"pwdRegularStr", "(a+)+b"},
                                                            {"clientName", "Only a and b."}}}}})},
-        {codes,
-         "New password refused",
-         {{"fault", QJsonObject{{"path", kChange},
-                                {"status", 406},
-                                {"body", R"({"code":406,"i18nKey":"Used before."})"}}}}},
+        {codes, "New password refused",
+         answer(kChange, {{"code", 406}, {"i18nKey", "Used before."}}, 406)},
         {session, "Heartbeat fails", {{"fault", status(kHeartbeat, 500)}}},
         {session, "Intranet mode", scenario("connectReply", {{"mobileDetect", true}})},
         {session,
@@ -247,7 +264,7 @@ std::vector<Situation> build()
         {session, "Log out, no reason", {{"revoke", -1}}},
     };
     for (const std::vector<Situation>& more :
-         {customerLogos(), serverOrders(), datapaths(), refusals()})
+         {customerLogos(), serverOrders(), diagnoses(), datapaths(), refusals()})
         all.insert(all.end(), more.begin(), more.end());
     return all;
 }

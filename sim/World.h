@@ -60,6 +60,20 @@ struct Challenge
     QString bindToken;      ///< allows to ask for this device's association
 };
 
+/// A diagnosis bundle: as it is announced, as it has arrived, and as it is reported.
+struct Bundle
+{
+    QString name;
+    qint64 size = 0; ///< 0: it has been lost
+    int trigger = 0; ///< 0: the client, 1: the orchestrator
+    QString logId;   ///< under which the service knows it
+    QString requestId;
+    bool sent = false;       ///< whatever was answered
+    QByteArray content = {}; ///< as it has been taken
+    QStringList files = {};  ///< what is in it
+    QJsonObject report = {};
+};
+
 constexpr char kTokenHeader[] = "x-tq-auth-header";
 
 /// A request with its body read as JSON, when it is that.
@@ -91,6 +105,7 @@ struct World
     QStringList deviceRequests;          ///< usernames that asked for an association
     QSet<int> keyGivenTo;        ///< customers whose last key request was answered with a key
     QVector<QJsonObject> orders; ///< see Simulator::order
+    Bundle bundle;               ///< the last one
     QStringList violations;
 
     QString orchestratorRoot() const { return roots.value(End::Orchestrator); }

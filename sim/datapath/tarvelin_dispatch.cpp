@@ -52,8 +52,12 @@ int main(int argc, char** argv)
         return 0;
     }
     if (startsWith(command, "set_orvek_pcapEnable/engine=0 ") ||
-        startsWith(command, "set_dp_pcap/"))
+        startsWith(command, "set_dp_pcap/")) {
+        const std::string folder = standin::readFile(directory + kPcapDirFile);
+        if (command == "set_dp_pcap/1" && !folder.empty())
+            standin::replaceFile(folder + "/datapath.pcap", "no packets\n");
         return 0;
+    }
     standin::violation(directory, "dispatch tool: unknown command " + line);
     std::fprintf(stderr, "dispatch: unknown command\n");
     return 1;

@@ -44,6 +44,8 @@ WindowScene::~WindowScene()
     if (QFile::exists(file(QStringLiteral("tarvelin"))))
         QProcess::execute(file(QStringLiteral("tarvelin")),
                           {QStringLiteral("-D"), QStringLiteral("stop")});
+    qputenv("PATH", m_path);
+    qputenv("TMPDIR", m_tmp);
     qInstallMessageHandler(m_previous);
     platform() = Platform();
 }
@@ -62,6 +64,20 @@ void WindowScene::stageDatapath()
     QFile owner(file(QStringLiteral("standin.owner")));
     if (owner.open(QIODevice::WriteOnly))
         owner.write(QByteArray::number(QCoreApplication::applicationPid()));
+    for (const char* folder : {"tools", "tmp"})
+        QDir(m_folder.path()).mkdir(QLatin1String(folder));
+    for (const char* tool : {"ping", "ifconfig", "ip"})
+        stageTool(QLatin1String(tool), QByteArray("echo ") + tool + " \"$@\"");
+    qputenv("PATH", file(QStringLiteral("tools:")).toUtf8() + m_path);
+    qputenv("TMPDIR", file(QStringLiteral("tmp")).toUtf8());
+}
+
+void WindowScene::stageTool(const QString& name, const QByteArray& script)
+{
+    QFile tool(file(QStringLiteral("tools/")) + name);
+    if (tool.open(QIODevice::WriteOnly))
+        tool.write("#!/bin/sh\n" + script + '\n');
+    tool.setPermissions(QFile::ReadOwner | QFile::ExeOwner | QFile::WriteOwner);
 }
 
 void WindowScene::logIn()

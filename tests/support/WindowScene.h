@@ -26,8 +26,13 @@ public:
     QString file(const QString& name) const { return m_folder.filePath(name); }
     QByteArray read(const QString& name) const;
 
-    /// Puts the control script and the datapath's programs into the folder.
+    /// Puts the control script and the datapath's programs into the folder, and in front of the
+    /// search path programs that stand in for those a diagnosis asks about the network. Temporary
+    /// files go to the folder "tmp" in it.
     void stageDatapath();
+
+    /// Such a program: what the shell is to do.
+    void stageTool(const QString& name, const QByteArray& script);
 
     /// Writes what a completed login leaves behind, with a session token that the service knows.
     void logIn();
@@ -47,6 +52,8 @@ public:
 private:
     QTemporaryDir m_folder;
     QtMessageHandler m_previous = nullptr;
+    const QByteArray m_path = qgetenv("PATH");
+    const QByteArray m_tmp = qgetenv("TMPDIR");
 };
 
 /// Waits in the background for a modal dialog of this class and hands it to `act`, once. The test

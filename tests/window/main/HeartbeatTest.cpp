@@ -112,7 +112,7 @@ private slots:
         });
         beat();
         QTRY_COMPARE(asked(kDisconnect), 1);
-        QTRY_VERIFY(event != "stop" || logged("Diagnosis requested, trigger type 1"));
+        QTRY_COMPARE(service().bundle().report["uploaded"].toBool(), event == "stop");
         QTRY_COMPARE(scene().quits, quits);
         QTRY_VERIFY(event == "poll" || connectText() == "Connect");
         QTRY_COMPARE(asked(kConnect), connects);

@@ -296,11 +296,14 @@ private slots:
         const QString fallback =
             "Get last diagnostic type failed. using default value: 0(triggered";
         QCOMPARE(logged(fallback), 1);
-        QVERIFY(logged("Diagnosis requested, trigger type 0, connected 0"));
+        QTRY_COMPARE(setting(ConfigUtil::DIAGNOSIS_FAIL).toInt(), 0);
+        QCOMPARE(service().bundle().trigger, 0);
+        save(ConfigUtil::DIAGNOSIS_FAIL, 1);
         save(ConfigUtil::DIAGNOSIS_TRIGGER_TYPE, 1);
         ModalGuard question("dlgStopPrompt", [](QDialog* dialog) { dialog->reject(); });
         button("btnConnect")->click();
-        QVERIFY(logged("Diagnosis requested, trigger type 1, connected 1"));
+        QTRY_COMPARE(setting(ConfigUtil::DIAGNOSIS_FAIL).toInt(), 0);
+        QCOMPARE(service().bundle().trigger, 1);
         QCOMPARE(logged(fallback), 1);
         QVERIFY(isConnected());
     }
