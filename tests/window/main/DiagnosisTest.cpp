@@ -135,6 +135,8 @@ private slots:
         row("502", kAddress, Fault::withStatus(502), none, 1, met, none, 0);
         row("maintenance", kAddress, Fault::withStatus(502), none, 1, met, "OrchUpgradeDialog", 0);
         row("refused", kAddress, Fault::withStatus(500), address, 1, lost, none, 0);
+        const Fault other = Fault::withStatus(400, json("{'code':402,'message':'password'}"));
+        row("another code", kAddress, other, address, 1, lost, none, 0);
         row("another reason", kAddress, body(9), address, 1, none, none, 1);
         row("kicked out", kAddress, body(3), address, 1, none, "CommonTipsDialog", 1);
         row("account changed", kReport, body(5), report, 1, none, "CommonTipsDialog", 1);
