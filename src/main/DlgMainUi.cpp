@@ -169,6 +169,9 @@ void DlgMainUi::buildPages(QDialog* window)
     m_ScrollArea->setFrameShape(QFrame::NoFrame);
     m_ScrollArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_ScrollArea->setWidget(m_SettingWidge);
+    QObject::connect(
+        m_SettingWidge, &WidgetSetting::sectionOpened, m_ScrollArea,
+        [area = m_ScrollArea](QWidget* section) { area->ensureWidgetVisible(section, 0, 0); });
 
     labelLogTitle = pageTitle(window, "labelLogTitle", tr("Log"));
     btnViewAll = button(window, "btnViewAll", QRect(476, 56, 100, 24), tr("View All"), "link");

@@ -16,6 +16,7 @@
 #include <QFormLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QTimer>
 #include <QVBoxLayout>
 
 namespace {
@@ -62,8 +63,13 @@ void WidgetSetting::initUI()
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 8, 0);
     column->setSpacing(8);
-    for (FoldableWidget* section : {m_accountWidget, m_changePassWidget, m_diagnoseWidget})
+    for (FoldableWidget* section : {m_accountWidget, m_changePassWidget, m_diagnoseWidget}) {
         column->addWidget(section);
+        connect(section->topBtn(), &QPushButton::clicked, this, [this, section] {
+            if (!section->isFold())
+                QTimer::singleShot(0, this, [this, section] { emit sectionOpened(section); });
+        });
+    }
     column->addStretch();
 }
 

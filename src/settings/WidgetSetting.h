@@ -49,6 +49,8 @@ signals:
     /// The orchestrator calls the session invalid; `end` is None when the user is only told so.
     void sessionInvalid(SessionEnd end);
     void diagnosisWanted();
+    /// The user has opened this section, and its place is laid out.
+    void sectionOpened(QWidget* section);
 
 protected:
     void showEvent(QShowEvent* event) override;
