@@ -62,6 +62,7 @@ void DlgMain::showMenu(MENU_ITEM m)
     ui->toolBtnLog->setChecked(m == MENU_LOG);
     ui->toolBtnQuit->setChecked(m == MENU_QUIT);
     m_home->setPage(m);
+    update(); // as a whole: a shadow above it is drawn over the gaps between changed parts, too
 }
 
 void DlgMain::on_toolBtnHome_clicked()
