@@ -1,5 +1,6 @@
 #include "widgets/DialogFrame.h"
 
+#include <QAccessible>
 #include <QBitmap>
 #include <QDialog>
 #include <QPainter>
@@ -39,6 +40,13 @@ bool runAndDelete(QDialog* dialog)
     const bool accepted = dialog->exec() == QDialog::Accepted;
     delete alive;
     return accepted;
+}
+
+void announce(QWidget* panel, const QString& text)
+{
+    panel->setAccessibleName(text);
+    QAccessibleEvent alert(panel, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
 }
 
 void paintCard(QWidget* widget)

@@ -1,6 +1,7 @@
 #pragma once
 
 class QDialog;
+class QString;
 class QWidget;
 
 /// Moves `dialog` so that its middle stands over the middle of the window that holds `parent`,
@@ -10,6 +11,10 @@ void centerOver(QWidget* dialog, const QWidget* parent);
 /// Runs a dialog modally and deletes it. False when it was declined, and when it went together with
 /// its window meanwhile: whoever uses the window afterwards checks that it is still there.
 bool runAndDelete(QDialog* dialog);
+
+/// Lets a screen reader say `text` for a panel that appears without being asked for or taking the
+/// focus.
+void announce(QWidget* panel, const QString& text);
 
 /// Paints the white card with rounded corners (radius 4 px) and a fine border that frameless
 /// dialogs and floating panels stand on. Call from the widget's paint event.

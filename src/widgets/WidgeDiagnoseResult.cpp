@@ -62,6 +62,12 @@ void WidgeDiagnoseResult::setDiagnoseResult(bool networkOK, bool orchOK)
                orchOK ? tr("Orchestrator Connected") : tr("Orchestrator Not Connected"));
 }
 
+void WidgeDiagnoseResult::showEvent(QShowEvent*)
+{
+    announce(this, QStringList{tr("Check Result"), m_networkText->text(), m_orchText->text()}.join(
+                       QStringLiteral(", ")));
+}
+
 void WidgeDiagnoseResult::on_pushBtnClose_clicked()
 {
     close();

@@ -22,6 +22,7 @@ public slots:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void showEvent(QShowEvent* event) override;
 
 private:
     QGraphicsDropShadowEffect* effect;

@@ -9,7 +9,6 @@
 #include "widgets/Style.h"
 #include "widgets/WidgetParts.h"
 
-#include <QAccessible>
 #include <QFontMetrics>
 #include <QGraphicsDropShadowEffect>
 #include <QLabel>
@@ -109,9 +108,7 @@ void WidgetTopPrompt::showPrompt(PROMPT_TYPE type, QString text, bool log)
         m_HideTimer->start();
     else
         m_HideTimer->stop();
-    setAccessibleName(text);
-    QAccessibleEvent alert(this, QAccessible::Alert);
-    QAccessible::updateAccessibility(&alert);
+    announce(this, text);
 }
 
 void WidgetTopPrompt::logPrompt(PROMPT_TYPE type, const QString& text) const
