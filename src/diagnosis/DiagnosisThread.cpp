@@ -11,19 +11,16 @@
 #include <QNetworkAccessManager>
 #include <QPointer>
 
-#include <chrono>
-#include <mutex>
-
 namespace {
 
 // Runs share the work folder. A lock of the process: nothing of it is left when that is killed.
-std::timed_mutex& workLock()
+std::mutex& workLock()
 {
-    static std::timed_mutex lock;
+    static std::mutex lock;
     return lock;
 }
 
-constexpr std::chrono::milliseconds kTurn(50); // how soon a waiting run notices its end
+constexpr unsigned long kTurnMs = 50; // how soon a waiting run notices its turn, or its end
 
 } // namespace
 
@@ -56,14 +53,17 @@ void DiagnosisThread::end()
     requestInterruption();
     exit(); // every event loop that the thread waits in, and those that it would begin
     wait();
+    const std::lock_guard ended(m_running); // what the run has written is seen from here on
 }
 
 void DiagnosisThread::run()
 {
+    const std::lock_guard running(m_running);
     std::unique_lock turn(workLock(), std::defer_lock);
-    while (!turn.try_lock_for(kTurn)) {
+    while (!turn.try_lock()) {
         if (isInterruptionRequested())
             return;
+        msleep(kTurnMs);
     }
     QNetworkAccessManager manager; // belongs to the thread that uses it
     diagnose(manager);
@@ -131,22 +131,35 @@ void DiagnosisThread::passOn(const DiagnosisUpload& upload)
             [this](const OrchUpgradeReply& notice, NoticeType type) {
                 ask([this, notice, type] { emit showOrchUpgradeDialog(notice, type); });
             });
-    connect(&upload, &DiagnosisUpload::notifyLogout, this, &DiagnosisThread::notifyLogout,
-            Qt::QueuedConnection);
+    connect(&upload, &DiagnosisUpload::notifyLogout, &upload,
+            [this](bool notifyOrch, bool invalidToken, bool isByUser, bool showTip) {
+                QMetaObject::invokeMethod(this, "notifyLogout", Qt::QueuedConnection,
+                                          Q_ARG(bool, notifyOrch), Q_ARG(bool, invalidToken),
+                                          Q_ARG(bool, isByUser), Q_ARG(bool, showTip));
+            });
 }
 
 // A connection that blocks would never let go of a worker whose question is still on the screen
 // when the window goes. This one is left when the thread is to end.
-void DiagnosisThread::ask(const std::function<void()>& question)
+void DiagnosisThread::ask(std::function<void()> question)
 {
     QEventLoop answer;
     connect(this, &DiagnosisThread::dealtWith, &answer, &QEventLoop::quit);
-    const auto put = [this, question] {
-        const QPointer<DiagnosisThread> alive(this);
-        question();
-        if (alive)
-            emit dealtWith();
-    };
-    QMetaObject::invokeMethod(this, put, Qt::QueuedConnection);
+    {
+        const std::lock_guard lock(m_asking);
+        m_question = std::move(question);
+    }
+    QMetaObject::invokeMethod(this, "putQuestion", Qt::QueuedConnection);
     answer.exec();
+}
+
+void DiagnosisThread::putQuestion()
+{
+    const QPointer<DiagnosisThread> alive(this);
+    std::unique_lock lock(m_asking);
+    const std::function<void()> question = std::move(m_question);
+    lock.unlock();
+    question();
+    if (alive)
+        emit dealtWith();
 }

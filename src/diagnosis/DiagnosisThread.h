@@ -8,6 +8,7 @@
 #include <QThread>
 
 #include <functional>
+#include <mutex>
 
 class DiagnosisUpload;
 class QNetworkAccessManager;
@@ -65,7 +66,8 @@ private:
     void collect(const WorkFolder& folder);
     void printDpiDiagnostics() const;
     void passOn(const DiagnosisUpload& upload);
-    void ask(const std::function<void()>& question);
+    void ask(std::function<void()> question);
+    Q_INVOKABLE void putQuestion(); ///< on the GUI thread
     DiagnoseTriggerType trigger() const;
 
     const bool m_ShowUI;
@@ -75,4 +77,7 @@ private:
     QDialog* const m_Parent;
     DisplayValues m_display;
     DiagnoseTriggerType m_trigger = TriggerByClient;
+    std::mutex m_running; ///< held by a run
+    std::mutex m_asking;  ///< guards m_question
+    std::function<void()> m_question;
 };
