@@ -58,7 +58,9 @@ def tour(client, service):
             ("its code wanted", lambda: client.press("Next")),
             ("logged in by its code", lambda: client.enter_authenticator_code(code())),
             ("recovery codes copied", lambda: client.press("Copy")),
-            ("connected again", client.see_connected), ("quit again", client.quit),
+            ("connected again", client.see_connected), ("diagnosis shown", client.diagnose),
+            ("bundle received", lambda: wait_for(lambda: service.state()["bundle"]["files"])),
+            ("quit again", client.quit),
             ("no rule broken", service.check)]
 
 

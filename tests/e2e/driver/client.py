@@ -229,6 +229,11 @@ class Client:
         self.press("Connect")
         self.see_connected()
 
+    def diagnose(self):
+        for button in ("Setting", "Network Diagnosis", "Start the network diagnosis"):
+            self.press(button)
+        self.see_text("Network Normal Orchestrator Connected", 30)
+
     def quit(self):
         """Leaves by the quit page and confirms."""
         for button in ("Quit", "Quit Application", "Yes"):

@@ -8,7 +8,7 @@ from PIL import ImageGrab
 from .processes import start
 
 # Sanitizer and coverage settings of the caller reach the programs under test.
-_KEPT = ("PATH", "USER", "TZ", "ASAN_OPTIONS", "UBSAN_OPTIONS", "TSAN_OPTIONS", "LSAN_OPTIONS",
+_KEPT = ("USER", "TZ", "ASAN_OPTIONS", "UBSAN_OPTIONS", "TSAN_OPTIONS", "LSAN_OPTIONS",
          "GCOV_PREFIX")
 
 
@@ -18,10 +18,13 @@ class Desktop:
     run on it, in English, with a home of its own in `folder`."""
 
     def __init__(self, folder, screen_reader=True):
-        for name in ("config", "runtime", "tmp"):
+        for name in ("bin", "config", "runtime", "tmp"):
             (folder / name).mkdir(mode=0o700)
+        ping = folder / "bin/ping"  # nobody outside is asked
+        ping.write_text("#!/bin/sh\necho PING $3\n")
+        ping.chmod(0o700)
         self.environment = {name: os.environ[name] for name in _KEPT if name in os.environ} | {
-            "HOME": str(folder), "TMPDIR": f"{folder}/tmp", "LANG": "C.UTF-8",
+            "PATH": f"{folder}/bin:{os.environ['PATH']}", "HOME": str(folder), "TMPDIR": f"{folder}/tmp", "LANG": "C.UTF-8",
             "XDG_CONFIG_HOME": f"{folder}/config", "XDG_RUNTIME_DIR": f"{folder}/runtime",
             "GSETTINGS_BACKEND": "memory", "QT_QPA_PLATFORM": "xcb"}
         pipes = {"stdin": subprocess.PIPE, "stdout": subprocess.PIPE, "stderr": subprocess.DEVNULL,
