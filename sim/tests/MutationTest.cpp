@@ -20,11 +20,11 @@ namespace {
 /// Mutations that are no fault, and why: "path: mutation" for each path whose end fits.
 const QVector<QPair<const char*, const char*>> kHarmless{
     {"(privacyversion.json|error-texts.json|(orvek-round|logo).png|obtain|config|"
-     "getCustomerLogoUrl|url|upgrade|smsStatus|"
+     "getCustomerLogoUrl|resource/url|upgrade|smsStatus|"
      "rule|binddevice|forgotpassword|mode|recoverOtpKey|send): "
      "headers.sn.0 of another",
      "the request names the serial nowhere else"},
-    {"(obtain|url|smsStatus): headers.customerid.0 of another", "nor the customer"},
+    {"(obtain|resource/url|smsStatus): headers.customerid.0 of another", "nor the customer"},
     {"signout: headers.x-tq-auth-header(.0)? (dropped|empty)", "whose token was refused has none"},
     {"auth: json.agreeToPrivacy dropped", "who agreed before does not say it again"},
     {"auth: json.requestIdForPoll dropped", "a login that asks for another approval"},
@@ -37,6 +37,8 @@ const QVector<QPair<const char*, const char*>> kHarmless{
     {"auth: json.(automaticLogin|otpLogin) inverted", "the service does not know these settings"},
     {"auth: json.traceExtraInfo.(device(Name|Type)|hostName|opsType) (longer|empty|of another)",
      "any text"},
+    {"url: json.(cpeId (dropped|larger)|fileSize larger)", "one of many, of any size"},
+    {"result: json.uploadedTime larger", "a minute later"},
     {"(auth: json.(deviceId|privacyVersion|.*internalIp)|connect: json.internalIp) empty",
      "not known to the client"},
 };
@@ -54,13 +56,15 @@ QJsonObject described(const sim::RequestRecord& request)
     const QStringList target =
         QString(request.path + '?' + request.query).split('?', Qt::SkipEmptyParts);
     QJsonObject pieces{{"orchestrator", request.end == End::Orchestrator},
-                       {"post", request.method == "POST"},
+                       {"method", QString(request.method)},
                        {"target", QJsonArray::fromStringList(target)},
                        {"headers", headers}};
     if (request.path.endsWith("heartbeat") || request.path.endsWith("ip-filter.json"))
         pieces.insert("unconnected", false);
     const QString body = request.body;
-    if (body.startsWith('{')) {
+    if (request.method == "PUT") {
+        pieces.insert("file", QString::fromLatin1(request.body, request.body.size()));
+    } else if (body.startsWith('{')) {
         pieces.insert("json", request.json());
         pieces.insert("indented", false);
     } else {
@@ -211,8 +215,9 @@ private slots:
         }
         // What a request finds must not change with the requests before it, so none is really
         // served.
-        for (const auto& table : {sim::lookupRoutes(), sim::loginRoutes(), sim::accountRoutes(),
-                                  sim::sessionRoutes(), sim::resourceRoutes()}) {
+        for (const auto& table :
+             {sim::lookupRoutes(), sim::loginRoutes(), sim::accountRoutes(), sim::sessionRoutes(),
+              sim::resourceRoutes(), sim::diagnosisRoutes()}) {
             for (const sim::Route& route : table) {
                 QVERIFY2(service().count(route.path) > 0, route.path);
                 if (!route.onFault)
@@ -272,6 +277,8 @@ private:
         fire("m_StatCountTimer");
         QTRY_VERIFY(service().count("/api/mobile/v2/heartbeat") > before);
         platform().clock = Platform().clock;
+        button("m_startBtn")->click();
+        QTRY_VERIFY(button("m_startBtn")->text() == "Start");
         child<QAction>("m_ActExit")->trigger();
         QTRY_COMPARE(scene().quits, intranet ? 2 : 1);
         window.reset();
@@ -368,12 +375,12 @@ private:
             return pieces.value(piece).toVariant().toStringList().join(by).toUtf8();
         };
         const QJsonDocument json(pieces.value("json").toObject());
-        QByteArray body = joined("form", "&");
+        QByteArray body = joined("form", "&") + pieces.value("file").toString().toLatin1();
         if (pieces.value("json").isObject())
             body = json.toJson(pieces.value("indented").toBool() ? QJsonDocument::Indented
                                                                  : QJsonDocument::Compact);
-        const bool post = pieces.value("post").toBool();
-        QByteArray head = (post ? "POST " : "GET ") + joined("target", "?") + " HTTP/1.1\r\n";
+        const QByteArray method = joined("method", "");
+        QByteArray head = method + ' ' + joined("target", "?") + " HTTP/1.1\r\n";
         QVariantMap headers = pieces.value("headers").toObject().toVariantMap();
         if (pieces.value("unconnected").toBool())
             headers["x-tq-auth-header"] =
@@ -382,7 +389,7 @@ private:
             for (const QString& value : header->toStringList())
                 head += (header.key() + ": " + value + "\r\n").toUtf8();
         }
-        if (post || !body.isEmpty())
+        if (method != "GET" || !body.isEmpty())
             head += "content-length: " + QByteArray::number(body.size()) + "\r\n";
         service().clear();
         const bool lookup = !pieces.value("orchestrator").toBool();
