@@ -40,7 +40,7 @@ void ForceResetPasswordWidget::buildForm()
     auto* repeatWarning = new WarningIcon("m_pwWarningRepeatLabel", "m_samePwdTipsWidget",
                                           m_repeatPasswordEdit, this);
     m_newPassword = new NewPassword({m_newPasswordEdit, warning, m_repeatPasswordEdit,
-                                     repeatWarning, tr("Please enter the new password.")},
+                                     repeatWarning, tr("Please enter the new password."), true},
                                     this);
     connect(m_newPassword, &NewPassword::checked, this, &ForceResetPasswordWidget::onTextEdited);
     connect(m_newPassword, &NewPassword::rulesUnknown, this, [this](const OrchReply& reply) {

@@ -82,7 +82,7 @@ void NewPassword::checkRules(const QString& password)
         logDisplayWarning(tr("A password rule of the service cannot be applied here. The service "
                              "itself checks the password against it."));
     }
-    if (erased && !m_rules.isEmpty())
+    if (erased && (m_parts.withoutRules || !m_rules.isEmpty()))
         m_parts.warning->warn(m_parts.emptyTips);
     else if (finding.broken && !password.isEmpty())
         m_parts.warning->warn(finding.errTips.isEmpty()

@@ -27,7 +27,8 @@ public:
         WarningIcon* warning;
         EntryField* repeat;
         WarningIcon* repeatWarning;
-        QString emptyTips; ///< shown when the password has been erased again
+        QString emptyTips; ///< shown when the password has been erased again,
+        bool withoutRules; ///< also while there are no rules
     };
 
     NewPassword(const Parts& parts, QObject* parent);

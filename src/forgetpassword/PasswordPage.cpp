@@ -119,6 +119,7 @@ void PasswordPage::addSubmit(QPushButton* button)
     button->setFixedHeight(kFieldHeight);
     button->setAutoDefault(true); // Return presses it while it has the focus
     addWide(button);
+    connect(button, &QPushButton::clicked, this, &PasswordPage::keepFocus);
 }
 
 EntryField* PasswordPage::makeField(const char* name, const QString& title, const char* icon)
@@ -134,6 +135,7 @@ EntryField* PasswordPage::makePasswordField(const char* name, const QString& tit
 EntryField* PasswordPage::adopt(EntryField* field)
 {
     connect(field, &QLineEdit::returnPressed, this, [this, field] { onReturn(field); });
+    connect(field, &QLineEdit::textEdited, this, [this, field] { m_lastEdited = field; });
     m_fields.append(field);
     return field;
 }
@@ -150,6 +152,14 @@ void PasswordPage::onReturn(EntryField* field)
         if (next->text().isEmpty() && !next->isReadOnly())
             return next->setFocus(Qt::TabFocusReason);
     }
+}
+
+// A button that is disabled while its request runs would hand the focus on to one that leaves.
+void PasswordPage::keepFocus()
+{
+    auto* const field = qobject_cast<EntryField*>(focusWidget());
+    if (m_lastEdited && !m_fields.contains(field))
+        m_lastEdited->setFocus(Qt::OtherFocusReason);
 }
 
 void PasswordPage::focusFirstEmpty()

@@ -80,10 +80,12 @@ private:
     EntryField* adopt(EntryField* field);
     void addWide(QWidget* widget);
     void onReturn(EntryField* field);
+    void keepFocus();
 
     QGridLayout* m_form;
     QVector<EntryField*> m_fields; ///< that take input, from top to bottom
     QPushButton* m_submit = nullptr;
+    EntryField* m_lastEdited = nullptr;
 };
 
 } // namespace TQ

@@ -143,9 +143,15 @@ void ResetChannel::queryStatus()
     params.customerId = m_customerId;
     params.id = m_codeId;
     params.type = QLatin1String(namesOf(m_method).statusType);
+    const auto refused = [this](const OrchReply& reply) {
+        if (reply.status != 502)
+            return onStatus(codeOf(reply));
+        endSending();
+        emit failed(reply);
+    };
     ipc::OrchIpc::instance()->querySmsStatus(
         params, m_attempt.step([this](const OrchReply&) { onDelivered(); }),
-        m_attempt.step([this](const OrchReply& reply) { onStatus(codeOf(reply)); }));
+        m_attempt.step(refused));
 }
 
 void ResetChannel::onDelivered()

@@ -56,7 +56,7 @@ void ResetPasswordWidget::buildForm()
     auto* repeatWarning = new WarningIcon("m_pwRepeatWarningLabel", "m_samePwdTipsWidget",
                                           m_passwordRepeatEdit, this);
     m_newPassword = new NewPassword({m_passwordEdit, warning, m_passwordRepeatEdit, repeatWarning,
-                                     tr("Please enter the password.")},
+                                     tr("Please enter the password."), false},
                                     this);
     wireNewPassword();
 

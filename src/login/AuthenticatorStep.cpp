@@ -63,6 +63,7 @@ void AuthenticatorStep::handleOtpLogin(bool otpLogin, const QString& otpKey,
 {
     qApp->setProperty(appproperty::kOtpMiddleToken, otpMiddleToken);
     m_otpKey = otpKey;
+    restore(); // the page may be the one that stands: another code is wanted
     if (otpLogin)
         return emit codePageWanted();
     setupOtpQrCode();

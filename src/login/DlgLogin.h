@@ -79,6 +79,7 @@ public slots:
     // Customer step
     void on_btnContinue_clicked();
     void showPrivacy();
+    void rejectWithDialogs();
     void checkUpgrade();
 
     // Login page

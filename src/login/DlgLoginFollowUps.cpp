@@ -20,8 +20,8 @@
 void DlgLogin::wireFollowUps()
 {
     auto* const step = new SmsStep(m_context, this);
-    for (const auto wanted : {&LoginRequest::smsNeeded, &LoginRequest::bindingDemanded})
-        connect(m_request, wanted, m_ConnectSlowWarningTimer, &QTimer::stop);
+    connect(m_request, &LoginRequest::smsNeeded, m_ConnectSlowWarningTimer, &QTimer::stop);
+    connect(m_request, &LoginRequest::bindingDemanded, m_ConnectSlowWarningTimer, &QTimer::stop);
     // A dialog is not opened from within the callback of a request.
     connect(m_request, &LoginRequest::smsNeeded, step, &SmsStep::askForCode, Qt::QueuedConnection);
     connect(m_request, &LoginRequest::bindingDemanded, step, &SmsStep::bindDevice,

@@ -24,6 +24,7 @@
 #include "widgets/PromptText.h"
 #include "widgets/WidgetTopPrompt.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QJsonDocument>
 #include <QLineEdit>
@@ -104,14 +105,16 @@ void DlgLogin::showPrivacy()
     if (!alive)
         return;
     if (!agreed)
-        return reject();
+        return rejectWithDialogs();
     activateWindow(); // the fields take the keyboard again
     m_customer->keepAgreement(shown);
     if (result() == QDialog::Accepted)
         return;
     if (waiting && run.isCurrent())
         m_ConnectSlowWarningTimer->start();
-    if (m_context.byHand || m_upgrade->isDialogOpen())
+    const QWidget* modal = QApplication::activeModalWidget();
+    const bool followUp = m_curPage > DLG_LOGIN_PAGE || (modal && modal != this);
+    if (m_context.byHand || m_upgrade->isDialogOpen() || followUp)
         return; // the login goes on beside the dialog
 
     const bool credentials =
@@ -131,6 +134,15 @@ void DlgLogin::showPrivacy()
     logDisplayInfo(tr("Get privacy version again"));
     m_ConnectSlowWarningTimer->start();
     m_customer->getPrivacyVerFromMain();
+}
+
+// A dialog below the agreement must not end in a login.
+void DlgLogin::rejectWithDialogs()
+{
+    const auto dialogs = findChildren<QDialog*>();
+    for (QDialog* dialog : dialogs)
+        dialog->reject();
+    reject();
 }
 
 // Upgrade
@@ -262,6 +274,8 @@ void DlgLogin::authUser()
 
 void DlgLogin::loginAccepted()
 {
+    if (!isVisible())
+        return; // declined meanwhile
     m_ConnectSlowWarningTimer->stop();
     ConfigUtil::writeValue(ConfigUtil::REMEMBER_PASSWORD, checkState(ui->remePwCheckBox));
     ConfigUtil::writeValue(ConfigUtil::AUTO_LOGIN, checkState(ui->autoLoginCheckBox));

@@ -98,7 +98,7 @@ void DlgPhoneAuth::wireSender()
     connect(m_sender, &SmsSender::delivered, this,
             [this] { emit told(WidgetTopPrompt::SHOW_SUCCESS, tr("SMS sent successfully")); });
     connect(m_sender, &SmsSender::undelivered, this, &DlgPhoneAuth::error);
-    connect(m_sender, &SmsSender::refused, this, &DlgPhoneAuth::refused);
+    connect(m_sender, &SmsSender::refused, this, &DlgPhoneAuth::refuse);
 }
 
 void DlgPhoneAuth::showEvent(QShowEvent* event)
@@ -157,6 +157,15 @@ void DlgPhoneAuth::setUnderWay(bool underWay)
     m_lineEditCode->setFocus();
 }
 
+// What has ended the login that this code belongs to has taken its credentials away.
+void DlgPhoneAuth::refuse(const OrchReply& reply)
+{
+    const bool hadToken = !ConfigUtil::savedText(ConfigUtil::TOKEN).isEmpty();
+    emit refused(reply);
+    if (hadToken && ConfigUtil::savedText(ConfigUtil::TOKEN).isEmpty())
+        reject();
+}
+
 // Verification
 
 void DlgPhoneAuth::verifyUser(bool withRequestId)
@@ -201,7 +210,7 @@ void DlgPhoneAuth::verifyUserHandler(const OrchReply& reply)
     m_DeviceBind = isDeviceBing(reply, m_DeviceBindUser, m_DeviceBindToken);
     if (m_DeviceBind)
         return reject();
-    emit refused(reply);
+    refuse(reply);
 }
 
 void DlgPhoneAuth::takeReply(const LoginReply& reply)
@@ -253,8 +262,7 @@ void DlgPhoneAuth::asyncAuthHandler(const OrchReply& reply)
     if (!reply.answered()) {
         logDisplayCritical(tr("Asynchronous authenticatin failed"));
         setUnderWay(false);
-        emit refused(reply);
-        return;
+        return refuse(reply);
     }
     qDebug().noquote() << maskSecrets(reply.body);
     const int resultCode = JsonUtil::getInt(reply.json(), QStringLiteral("resultCode"), -1);

@@ -67,6 +67,7 @@ private:
     void on_btnOk_clicked();
     void showCountdown(int seconds);
     void setUnderWay(bool underWay);
+    void refuse(const OrchReply& reply);
     void error(const QString& text) { emit told(WidgetTopPrompt::SHOW_ERROR, text); }
     void verifyUser(bool withRequestId);
     void send(const OrchRequest& request, PHONE_LOGIN_STEP step);

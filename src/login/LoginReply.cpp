@@ -47,7 +47,7 @@ LoginFollowUp decideLogin(const LoginReply& reply, const QString& otpMiddleToken
         return reply.authResultCheckTimes > 0 ? LoginFollowUp::Approval
                                               : LoginFollowUp::ApprovalOver;
     }
-    if (!otpMiddleToken.isEmpty())
+    if (!otpMiddleToken.isEmpty() && (reply.otpLogin || !reply.otpKey.isEmpty()))
         return LoginFollowUp::Authenticator;
     return LoginFollowUp::Unusable;
 }

@@ -166,7 +166,6 @@ void LoginRequest::sendLogin(const ipc::LoginParams& params)
     setApproved(false);
     m_inFlight = true;
     m_sent = m_context.fields();
-    m_sent.password = QString(m_sent.password.trimmed().size(), QLatin1Char('*'));
     const auto received = [this](const OrchReply& reply) { _requestLoginSuccHandler(reply); };
     const auto failed = [this](const OrchReply& reply) { _requestLoginFailedHandler(reply); };
     orch()->sendLoginRequest(params, m_context.attempt.step(received),
@@ -208,7 +207,8 @@ void LoginRequest::_requestLoginSuccHandler(const OrchReply& reply)
     case LoginFollowUp::ApprovalOver:
         return emit ended(errorText(ErrorText::ApprovalTimeout));
     case LoginFollowUp::Sms:
-        return emit smsNeeded(answer.phoneNumber, answer.middleToken);
+        return emit smsNeeded(answer.phoneNumber, answer.middleToken, m_sent.username.trimmed(),
+                              m_sent.password.trimmed());
     case LoginFollowUp::Authenticator:
         return emit authenticatorNeeded(answer.otpLogin, answer.otpKey, m_otpMiddleToken);
     case LoginFollowUp::Unusable:
@@ -240,7 +240,8 @@ void LoginRequest::userInfoStorage(const QString& token)
 {
     ConfigUtil::writeValue(ConfigUtil::TOKEN, token);
     ConfigUtil::writeValue(ConfigUtil::USERNAME, m_sent.username.trimmed());
-    ConfigUtil::writeValue(ConfigUtil::PASSWORD, m_sent.password);
+    ConfigUtil::writeValue(ConfigUtil::PASSWORD,
+                           QString(m_sent.password.trimmed().size(), QLatin1Char('*')));
     ConfigUtil::writeValue(ConfigUtil::CUSTOMERIDSTR, m_sent.customerId.trimmed());
     ConfigUtil::writeValue(ConfigUtil::CUSTOMERID, m_context.m_CustomerID);
 }

@@ -52,7 +52,9 @@ signals:
     /// The token is saved, but the password must be changed first, for these reasons.
     void passwordChangeForced(const QString& reasonCn, const QString& reasonEn);
     /// A code goes to this phone; `middleToken`, a secret, lets it be sent.
-    void smsNeeded(const QString& phoneNumber, const QString& middleToken);
+    /// `password`, a secret, is what the login was sent with, whatever the user types meanwhile.
+    void smsNeeded(const QString& phoneNumber, const QString& middleToken, const QString& username,
+                   const QString& password);
     /// A code of the authenticator is wanted. Without `otpLogin` none is bound yet, and `otpKey`
     /// is the secret to bind; `otpMiddleToken` is a secret too.
     void authenticatorNeeded(bool otpLogin, const QString& otpKey, const QString& otpMiddleToken);
@@ -91,7 +93,7 @@ private:
     void setApproved(bool approved);
 
     LoginContext& m_context;
-    LoginFields m_sent; ///< what the last login request went out with, the password masked
+    LoginFields m_sent; ///< what the last login request went out with
     QString m_encryptedUserName;
     QString m_encryptedPassword;
     QString m_verifyNum;      ///< secret: the authenticator code being submitted

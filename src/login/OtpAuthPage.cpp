@@ -5,6 +5,7 @@
 #include "widgets/WidgetParts.h"
 
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPixmap>
 #include <QPushButton>
@@ -114,6 +115,14 @@ void OtpAuthPage::drawCode()
     else
         qrLabel->setPixmap(QPixmap::fromImage(picture));
     qrBottomLabel->setVisible(!picture.isNull());
+}
+
+void OtpAuthPage::keyPressEvent(QKeyEvent* event)
+{
+    if (event->matches(QKeySequence::Cancel))
+        emit backWanted(); // the window would close
+    else
+        QWidget::keyPressEvent(event);
 }
 
 void OtpAuthPage::showEvent(QShowEvent* event)

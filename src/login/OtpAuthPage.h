@@ -25,6 +25,7 @@ signals:
     void backWanted();
 
 protected:
+    void keyPressEvent(QKeyEvent* event) override; ///< Escape leads back
     void showEvent(QShowEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 

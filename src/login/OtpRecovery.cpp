@@ -1,6 +1,7 @@
 #include "login/OtpRecovery.h"
 
 #include "orch/ErrorCatalogue.h"
+#include "orch/JsonUtil.h"
 
 #include <QCoreApplication>
 
@@ -28,7 +29,7 @@ OtpRecovery OtpRecovery::fromReply(const OrchReply& reply, const OrchTexts& text
     const QJsonObject& json = reply.json();
     recovery.otpKey = json.value(QLatin1String("otpKey")).toString();
     recovery.otpMiddleToken = json.value(QLatin1String("otpMiddleToken")).toString();
-    if (json.contains(QLatin1String("code")))
+    if (JsonUtil::getInt(json, QStringLiteral("code"), -1) != -1)
         return recovery; // nothing to go on with, and no text for it
     recovery.done = !recovery.otpKey.isEmpty();
     if (!recovery.done)

@@ -4,6 +4,7 @@
 #include "widgets/BackButton.h"
 #include "widgets/WidgetParts.h"
 
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
 #include <QShowEvent>
@@ -88,8 +89,17 @@ void OtpVerifyPage::verify()
     const QString code = m_verifyNumber->text();
     if (code.size() < DigitCells::kCount)
         return emit codeMissing();
+    m_verifyNumber->setFocus(); // which the disabled button would hand on
     setVerifyBtnEnabled(false);
     emit verifyBtnClicked(code);
+}
+
+void OtpVerifyPage::keyPressEvent(QKeyEvent* event)
+{
+    if (event->matches(QKeySequence::Cancel))
+        emit backBtnClicked(); // the window would close
+    else
+        QWidget::keyPressEvent(event);
 }
 
 void OtpVerifyPage::showEvent(QShowEvent* event)

@@ -32,6 +32,7 @@ signals:
 
 protected:
     void hideEvent(QHideEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override; ///< Escape leads back
     void showEvent(QShowEvent* event) override;
 
 private:

@@ -15,12 +15,11 @@ SmsStep::SmsStep(LoginContext& context, QWidget* window)
 {
 }
 
-void SmsStep::askForCode(const QString& phoneNumber, const QString& middleToken)
+void SmsStep::askForCode(const QString& phoneNumber, const QString& middleToken,
+                         const QString& username, const QString& password)
 {
-    const LoginFields typed = m_context.fields();
-    const QPointer<DlgPhoneAuth> dialog =
-        new DlgPhoneAuth(phoneNumber, typed.username.trimmed(), typed.password.trimmed(),
-                         m_context.m_CustomerID, middleToken, m_window);
+    const QPointer<DlgPhoneAuth> dialog = new DlgPhoneAuth(
+        phoneNumber, username, password, m_context.m_CustomerID, middleToken, m_window);
     connect(dialog, &DlgPhoneAuth::told, this, &SmsStep::told);
     connect(dialog, &DlgPhoneAuth::submitted, this, &SmsStep::submitted);
     connect(dialog, &DlgPhoneAuth::refused, this, &SmsStep::refused);

@@ -18,7 +18,8 @@ public:
     SmsStep(LoginContext& context, QWidget* window);
 
     /// Asks for the code that goes to this phone and logs in with it.
-    void askForCode(const QString& phoneNumber, const QString& middleToken);
+    void askForCode(const QString& phoneNumber, const QString& middleToken, const QString& username,
+                    const QString& password);
 
     /// This device must be associated first; `token`, a secret, may be empty.
     void bindDevice(const QString& user, const QString& token);

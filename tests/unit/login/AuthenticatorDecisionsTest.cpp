@@ -79,6 +79,7 @@ private slots:
         };
         check(200, "{'otpKey':'K'}", true, "");
         check(200, "{'code':0,'otpKey':'K'}", false, "");
+        check(200, "{'code':null,'otpKey':'K'}", true, "");
         check(200, "<html>", false, "6014 The Orch");
         check(400, "{'code':1110}", false, "The recovery ");
     }

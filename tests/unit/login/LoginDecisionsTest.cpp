@@ -129,7 +129,9 @@ private slots:
         row("approval before authenticator", approval + "3,'otpMiddleToken':'o'}", Next::Approval);
         row("no polls allowed", approval + "0}", Next::ApprovalOver);
         row("polls as text", approval + "'3'}", Next::ApprovalOver);
-        row("authenticator", "{'otpMiddleToken':'o'}", Next::Authenticator);
+        row("authenticator", "{'otpMiddleToken':'o','otpLogin':true}", Next::Authenticator);
+        row("new authenticator", "{'otpMiddleToken':'o','otpKey':'K'}", Next::Authenticator);
+        row("no authenticator", "{'otpMiddleToken':'o'}", Next::Unusable);
         row("mistyped token", "{'X-TQ-AUTH-HEADER':5}", Next::Unusable);
         row("empty", "{}", Next::Unusable);
         row("no JSON", QByteArray("\xff\0<html>", 8), Next::Unusable);

@@ -139,6 +139,32 @@ private slots:
         QCOMPARE(QGuiApplication::clipboard()->text(), "dora@acme.example\n" + Util::getDeviceId());
     }
 
+    void aRefusedLoginTakesTheDialogAlong()
+    {
+        logInBySms([this](QDialog* dialog) {
+            QTRY_COMPARE(prompt(), kSent);
+            save(ConfigUtil::TOKEN, service().issueToken(kSara, Util::getSerial()));
+            answer(kLogin, Fault::withStatus(401, R"({"code":401,"message":"gone"})"));
+            submitSent(dialog);
+        });
+        QTRY_VERIFY(canLogIn());
+    }
+
+    void anAgreementDeclinedOverTheDialogEndsIt()
+    {
+        const QString backup = QString("backup:") + kPrivacy;
+        answer(QString("primary:") + kPrivacy, 500);
+        hold(backup);
+        logInBySms([&](QDialog*) {
+            service().edit([](sim::Scenario& now) { now.privacyVersion = "20991231"; });
+            ModalGuard privacy("DialogPrivacy", [](QDialog* dialog) { dialog->reject(); });
+            release(backup);
+            QTRY_VERIFY(privacy.seen());
+        });
+        QTRY_VERIFY(!window->isVisible());
+        QVERIFY(!accepted());
+    }
+
     void whatComesAfterTheDialogTouchesNothing()
     {
         hold(kStatus);
