@@ -4,7 +4,6 @@
 
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QTcpSocket>
 #include <QtTest>
 
 /// What a person does with the service: the control page and its situations.
@@ -64,17 +63,6 @@ private slots:
                                    {"situation", "no such thing"},
                                    {"scenario", QJsonObject{{"rsaTypes", "x"}}}}),
                  (QStringList{"nonsense", "rsaTypes", "situation"}));
-    }
-
-    void thePageIsServed()
-    {
-        QTcpSocket browser;
-        browser.connectToHost("127.0.0.1", quint16(QUrl(m_page->url()).port()));
-        browser.write("GET / HTTP/1.1\r\n\r\n");
-        while (browser.waitForReadyRead()) {
-        }
-        const QByteArray answer = browser.readAll();
-        QVERIFY(answer.startsWith("HTTP/1.1 200") && answer.contains("/sim/switch"));
     }
 
 private:

@@ -1,8 +1,5 @@
 """What a connected session goes through: a datapath that dies, ends after which the program really
 starts anew, the tray, and many connections in a row."""
-import os
-import signal
-
 import psutil
 import pytest
 
@@ -53,26 +50,6 @@ def test_the_service_ends_the_session(client, service, situation, explanation, a
     wait_for(lambda: not client.datapath(), what="end of the datapath")
     assert client.setting("PASSWORD") == ""
     assert asked(service, "disconnect") == 0
-
-
-def test_the_account_is_switched(client, service):
-    before = client.pid()
-    for button in ("Quit", "Switch Account", "Yes"):
-        client.press(button)
-    see_restart(client, before, ["-logout", "-byuser"])
-    wait_for(lambda: asked(service, "signout") == 1, what="sign-out")
-    assert asked(service, "disconnect") == 1
-
-
-def test_a_killed_datapath_is_back_by_itself(client, service):
-    first = client.datapath()
-    for pid in first:
-        os.kill(pid, signal.SIGKILL)
-    wait_for(lambda: asked(service, "connect") == 2, 20, "another connect", client.dump)
-    client.see_connected()
-    client.see_traffic()
-    assert "The datapath process has exited, try to restart." in client.log()
-    assert client.datapath().isdisjoint(first)
 
 
 def test_the_tray_opens_and_quits(client, service, tray):

@@ -1,6 +1,5 @@
 """How the client comes up: for a new user, beside another copy, after a crash, by itself, and in a
 folder where somebody has planted things."""
-import base64
 import ctypes
 import json
 import os
@@ -18,7 +17,6 @@ AGENT_CONFIGURATION = (b"orchid=12\ncpeid=4711\ncustomerid=1001\n"
                        b"commaddr=comm1.veltaro.example:4500\n"
                        b"bakcommaddr=comm1.veltaro.example:4501\n"
                        b"bakcommaddr=comm2.veltaro.example\n")
-BINARY = base64.b64encode(b"\x7fELF\1\2" + bytes(range(0x80, 0x100)))
 PLANTED = ["platforms/p.so", "platformthemes/p.so", "platforminputcontexts/p.so", "bearer/p.so",
            "imageformats/p.so", "iconengines/p.so", "styles/p.so", "xcbglintegrations/p.so",
            "qt.conf", "qtlogging.ini"]
@@ -46,15 +44,8 @@ def test_a_new_user_connects_stops_and_quits(scene, client, service):
     assert not client.datapath()
 
 
-@pytest.mark.parametrize("command", [
-    {}, {"situation": "Primary lookup down"}, {"datapath": {"agent": "flood_ready"}},
-    {"fault": {"path": "/files/ip-filter.json", "bodyBase64": BINARY.decode()}},
-], ids=["all well", "primary lookup down", "agent floods", "filter is binary"])
-def test_a_saved_login_connects_without_a_click(scene, client, service, command):
-    scene.restore()
-    service.command(**command)
-    client.start()
-    client.see_connected()
+def test_a_saved_login_connects_without_a_click(scene, client):
+    scene.start_remembered()
     assert "Reconnecting" in client.log()
     assert "Manual connect triggered" not in client.log()
 

@@ -13,13 +13,6 @@
 
 namespace {
 
-QString s_log;
-
-void keepLog(QtMsgType, const QMessageLogContext&, const QString& text)
-{
-    s_log += text + '\n';
-}
-
 /// Counts the callbacks of one request, and keeps the last reply.
 struct Outcome
 {
@@ -189,35 +182,6 @@ private slots:
         ConfigUtil::writeValue(ConfigUtil::DEBUGAUTHURL, m_server->url("/debug/api/auth"));
         QCOMPARE(askedAt(), QByteArray("/debug/s/mobile/pubkey/obtain"));
         QTRY_COMPARE(outcome.successes, 3);
-    }
-
-    void secretsStayOutOfTheLog()
-    {
-        ConfigUtil::writeValue(ConfigUtil::TOKEN, "SECRETtoken");
-        ipc::LoginParams params;
-        params.customerId = "1";
-        params.username = "SECRETalice";
-        params.password = "SECRETpassword";
-        params.otpMiddleToken = "SECRETmiddle";
-        params.verifyNum = "SECRETcode";
-        Outcome outcome;
-        s_log.clear();
-        const QtMessageHandler previous = qInstallMessageHandler(&keepLog);
-        ipc()->sendLoginRequest(params, outcome.cb(), outcome.errCb());
-        params.encryptedUsername = "SECRETuser";
-        params.encryptedPassword = "SECRETencrypted";
-        ipc()->sendLoginRequest(params, outcome.cb(), outcome.errCb());
-        ipc()->connect2Orch({"1", ipc::DisConnNormalReason}, outcome.cb(), outcome.errCb());
-        qInstallMessageHandler(previous);
-        QVERIFY(s_log.contains(QLatin1String("Connect param {")));
-        QVERIFY2(!s_log.contains(QLatin1String("SECRET")), qPrintable(s_log));
-        QTRY_COMPARE(outcome.successes, 3);
-        // They did go out, the token with the one request that needs it.
-        QByteArray sent;
-        for (const auto& request : qAsConst(m_server->requests))
-            sent += request.head + request.body;
-        QVERIFY(sent.contains("SECRETpassword") && sent.contains("SECRETencrypted"));
-        QCOMPARE(sent.count("X-TQ-AUTH-HEADER: SECRETtoken"), 1);
     }
 
 private:

@@ -47,6 +47,8 @@ private slots:
     {
         const auto [start, connected] = fetched<QString, bool>("start", "connected");
         openConnected();
+        if (!connected)
+            scene().stageTool("ping", "exit 1");
         if (start != "user")
             service().order({{"logfile", "bundle-1"}});
         if (start == "heartbeat") {
@@ -66,6 +68,9 @@ private slots:
         QCOMPARE(captured.join(' ').remove("linux_diagnosis/"),
                  connected ? "datapath.pcap dispatchEnd.log dispatchStart.log" : "");
         QTRY_COMPARE(panel()->isVisible(), start == "user");
+        QCOMPARE(part<QLabel>(panel(), "labelNetwork")->text(), start != "user" ? ""
+                                                                : connected     ? "Network Normal"
+                                                                            : "Network Anormaly");
         QTRY_COMPARE(setting(ConfigUtil::DIAGNOSIS_FAIL).toInt(), 0);
     }
 

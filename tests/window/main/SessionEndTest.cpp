@@ -87,23 +87,6 @@ private slots:
         QCOMPARE(asked(kConnect), 1);
     }
 
-    void theDiagnosisWorkersSlotsOnlyExplain()
-    {
-        openConnected();
-        const QVector<QPair<const char*, const char*>> slotsAndBoxes = {
-            {"onShowKickedoutDialog", "CommonTipsDialog"},
-            {"onShowLdapChangeDialog", "CommonTipsDialog"},
-            {"onShowChangePassDialog", "DlgChangePassPrompt"}};
-        for (const auto& each : slotsAndBoxes) {
-            ModalGuard explanation(each.second);
-            QVERIFY(QMetaObject::invokeMethod(main(), each.first));
-            QVERIFY(explanation.seen());
-            QCOMPARE(connectText(), "Connect");
-        }
-        QCOMPARE(asked(kDisconnect), 0);
-        QCOMPARE(scene().quits, 0);
-    }
-
     void anAgentThatRefusesEndsTheSession()
     {
         behave({{"agent", "disconnect"}});

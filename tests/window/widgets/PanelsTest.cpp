@@ -5,7 +5,6 @@
 #include "widgets/QLabelAnim.h"
 #include "widgets/Style.h"
 #include "widgets/WidgeAbout.h"
-#include "widgets/WidgeDiagnoseResult.h"
 #include "window/widgets/Looks.h"
 
 #include <QDialog>
@@ -40,44 +39,6 @@ class PanelsTest : public QObject
 private slots:
     void initTestCase() { looks::prepare(); }
     void cleanup() { platform().clock = &QDateTime::currentMSecsSinceEpoch; }
-
-    void diagnosisNamesItsFindings_data()
-    {
-        const auto row = columns<bool, bool, QString>("network", "orch", "text");
-        row("both", true, true, "Network Normal Orchestrator Connected");
-        row("network only", true, false, "Network Normal Orchestrator Not Connected");
-        row("orchestrator only", false, true, "Network Anormaly Orchestrator Connected");
-        row("neither", false, false, "Network Anormaly Orchestrator Not Connected");
-    }
-
-    void diagnosisNamesItsFindings()
-    {
-        const auto [network, orch] = fetched<bool, bool>("network", "orch");
-        WidgeDiagnoseResult panel;
-        panel.setStyleSheet(styleSheetFor("main"));
-        panel.setDiagnoseResult(network, orch);
-        panel.show();
-        const auto label = [&panel](const char* name) { return panel.findChild<QLabel*>(name); };
-        QTEST(label("labelNetwork")->text() + ' ' + label("labelOrch")->text(), "text");
-        QCOMPARE(label("labelNetworkIcon")->pixmap(Qt::ReturnByValue).toImage() ==
-                     label("labelOrchIcon")->pixmap(Qt::ReturnByValue).toImage(),
-                 network == orch);
-        QCOMPARE(looks::clipped(&panel), QStringList());
-        QCOMPARE(looks::unnamed(&panel), QStringList());
-        QTest::mouseClick(panel.findChild<QPushButton*>("pushBtnClose"), Qt::LeftButton);
-        QVERIFY(!panel.isVisible());
-    }
-
-    void spinnerTurnsAndStops()
-    {
-        QLabelAnim spinner;
-        spinner.resize(16, 16);
-        spinner.init(pictureIcon("version_loading.png").pixmap(16, 16));
-        auto* timer = spinner.findChild<QTimer*>("m_AnimTimer");
-        const QImage start = grabbed(spinner);
-        QVERIFY(QMetaObject::invokeMethod(timer, "timeout"));
-        QVERIFY(grabbed(spinner) != start);
-    }
 
     // The application's style sheet draws push buttons itself; the back button must win against it.
     void backButtonDrawsArrowAndText()
