@@ -83,31 +83,6 @@ private slots:
         QTRY_VERIFY(isSlowTimed());
     }
 
-    void credentials_data()
-    {
-        const auto row = columns<QVector<int>, QString, QString, QString, int>(
-            "types", "customer", "username", "password", "used");
-        row("OAEP", {0, 1}, "acme", "alice@acme.example", "Wonder-land1", 1);
-        row("PKCS#1 v1.5", {0}, "acme", "alice@acme.example", "Wonder-land1", 0);
-        row("no key", {}, "2002", "bob", "Plain-text2", -1);
-    }
-
-    void credentials()
-    {
-        QFETCH(QVector<int>, types);
-        const auto [customer, username, password, used] =
-            fetched<QString, QString, QString, int>("customer", "username", "password", "used");
-        service().edit([&](sim::Scenario& scenario) { scenario.rsaTypes = types; });
-        scene().customer = customer;
-        toLoginPage();
-        logInWith(username, password);
-        QTRY_VERIFY(accepted());
-        QCOMPARE(sent(kLogin).value("rsaType").toInt(-1), used);
-        QCOMPARE(sent(kLogin).contains("password"), used < 0);
-        QCOMPARE(sent(kLogin).contains("accountName"), used < 0);
-        QVERIFY(!logged(password));
-    }
-
     void anApprovalIsPolledForAndOutlivesAFailedKey()
     {
         toLoginPage();

@@ -1,7 +1,6 @@
 #include "app/Deployment.h"
 #include "main/DlgMainUi.h"
 #include "main/widgeChronometer.h"
-#include "widgets/BackButton.h"
 #include "widgets/QLabelAnim.h"
 #include "widgets/Style.h"
 #include "widgets/WidgeAbout.h"
@@ -15,23 +14,6 @@
 
 #include <memory>
 
-namespace {
-
-QImage grabbed(QWidget& widget)
-{
-    return widget.grab().toImage();
-}
-
-bool hasInk(const QImage& image, int left, int right)
-{
-    const QImage strip = image.copy(left, 0, right - left + 1, image.height());
-    QImage paper(strip.size(), strip.format());
-    paper.fill(image.pixel(image.width() - 1, 0));
-    return strip != paper;
-}
-
-} // namespace
-
 class PanelsTest : public QObject
 {
     Q_OBJECT
@@ -39,25 +21,6 @@ class PanelsTest : public QObject
 private slots:
     void initTestCase() { looks::prepare(); }
     void cleanup() { platform().clock = &QDateTime::currentMSecsSinceEpoch; }
-
-    // The application's style sheet draws push buttons itself; the back button must win against it.
-    void backButtonDrawsArrowAndText()
-    {
-        QWidget window;
-        window.setStyleSheet(styleSheetFor("login"));
-        BackButton button("Back", &window);
-        button.adjustSize();
-        window.show();
-        QApplication::setActiveWindow(&window);
-        button.clearFocus();
-        const QImage image = grabbed(button);
-        QVERIFY(hasInk(image, 0, 5));
-        QVERIFY(!hasInk(image, 7, 12));
-        QVERIFY(hasInk(image, 13, image.width() - 2));
-        QVERIFY(image.width() >= 13 + button.fontMetrics().horizontalAdvance(button.text()));
-        button.setFocus();
-        QVERIFY2(grabbed(button) != image, "the focus cannot be seen");
-    }
 
     void aboutOffersOnlyWhatIsNew_data()
     {

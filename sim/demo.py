@@ -6,11 +6,13 @@ import math
 import os
 import shutil
 import sys
+from pathlib import Path
 
-from driver.client import Client
-from driver.processes import Folder, wait_for
-from driver.scene import BUILD, PROGRAMS, SIMULATOR, Scene
-from driver.simulator import Simulator
+sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "tests/e2e"))
+from driver.client import Client  # noqa: E402
+from driver.processes import Folder, wait_for  # noqa: E402
+from driver.scene import BUILD, PROGRAMS, SIMULATOR, Scene  # noqa: E402
+from driver.simulator import Simulator  # noqa: E402
 
 
 def show_to_user():
