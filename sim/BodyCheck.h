@@ -11,7 +11,7 @@
 
 namespace sim {
 
-constexpr char kClientVersion[] = "6.1.20";
+constexpr char kClientVersion[] = VELTARO_VERSION;
 
 /// Collects what is wrong with one request.
 class Findings

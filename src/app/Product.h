@@ -8,7 +8,7 @@ constexpr char kName[] = "Veltaro";
 
 /// The client version, as reported to the orchestrator, compared by the upgrade check and shown
 /// in the windows.
-constexpr char kVersion[] = "6.1.20";
+constexpr char kVersion[] = VELTARO_VERSION;
 
 /// The device model reported to the orchestrator; also the value of the request header "type".
 constexpr char kModel[] = "linux";

@@ -1,4 +1,5 @@
 #include "app/Appearance.h"
+#include "app/CommandLine.h"
 #include "app/ConfigUtil.h"
 #include "app/DeepinShadowEffectListener.h"
 #include "app/Log.h"
@@ -14,6 +15,7 @@
 #include <QSystemSemaphore>
 #include <QTranslator>
 
+#include <cstdio>
 #include <memory>
 
 // The log ends with main: what libraries say while they are unloaded would find it gone.
@@ -43,8 +45,20 @@ static int runSession(QApplication& app)
     return result;
 }
 
+static bool isAnswered(int argc, char* argv[])
+{
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments.append(QString::fromLocal8Bit(argv[i]));
+    const QByteArray answer = commandline::answer(arguments).toLocal8Bit();
+    std::fwrite(answer.constData(), 1, size_t(answer.size()), stdout);
+    return !answer.isEmpty();
+}
+
 int main(int argc, char* argv[])
 {
+    if (isAnswered(argc, argv))
+        return 0;
     const LogEnd logEnd;
     startup::prepare();
     appearance::prepare();
