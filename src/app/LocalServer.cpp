@@ -46,11 +46,22 @@ void LocalServer::incomingConnection(quintptr descriptor)
         m_open.removeOne(connection);
         m_pending.removeOne(connection);
     });
+    if (isTrusted(*connection))
+        connect(connection, &QLocalSocket::readyRead, this,
+                [this, connection] { lookForShow(connection); });
     m_open.append(connection);
     m_pending.append(connection);
     dropSurplus();
     if (m_pending.contains(connection))
         emit newConnection();
+}
+
+void LocalServer::lookForShow(QLocalSocket* connection)
+{
+    if (connection->peek(int(sizeof kShow)) != kShow)
+        return;
+    connection->readAll();
+    emit showWanted();
 }
 
 void LocalServer::dropSurplus()

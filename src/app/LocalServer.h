@@ -19,6 +19,9 @@ bool isTrustedPeer(std::optional<uid_t> peer, uid_t own);
 /// kMostConnections the oldest one of an untrusted peer is dropped, so that no other user can push
 /// out the datapath's agent, and the oldest of all when none is untrusted; the log says so once.
 /// Connections are children of the server. GUI thread.
+///
+/// A trusted peer whose only word is kShow is another copy of the program, which the user has
+/// started to see this one: `showWanted` says so, and nobody else hears of the connection.
 class LocalServer : public QLocalServer
 {
     Q_OBJECT
@@ -26,6 +29,8 @@ class LocalServer : public QLocalServer
 public:
     static constexpr int kMostConnections = 32;
     static constexpr qint64 kReadBuffer = 65536; ///< more than any notification has
+
+    static constexpr char kShow[] = "show";
 
     using QLocalServer::QLocalServer;
 
@@ -39,11 +44,15 @@ public:
     /// (isTrustedPeer(); the user is platform().peerUser).
     static bool isTrusted(const QLocalSocket& connection);
 
+signals:
+    void showWanted();
+
 protected:
     void incomingConnection(quintptr descriptor) override;
 
 private:
     void dropSurplus();
+    void lookForShow(QLocalSocket* connection);
 
     QList<QLocalSocket*> m_open;    ///< all, oldest first
     QList<QLocalSocket*> m_pending; ///< those of them that nobody has taken

@@ -7,6 +7,8 @@
 
 SingleApp* SingleApp::m_pInstance = new SingleApp;
 
+constexpr int kTellMs = 500; // a copy that does not read is not waited for
+
 static QString socketName()
 {
     return platform().programFile(QStringLiteral("UI_SOCKET"));
@@ -28,8 +30,12 @@ bool SingleApp::isAreadyRun()
     probe.connectToServer(socketName(), QIODevice::ReadWrite);
     // A listener whose queue is full leaves the probe connecting: someone is there all the same.
     const bool running = probe.isOpen() || probe.state() == QLocalSocket::ConnectingState;
-    if (!running)
+    if (!running) {
         startInstance();
+    } else if (probe.state() == QLocalSocket::ConnectedState) {
+        probe.write(LocalServer::kShow);
+        probe.waitForBytesWritten(kTellMs);
+    }
     probe.abort();
     return running;
 }

@@ -2,6 +2,7 @@
 #include "app/CommandLine.h"
 #include "app/ConfigUtil.h"
 #include "app/DeepinShadowEffectListener.h"
+#include "app/LocalServer.h"
 #include "app/Log.h"
 #include "app/SingleApp.h"
 #include "app/Startup.h"
@@ -65,6 +66,7 @@ int main(int argc, char* argv[])
     initPictures();
     initFont();
     QApplication app(argc, argv);
+    QApplication::setDesktopFileName(QStringLiteral("com.orvek.veltaro"));
     startup::joinScreenReader();
     ConfigUtil::createConfigPath();
     QSystemSemaphore guard(QStringLiteral("com.orvek.ostrana"), 1, QSystemSemaphore::Create);
@@ -84,6 +86,12 @@ int main(int argc, char* argv[])
 
     // The login window goes before the session begins: no late answer of its requests may act then.
     auto login = std::make_unique<DlgLogin>(nullptr);
+    QObject::connect(SingleApp::instance()->getLocalServer(), &LocalServer::showWanted, login.get(),
+                     [window = login.get()] {
+                         window->showNormal();
+                         window->raise();
+                         window->activateWindow();
+                     });
     const bool accepted = login->exec() == QDialog::Accepted;
     login.reset();
     if (accepted)

@@ -34,8 +34,11 @@ void AgentChannel::onSingleSocketRead()
 
 void AgentChannel::readFrom(QLocalSocket& connection)
 {
+    const QByteArray bytes = connection.readAll();
+    if (bytes.isEmpty())
+        return; // taken by the server
     // UTF-8, or what a byte order mark says.
-    QTextStream stream(connection.readAll());
+    QTextStream stream(bytes);
     stream.setCodec("UTF-8");
     const QString text = stream.readAll();
     const bool trusted = LocalServer::isTrusted(connection);

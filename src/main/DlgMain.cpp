@@ -1,6 +1,7 @@
 #include "main/DlgMain.h"
 
 #include "app/ConfigUtil.h"
+#include "app/LocalServer.h"
 #include "app/Log.h"
 #include "app/LogMarker.h"
 #include "app/LogModel.h"
@@ -159,6 +160,7 @@ void DlgMain::wireSession()
     });
     connect(m_session, &Session::changed, m_home, &HomePage::onStatus);
     connect(m_session, &Session::changed, this, &DlgMain::onStatus);
+    connect(m_session, &Session::changed, m_tray, [this] { m_tray->setConnected(isConnected()); });
     connect(m_session, &Session::encryptionChanged, m_home, &HomePage::updateQuantumUI);
     connect(m_session, &Session::intranetEntered, m_home, &HomePage::setupMobileConnected);
     connect(m_session, &Session::intranetLeft, m_home, &HomePage::setupMobileDisConnected);
@@ -254,6 +256,7 @@ void DlgMain::listen()
     const SingleApp* app = SingleApp::instance();
     if (!app || !app->getLocalServer())
         return;
+    connect(app->getLocalServer(), &LocalServer::showWanted, this, &DlgMain::showWindow);
     m_agent = new AgentChannel(app->getLocalServer(), this);
     connect(m_agent, &AgentChannel::said, m_session, &Session::handleAgentText);
     m_agent->onSingleSocketConnect();

@@ -167,6 +167,8 @@ void DlgMain::showWindow()
 {
     show();
     showNormal();
+    raise();
+    activateWindow();
 }
 
 void DlgMain::mousePressEvent(QMouseEvent* event)

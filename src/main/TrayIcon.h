@@ -18,6 +18,9 @@ public:
     /// Whether the desktop has a tray that a hidden window can be brought back from.
     static bool isThere();
 
+    /// Shows the state: the picture is grey without a connection, and the tool tip names it.
+    void setConnected(bool connected);
+
 signals:
     void openWanted();
     void exitWanted();
@@ -26,6 +29,8 @@ private:
     void initSysTray();
     void activeTray(QSystemTrayIcon::ActivationReason reason);
 
+    const QIcon m_connectedIcon;
+    const QIcon m_idleIcon;
     QSystemTrayIcon* m_Tray;
     QMenu* m_Menu;
 };

@@ -1187,6 +1187,14 @@ Intranet Mode</source>
 <context>
     <name>TrayIcon</name>
     <message>
+        <source>Connected</source>
+        <translation>已连接</translation>
+    </message>
+    <message>
+        <source>Not connected</source>
+        <translation>未连接</translation>
+    </message>
+    <message>
         <source>Open </source>
         <translation>打开 </translation>
     </message>

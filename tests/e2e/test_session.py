@@ -53,7 +53,7 @@ def test_the_service_ends_the_session(client, service, situation, explanation, a
 
 
 def test_the_tray_opens_and_quits(client, service, tray):
-    wait_for(lambda: tray.tool_tip() == "Veltaro", what="tray icon")
+    wait_for(lambda: tray.tool_tip() == "Veltaro\nConnected", what="tray icon")
     assert list(tray.menu()) == ["Open Veltaro", "Exit"]
     client.press("Close")
     wait_for(lambda: not client.windows(), what="hidden window")

@@ -61,7 +61,9 @@ def test_a_second_copy_leaves_the_first_alone(scene, client):
     # The agent still reaches the first copy: it can stop and connect again.
     client.stop()
     client.connect()
+    client.press("Minimise")
     assert client.run_second_copy() == 0
+    client.see_connected()  # shown again
     client.quit()
 
 
