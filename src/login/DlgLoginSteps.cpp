@@ -106,7 +106,6 @@ void DlgLogin::showPrivacy()
         return;
     if (!agreed)
         return rejectWithDialogs();
-    activateWindow(); // the fields take the keyboard again
     m_customer->keepAgreement(shown);
     if (result() == QDialog::Accepted)
         return;

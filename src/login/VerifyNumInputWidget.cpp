@@ -1,5 +1,6 @@
 #include "login/VerifyNumInputWidget.h"
 
+#include "login/AccessibleCode.h"
 #include "widgets/Style.h"
 #include "widgets/WidgetParts.h"
 
@@ -41,6 +42,7 @@ void describe(QWidget* widget, const QString& text)
 
 VerifyNumInputWidget::VerifyNumInputWidget(QWidget* parent) : QWidget(parent)
 {
+    describeCodesToAssistants(); // before a name is given, at which they look
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_InputMethodEnabled);
     setInputMethodHints(Qt::ImhDigitsOnly | Qt::ImhSensitiveData | Qt::ImhNoPredictiveText);
@@ -66,6 +68,13 @@ void VerifyNumInputWidget::addCell(int index)
     cell->setAlignment(Qt::AlignCenter);
     cell->setFixedSize(kCellWidth, kCellHeight);
     m_numLabels.append(cell);
+}
+
+void VerifyNumInputWidget::setText(const QString& text)
+{
+    m_cells.clear();
+    m_cells.paste(text);
+    showCells();
 }
 
 void VerifyNumInputWidget::clearNumber()

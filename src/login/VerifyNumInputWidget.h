@@ -20,6 +20,9 @@ public:
     /// What the cells hold, joined. Secret.
     QString text() const { return m_cells.text(); }
 
+    /// Fills the cells from the first one on, as if the text was pasted.
+    void setText(const QString& text);
+
     /// Empties all cells; the first one is active.
     void clearNumber();
 

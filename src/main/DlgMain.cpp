@@ -126,10 +126,11 @@ void DlgMain::createLogModel()
 
 void DlgMain::connectButtons()
 {
-    connect(ui->toolBtnHome, &QToolButton::clicked, this, &DlgMain::on_toolBtnHome_clicked);
-    connect(ui->toolBtnSetting, &QToolButton::clicked, this, &DlgMain::on_toolBtnSetting_clicked);
-    connect(ui->toolBtnLog, &QToolButton::clicked, this, &DlgMain::on_toolBtnLog_clicked);
-    connect(ui->toolBtnQuit, &QToolButton::clicked, this, &DlgMain::on_toolBtnQuit_clicked);
+    // A click toggles too, and toggling is all that assistive technology does.
+    connect(ui->toolBtnHome, &QToolButton::toggled, this, &DlgMain::on_toolBtnHome_clicked);
+    connect(ui->toolBtnSetting, &QToolButton::toggled, this, &DlgMain::on_toolBtnSetting_clicked);
+    connect(ui->toolBtnLog, &QToolButton::toggled, this, &DlgMain::on_toolBtnLog_clicked);
+    connect(ui->toolBtnQuit, &QToolButton::toggled, this, &DlgMain::on_toolBtnQuit_clicked);
     connect(ui->btnAbout, &QPushButton::clicked, this, &DlgMain::on_btnAbout_clicked);
     connect(ui->btnMin, &QPushButton::clicked, this, &DlgMain::on_btnMin_clicked);
     connect(ui->btnClose, &QPushButton::clicked, this, &DlgMain::on_btnClose_clicked);

@@ -57,10 +57,14 @@ void DlgMain::showMenu(MENU_ITEM m)
         for (QWidget* widget : pageWidgets(MENU_ITEM(page)))
             widget->setVisible(shown.contains(widget));
     }
-    ui->toolBtnHome->setChecked(m == MENU_HOME);
-    ui->toolBtnSetting->setChecked(m == MENU_SETTING);
-    ui->toolBtnLog->setChecked(m == MENU_LOG);
-    ui->toolBtnQuit->setChecked(m == MENU_QUIT);
+    const QPair<QToolButton*, MENU_ITEM> buttons[] = {{ui->toolBtnHome, MENU_HOME},
+                                                      {ui->toolBtnSetting, MENU_SETTING},
+                                                      {ui->toolBtnLog, MENU_LOG},
+                                                      {ui->toolBtnQuit, MENU_QUIT}};
+    for (const auto& [button, page] : buttons) {
+        const QSignalBlocker quiet(button);
+        button->setChecked(m == page);
+    }
     m_home->setPage(m);
     update(); // as a whole: a shadow above it is drawn over the gaps between changed parts, too
 }

@@ -37,8 +37,12 @@ void centerOver(QWidget* dialog, const QWidget* parent)
 bool runAndDelete(QDialog* dialog)
 {
     const QPointer<QDialog> alive(dialog);
+    const QPointer<QWidget> under(dialog->parentWidget() ? dialog->parentWidget()->window()
+                                                         : nullptr);
     const bool accepted = dialog->exec() == QDialog::Accepted;
     delete alive;
+    if (under && under->isVisible())
+        under->activateWindow(); // without a window manager nobody else gives it the keyboard back
     return accepted;
 }
 

@@ -147,11 +147,7 @@ class Client:
             button = self.find(_BUTTONS, name)
             if not button or not button.get_state_set().contains(Atspi.StateType.ENABLED):
                 return False
-            # The first action of a button that stays down changes its state, which is no press.
-            if button.get_role() != _R.CHECK_BOX:
-                return button.do_action(0)
-            self._click(button)
-            return True
+            return button.do_action(0)
         wait_for(pressed, 10, f"button '{name}'", self.dump)
 
     def type(self, field, text):
