@@ -58,7 +58,8 @@ void LocalServer::incomingConnection(quintptr descriptor)
 
 void LocalServer::lookForShow(QLocalSocket* connection)
 {
-    if (connection->peek(int(sizeof kShow)) != kShow)
+    const QByteArray show(kShow);
+    if (connection->bytesAvailable() != show.size() || connection->peek(show.size()) != show)
         return;
     connection->readAll();
     emit showWanted();
