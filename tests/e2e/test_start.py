@@ -4,6 +4,7 @@ import ctypes
 import json
 import os
 import stat
+import subprocess
 
 import pytest
 
@@ -65,6 +66,13 @@ def test_a_second_copy_leaves_the_first_alone(scene, client):
     assert client.run_second_copy() == 0
     client.see_connected()  # shown again
     client.quit()
+
+
+def test_questions_are_answered_without_a_display(client):
+    for question, answer in ("--version", b"Veltaro 6."), ("--help", b"Usage: "):
+        command = [client.folder / "veltaro", "-logout", question]
+        assert subprocess.run(command, env={}, capture_output=True).stdout.startswith(answer)
+    assert not (client.folder / "UI_SOCKET").exists()
 
 
 def test_a_crash_does_not_lock_out(scene, client):
