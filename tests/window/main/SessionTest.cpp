@@ -345,6 +345,8 @@ private slots:
             QVERIFY(!*sent || probe.waitForBytesWritten(1000));
         }
         QTRY_VERIFY(SingleApp::instance()->getLocalServer()->hasPendingConnections());
+        behave({{"agent", "flood_ready"}});
+        answer(kFilter, QByteArray("\x7f\0ELF\xff", 6)); // handed on as it is
         open();
         QTRY_COMPARE(prompt(), "Firewall is enabled, Veltaro inbound traffic will not pass "
                                "through the firewall."); // it waited
