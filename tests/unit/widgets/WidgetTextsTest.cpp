@@ -8,9 +8,12 @@ class WidgetTextsTest : public QObject
     Q_OBJECT
 
 private slots:
-    void promptBreaks_data()
+    void promptBreaks()
     {
-        const auto row = columns<QString, int, bool, QString>("text", "width", "chinese", "shown");
+        const auto row =
+            checked([](const QString& text, int width, bool chinese, const QString& shown) {
+                QCOMPARE(breakPromptText(text, width, chinese), shown);
+            });
         row("as wide as allowed", "aaaa bbbb cccc dddd", 460, false, "aaaa bbbb cccc dddd");
         row("a pixel wider", "aaaa bbbb cccc dddd", 461, false, "aaaa bbbb \ncccc dddd");
         row("space on the middle itself", "aaaa bbbb", 500, false, "aaaa \nbbbb");
@@ -24,12 +27,6 @@ private slots:
         row("Chinese, a pair is not cut", "一𠀀二", 500, true, "一𠀀\n二");
         row("Chinese, narrow", "一二三四", 100, true, "一二三四");
         row("empty", "", 500, true, "");
-    }
-
-    void promptBreaks()
-    {
-        QTEST(breakPromptText(cell<QString>("text"), cell<int>("width"), cell<bool>("chinese")),
-              "shown");
     }
 
     void spinnerTurns()

@@ -235,6 +235,8 @@ private slots:
         QVERIFY(isConnected());
         QCOMPARE(logged("The datapath process has exited, try to restart."), 2);
         QCOMPARE(logged("exceeded, and it cannot be restarted."), 1);
+        emit watch->datapathVanished(); // counted anew
+        QTRY_COMPARE(asked(kConnect), 4);
     }
 
     void intranetModeStartsNoDatapath()
