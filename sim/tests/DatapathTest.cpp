@@ -2,10 +2,8 @@
 #include "sim/Behaviour.h"
 #include "support/WindowScene.h"
 
-#include <QDir>
 #include <QLocalServer>
 #include <QLocalSocket>
-#include <QProcess>
 #include <QTcpSocket>
 #include <QtTest>
 

@@ -2,8 +2,6 @@
 #include "sim/ControlPage.h"
 #include "sim/Situations.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
 #include <QTcpSocket>
 #include <QtTest>
 

@@ -2,10 +2,7 @@
 
 #include "sim/Simulator.h"
 
-#include <QDialog>
-#include <QStringList>
-#include <QTemporaryDir>
-#include <QVariant>
+#include <QtWidgets>
 
 #include <functional>
 #include <memory>

@@ -2,7 +2,6 @@
 
 #include "app/LocalServer.h"
 
-#include <QDir>
 #include <QLocalSocket>
 
 /// The main window and its session against the simulated service and the stand-in datapath.

@@ -8,14 +8,6 @@
 #include "widgets/WidgeDiagnoseResult.h"
 #include "window/widgets/Looks.h"
 
-#include <QDialog>
-#include <QLineEdit>
-#include <QMenu>
-#include <QSignalSpy>
-#include <QTimer>
-
-#include <memory>
-
 namespace {
 
 QImage grabbed(QWidget& widget)
@@ -41,31 +33,29 @@ private slots:
     void initTestCase() { looks::prepare(); }
     void cleanup() { platform().clock = &QDateTime::currentMSecsSinceEpoch; }
 
-    void diagnosisNamesItsFindings_data()
+    void diagnosisNamesItsFindings()
     {
-        const auto row = columns<bool, bool, QString>("network", "orch", "text");
+        const auto row = checked([](bool network, bool orch, const QString& text) {
+            WidgeDiagnoseResult panel;
+            panel.setStyleSheet(styleSheetFor("main"));
+            panel.setDiagnoseResult(network, orch);
+            panel.show();
+            const auto label = [&panel](const char* name) {
+                return panel.findChild<QLabel*>(name);
+            };
+            QCOMPARE(label("labelNetwork")->text() + ' ' + label("labelOrch")->text(), text);
+            QCOMPARE(label("labelNetworkIcon")->pixmap(Qt::ReturnByValue).toImage() ==
+                         label("labelOrchIcon")->pixmap(Qt::ReturnByValue).toImage(),
+                     network == orch);
+            QCOMPARE(looks::clipped(&panel), QStringList());
+            QCOMPARE(looks::unnamed(&panel), QStringList());
+            QTest::mouseClick(panel.findChild<QPushButton*>("pushBtnClose"), Qt::LeftButton);
+            QVERIFY(!panel.isVisible());
+        });
         row("both", true, true, "Network Normal Orchestrator Connected");
         row("network only", true, false, "Network Normal Orchestrator Not Connected");
         row("orchestrator only", false, true, "Network Anormaly Orchestrator Connected");
         row("neither", false, false, "Network Anormaly Orchestrator Not Connected");
-    }
-
-    void diagnosisNamesItsFindings()
-    {
-        const auto [network, orch] = fetched<bool, bool>("network", "orch");
-        WidgeDiagnoseResult panel;
-        panel.setStyleSheet(styleSheetFor("main"));
-        panel.setDiagnoseResult(network, orch);
-        panel.show();
-        const auto label = [&panel](const char* name) { return panel.findChild<QLabel*>(name); };
-        QTEST(label("labelNetwork")->text() + ' ' + label("labelOrch")->text(), "text");
-        QCOMPARE(label("labelNetworkIcon")->pixmap(Qt::ReturnByValue).toImage() ==
-                     label("labelOrchIcon")->pixmap(Qt::ReturnByValue).toImage(),
-                 network == orch);
-        QCOMPARE(looks::clipped(&panel), QStringList());
-        QCOMPARE(looks::unnamed(&panel), QStringList());
-        QTest::mouseClick(panel.findChild<QPushButton*>("pushBtnClose"), Qt::LeftButton);
-        QVERIFY(!panel.isVisible());
     }
 
     void spinnerTurnsAndStops()
@@ -98,40 +88,35 @@ private slots:
         QVERIFY2(grabbed(button) != image, "the focus cannot be seen");
     }
 
-    void aboutOffersOnlyWhatIsNew_data()
+    void aboutOffersOnlyWhatIsNew()
     {
-        const auto row = columns<QString, bool, bool, QString, bool>("version", "showNew", "failed",
-                                                                     "text", "offered");
+        const auto row = checked([](const QString& version, bool showNew, bool failed,
+                                    const QString& text, bool offered) {
+            WidgeAbout about;
+            about.setStyleSheet(styleSheetFor("main"));
+            about.resize(528, 352);
+            about.show();
+            QSignalSpy requested(&about, &WidgeAbout::newVersionRequested);
+            auto* button = about.findChild<QPushButton*>("btnNewVersion");
+            auto* spinner = about.findChild<QLabelAnim*>("m_rotatePng");
+            auto* timer = spinner->findChild<QTimer*>("m_AnimTimer");
+
+            about.startCheck();
+            QVERIFY(spinner->isVisible() && timer->isActive() && !button->isVisible());
+            about.showVersion(version, showNew, failed);
+            QVERIFY(!spinner->isVisible() && !timer->isActive() && button->isVisible());
+            QCOMPARE(button->text(), text);
+            QCOMPARE(about.findChild<QLabel*>("labelUpgradeIcon")->isVisible(), offered);
+            QCOMPARE(looks::clipped(&about), QStringList());
+            QCOMPARE(looks::unnamed(&about), QStringList());
+            QTest::mouseClick(button, Qt::LeftButton);
+            QCOMPARE(requested.size(), offered ? 1 : 0);
+        });
         const QString latest = "Already the Latest Version";
         row("new", "6.2.0", true, false, "Discover A New Version 6.2.0", true);
         row("not to be shown", "6.2.0", false, false, latest, false);
         row("new without a name", "", true, false, latest, false);
         row("failed", "", false, true, "Check failed, please try again", false);
-    }
-
-    void aboutOffersOnlyWhatIsNew()
-    {
-        const auto [version, showNew, failed, offered] =
-            fetched<QString, bool, bool, bool>("version", "showNew", "failed", "offered");
-        WidgeAbout about;
-        about.setStyleSheet(styleSheetFor("main"));
-        about.resize(528, 352);
-        about.show();
-        QSignalSpy requested(&about, &WidgeAbout::newVersionRequested);
-        auto* button = about.findChild<QPushButton*>("btnNewVersion");
-        auto* spinner = about.findChild<QLabelAnim*>("m_rotatePng");
-        auto* timer = spinner->findChild<QTimer*>("m_AnimTimer");
-
-        about.startCheck();
-        QVERIFY(spinner->isVisible() && timer->isActive() && !button->isVisible());
-        about.showVersion(version, showNew, failed);
-        QVERIFY(!spinner->isVisible() && !timer->isActive() && button->isVisible());
-        QTEST(button->text(), "text");
-        QCOMPARE(about.findChild<QLabel*>("labelUpgradeIcon")->isVisible(), offered);
-        QCOMPARE(looks::clipped(&about), QStringList());
-        QCOMPARE(looks::unnamed(&about), QStringList());
-        QTest::mouseClick(button, Qt::LeftButton);
-        QCOMPARE(requested.size(), offered ? 1 : 0);
     }
 
     void aboutLinksOpenOutside()
