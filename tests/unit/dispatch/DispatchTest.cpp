@@ -5,11 +5,10 @@
 #include "support/Rows.h"
 #include "unit/Files.h"
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
+#include <QTcpServer>
+#include <QTcpSocket>
+
 #include <thread>
-#include <unistd.h>
 
 namespace {
 
@@ -27,48 +26,20 @@ QByteArray reply(const QByteArray& payload, quint8 module = 2, quint16 type = 16
     return message(0, module, type, quint32(8 + payload.size()), payload);
 }
 
-sockaddr_in loopback(int port)
-{
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    address.sin_port = htons(quint16(port));
-    return address;
-}
-
-// A listener on a free port that the client is told of; nobody accepts by itself.
-class Listener
-{
-public:
-    Listener() : m_listener(::socket(AF_INET, SOCK_STREAM, 0))
-    {
-        sockaddr_in address = loopback(0);
-        socklen_t size = sizeof address;
-        ::bind(m_listener, reinterpret_cast<sockaddr*>(&address), size);
-        ::listen(m_listener, 1);
-        ::getsockname(m_listener, reinterpret_cast<sockaddr*>(&address), &size);
-        dispatch::port = ntohs(address.sin_port);
-    }
-    ~Listener() { ::close(m_listener); }
-
-protected:
-    int m_listener;
-};
-
 // A dispatch service that answers each request of one connection with the next given bytes and
 // then closes, or stays silent when there is nothing left and `hold` is set.
-class Service : public Listener
+class Service
 {
 public:
-    Service(QList<QByteArray> answers, bool hold = false)
+    Service(const QList<QByteArray>& answers, bool hold = false)
+        : m_thread([=] { serve(answers, hold); })
     {
-        m_thread = std::thread([this, answers, hold] { serve(answers, hold); });
+        m_listens.acquire();
     }
 
     ~Service()
     {
         TQ_GetFlowStatisticsExit();
-        ::shutdown(m_listener, SHUT_RDWR);
         m_thread.join();
     }
 
@@ -77,23 +48,27 @@ public:
 private:
     void serve(QList<QByteArray> answers, bool hold)
     {
-        const int peer = ::accept(m_listener, nullptr, nullptr);
-        if (peer < 0)
-            return;
+        QTcpServer server;
+        server.listen(QHostAddress::LocalHost);
+        dispatch::port = server.serverPort();
+        m_listens.release();
+        server.waitForNewConnection(-1);
+        QTcpSocket* const peer = server.nextPendingConnection();
         while (!answers.isEmpty() || hold) {
-            char request[8];
-            if (::recv(peer, request, sizeof request, MSG_WAITALL) != ssize_t(sizeof request))
-                break;
-            lastRequest = QByteArray(request, sizeof request);
-            if (answers.isEmpty())
-                continue;
-            const QByteArray answer = answers.takeFirst();
-            ::send(peer, answer.constData(), size_t(answer.size()), MSG_NOSIGNAL);
+            while (peer->bytesAvailable() < 8) {
+                if (!peer->waitForReadyRead(-1))
+                    return;
+            }
+            lastRequest = peer->read(8);
+            if (!answers.isEmpty()) {
+                peer->write(answers.takeFirst());
+                peer->waitForBytesWritten(-1);
+            }
         }
-        ::close(peer);
     }
 
-    std::thread m_thread;
+    QSemaphore m_listens;
+    std::thread m_thread; // the last: it uses the others
 };
 
 struct Flow
@@ -181,16 +156,13 @@ private slots:
     void aServiceThatNeverAcceptsIsGivenUp()
     {
         // The listener's queue is filled; the kernel then leaves further connections waiting.
-        Listener crowded;
-        sockaddr_in address = loopback(dispatch::port);
-        int queue[8];
-        for (int& sock : queue) {
-            sock = ::socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK, 0);
-            ::connect(sock, reinterpret_cast<sockaddr*>(&address), sizeof address);
-        }
+        QTcpServer crowded;
+        QVERIFY(crowded.listen(QHostAddress::LocalHost));
+        dispatch::port = crowded.serverPort();
+        QTcpSocket queue[100];
+        for (QTcpSocket& socket : queue)
+            socket.connectToHost(QHostAddress::LocalHost, crowded.serverPort());
         QCOMPARE(TQ_GetFlowStatisticsInit(), -1);
-        for (const int sock : queue)
-            ::close(sock);
 
         dispatch::port = 1; // nobody listens
         QCOMPARE(TQ_GetFlowStatisticsInit(), -1);

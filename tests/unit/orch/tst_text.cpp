@@ -97,10 +97,8 @@ private slots:
         const auto qr = qrcodegen::QrCode::encodeText("x", qrcodegen::QrCode::Ecc::LOW);
         QVERIFY(Util::qrCode2SvgString(qr, 0).contains(
             QString("viewBox=\"0 0 %1 %1\"").arg(qr.getSize())));
-        QTest::ignoreMessage(QtCriticalMsg, "Border must be non-negative");
-        QCOMPARE(Util::qrCode2SvgString(qr, -1), QString());
-        for (const int border : {1073741824, 1073741823, std::numeric_limits<int>::max()}) {
-            QTest::ignoreMessage(QtCriticalMsg, "Border too large");
+        for (const int border : {-1, 1073741823, std::numeric_limits<int>::max()}) {
+            QTest::ignoreMessage(QtCriticalMsg, QRegularExpression("^Border (must|too large)"));
             QCOMPARE(Util::qrCode2SvgString(qr, border), QString());
         }
     }
