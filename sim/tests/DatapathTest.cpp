@@ -1,11 +1,12 @@
 #include "dispatch/DispatchTool.h"
 #include "sim/Behaviour.h"
+#include "support/Rows.h"
 #include "support/WindowScene.h"
+#include "unit/Files.h"
 
 #include <QLocalServer>
 #include <QLocalSocket>
 #include <QTcpSocket>
-#include <QtTest>
 
 namespace {
 
@@ -41,13 +42,8 @@ private slots:
 
     void starts_data()
     {
-        QTest::addColumn<QString>("arguments");
-        QTest::addColumn<QByteArray>("agentFile");
-        QTest::addColumn<QString>("outcome"); // violations, and what the agent says
-        const auto row = [](const char* name, const QString& arguments, const QByteArray& agentFile,
-                            const char* outcome) {
-            QTest::newRow(name) << arguments << agentFile << QString(outcome);
-        };
+        // "outcome": violations, and what the agent says
+        const auto row = columns<QString, QByteArray, QString>("arguments", "agentFile", "outcome");
         row("normal", kStart, kAgentFile, "\\{.*hello.*Port\": \\d+\\}\\{\"type\": 0\\}");
         row("no_port", kStart, kAgentFile, "\\{.*hello\"\\}\\{\"type\": 0\\}");
         row("garbage", kStart, kAgentFile, "[^{].*Port\": \"none\"\\}\\{\"type\":0\\}");
@@ -61,9 +57,8 @@ private slots:
 
     void starts()
     {
-        QFETCH(QString, arguments);
-        QFETCH(QByteArray, agentFile);
-        QFETCH(QString, outcome);
+        const auto [arguments, agentFile, outcome] =
+            fetched<QString, QByteArray, QString>("arguments", "agentFile", "outcome");
         write("cpeagent.conf", agentFile);
         behave({{"agent", QTest::currentDataTag()}, {"agent_gap_ms", "0"}});
         QCOMPARE(control("tarvelin " + arguments), outcome.startsWith("tarvelin") ? 2 : 0);
@@ -104,8 +99,9 @@ private slots:
         for (const Command command : {Command::StartEngineCapture, Command::StopEngineCapture,
                                       Command::StartDatapathCapture, Command::StopDatapathCapture})
             run(commandText(command));
-        run(captureFolderText("/some where"));
-        QCOMPARE(captureFolder(), QStringLiteral("/some where"));
+        const QString folder = "/a $(touch x)`b`\"c"; // one argument to the real shell
+        run(captureFolderText(folder));
+        QCOMPARE(captureFolder(), folder);
         writeReport(m_scene->folder(), "/report.log");
         QVERIFY(!m_scene->read("report.log").isEmpty());
         QCOMPARE(violations(), QString());
@@ -116,8 +112,7 @@ private slots:
 private:
     void write(const QString& name, const QByteArray& text)
     {
-        QFile written(m_scene->file(name));
-        QVERIFY(written.open(QIODevice::WriteOnly) && written.write(text) == text.size());
+        QVERIFY(writeFile(m_scene->file(name), text));
     }
 
     void behave(const sim::Behaviour& behaviour)

@@ -1,9 +1,7 @@
-#include "app/Platform.h"
 #include "dispatch/DispatchTool.h"
 #include "dispatch/FlowText.h"
 #include "dispatch/tarvelinGetFlowStatistics.h"
 #include "support/Rows.h"
-#include "unit/Files.h"
 
 #include <QTcpServer>
 #include <QTcpSocket>
@@ -175,23 +173,6 @@ private slots:
                  QString("/tmp/a b"));
         for (const char* none : {"##############\n/tmp/a", "##############", "a\nb\nc\n"})
             QCOMPARE(dispatchtool::parseCaptureFolder(none), QString());
-    }
-
-    // The real shell hands the tool one argument, whatever the folder's name holds.
-    void theShellHandsOverOneArgument()
-    {
-        QTemporaryDir dir(QDir::tempPath() + "/a $(touch x)`b`\"XXXXXX");
-        const QString folder = dir.path();
-        platform().programDir = [folder] { return folder; };
-        const QString tool = dir.filePath("dispatch");
-        QVERIFY(writeFile(
-            tool, "#!/bin/sh\nprintf '%s|' \"$#\" \"$1\" >> \"$(dirname \"$0\")/calls\"\n"));
-        QFile::setPermissions(tool, QFile::ReadOwner | QFile::ExeOwner);
-        dispatchtool::run(dispatchtool::captureFolderText(folder));
-        dispatchtool::run(dispatchtool::commandText(dispatchtool::Command::StartEngineCapture));
-        QCOMPARE(QString(readFile(dir.filePath("calls"))),
-                 QString("1|set_pcap_dir/%1|1|set_orvek_pcapEnable/engine=0 1|").arg(folder));
-        platform() = Platform();
     }
 
     void tunnelAddress()
