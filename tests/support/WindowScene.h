@@ -42,7 +42,8 @@ public:
     QString log() const { return QString::fromUtf8(read(QStringLiteral("ui.log"))); }
 
 private:
-    QTemporaryDir m_folder;
+    // With a name that a shell would act upon.
+    QTemporaryDir m_folder{QDir::tempPath() + "/a $(touch x)`b`\"XXXXXX"};
     QtMessageHandler m_previous = nullptr;
 };
 
