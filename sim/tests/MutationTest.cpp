@@ -6,10 +6,6 @@
 #include "sim/Situations.h"
 #include "window/login/LoginScene.h"
 
-#include <QAction>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QRegularExpression>
 #include <QTcpSocket>
 
 using sim::End;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QTest>
+#include <QtTest> // with all of QtCore, for the tests' own sake
 
 #include <tuple>
 
@@ -17,6 +17,23 @@ auto columns(Names... names)
     return [](const char* name, const Values&... values) {
         QTestData& row = QTest::newRow(name);
         (void)(row << ... << values);
+    };
+}
+
+/// Rows of what needs no scene of its own: each is checked where it stands, up to the first that
+/// fails.
+///
+///     const auto row = checked([](const QString& typed, int code) { QCOMPARE(read(typed), code);
+///     }); row("empty", "", 6037);
+template <class Check>
+auto checked(Check check)
+{
+    return [check](const char* name, const auto&... values) {
+        if (QTest::currentTestFailed())
+            return;
+        check(values...);
+        if (QTest::currentTestFailed())
+            qWarning("in the row \"%s\"", name);
     };
 }
 

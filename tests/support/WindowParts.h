@@ -1,9 +1,6 @@
 #pragma once
 
-#include <QCoreApplication>
-#include <QTimer>
-#include <QTimerEvent>
-#include <QWidget>
+#include <QtWidgets>
 
 /// Parts of a window under test, found by their object names. A name that is not there ends the
 /// test run: the window has changed and the test with it.

@@ -7,13 +7,7 @@
 #include "orch/OrchErrRes.h"
 #include "orch/OrchIpc.h"
 
-#include <QApplication>
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QProcess>
 #include <QTest>
-#include <QTimer>
 
 WindowScene::WindowScene()
 {

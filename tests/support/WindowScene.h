@@ -2,10 +2,7 @@
 
 #include "sim/Simulator.h"
 
-#include <QDialog>
-#include <QStringList>
-#include <QTemporaryDir>
-#include <QVariant>
+#include <QtWidgets>
 
 #include <functional>
 #include <memory>
@@ -50,7 +47,8 @@ public:
     QString log() const { return QString::fromUtf8(read(QStringLiteral("ui.log"))); }
 
 private:
-    QTemporaryDir m_folder;
+    // With a name that a shell would act upon.
+    QTemporaryDir m_folder{QDir::tempPath() + "/a $(touch x)`b`\"XXXXXX"};
     QtMessageHandler m_previous = nullptr;
     const QByteArray m_path = qgetenv("PATH");
     const QByteArray m_tmp = qgetenv("TMPDIR");

@@ -8,12 +8,7 @@
 #include "support/WindowScene.h"
 #include "widgets/WidgetTopPrompt.h"
 
-#include <QLabel>
 #include <QNetworkReply>
-#include <QPushButton>
-
-#include <algorithm>
-#include <memory>
 
 using sim::Fault;
 

@@ -29,9 +29,6 @@ class Simulator:
                                          {"Content-Type": "application/json"})
         _here.open(request, timeout=10).close()
 
-    def enter(self, situation):
-        self.command(situation=situation)
-
     def be_well(self):
         """Everything well, and nothing remembered of what was asked so far."""
         self.command(well=True, clear=True)

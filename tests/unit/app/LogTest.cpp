@@ -6,10 +6,6 @@
 #include "support/Rows.h"
 #include "unit/Files.h"
 
-#include <QTemporaryDir>
-#include <QThread>
-
-#include <memory>
 #include <thread>
 
 #include <sys/stat.h>
@@ -58,11 +54,16 @@ private slots:
         qInstallMessageHandler(m_previous);
     }
 
-    void record_data()
+    void record()
     {
         // "entry": type and text of what the activity log shows, if anything
-        const auto row =
-            columns<int, QString, QString, QString>("type", "message", "rest", "entry");
+        const auto row = checked(
+            [](int type, const QString& message, const QString& rest, const QString& entry) {
+                const logformat::Record made = logformat::makeRecord(
+                    QtMsgType(type), message, logformat::stampOf(kNow.toMSecsSinceEpoch()));
+                QCOMPARE(made.fileLine, "2026-03-05 07:08:09 " + rest);
+                QCOMPARE(made.entry ? shown(*made.entry) : QString(), entry);
+            });
         row("unmarked info", QtInfoMsg, "hello", "[INFO] hello", "");
         row("warning", QtWarningMsg, "<DISPLAY> careful", "[WARN] careful", "3:careful");
         row("error", QtCriticalMsg, "<DISPLAY> bad", "[ERROR] bad", "2:bad");
@@ -76,15 +77,6 @@ private slots:
         row("a message has its bounds", QtInfoMsg, QString(20000, 'x'),
             "[INFO] " + QString(16384, 'x') + "... (20000 characters)", "");
         row("debug loses the marker", QtDebugMsg, "<DISPLAY> d", "[DEBUG] d", "");
-    }
-
-    void record()
-    {
-        const logformat::Record made =
-            logformat::makeRecord(QtMsgType(cell<int>("type")), cell<QString>("message"),
-                                  logformat::stampOf(kNow.toMSecsSinceEpoch()));
-        QCOMPARE(made.fileLine, "2026-03-05 07:08:09 " + cell<QString>("rest"));
-        QTEST(made.entry ? shown(*made.entry) : QString(), "entry");
     }
 
     void recent()

@@ -3,15 +3,8 @@
 #include "app/Platform.h"
 #include "unit/Files.h"
 
-#include <QDir>
-#include <QFileInfo>
 #include <QLocalSocket>
-#include <QSet>
-#include <QStandardPaths>
-#include <QTemporaryDir>
-#include <QTest>
-
-#include <array>
+#include <QtTest>
 
 #include <sys/stat.h>
 #include <unistd.h>

@@ -1,32 +1,22 @@
-#include "app/Platform.h"
 #include "dispatch/DispatchTool.h"
 #include "dispatch/FlowText.h"
 #include "dispatch/tarvelinGetFlowStatistics.h"
 #include "support/Rows.h"
-#include "unit/Files.h"
 
-#include <QDir>
-#include <QTemporaryDir>
+#include <QTcpServer>
+#include <QTcpSocket>
 
-#include <arpa/inet.h>
-#include <cerrno>
-#include <cstring>
-#include <netinet/in.h>
-#include <sys/socket.h>
 #include <thread>
-#include <unistd.h>
 
 namespace {
 
 QByteArray message(quint8 version, quint8 module, quint16 type, quint32 length,
                    const QByteArray& payload)
 {
-    QByteArray bytes(8, '\0');
-    bytes[0] = char(version);
-    bytes[1] = char(module);
-    std::memcpy(bytes.data() + 2, &type, 2);
-    std::memcpy(bytes.data() + 4, &length, 4);
-    return bytes + payload;
+    const auto bytesOf = [](const auto& number) {
+        return QByteArray(reinterpret_cast<const char*>(&number), sizeof number);
+    };
+    return bytesOf(version) + bytesOf(module) + bytesOf(type) + bytesOf(length) + payload;
 }
 
 QByteArray reply(const QByteArray& payload, quint8 module = 2, quint16 type = 16)
@@ -34,48 +24,20 @@ QByteArray reply(const QByteArray& payload, quint8 module = 2, quint16 type = 16
     return message(0, module, type, quint32(8 + payload.size()), payload);
 }
 
-sockaddr_in loopback(int port)
-{
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    address.sin_port = htons(quint16(port));
-    return address;
-}
-
-// A listener on a free port that the client is told of; nobody accepts by itself.
-class Listener
-{
-public:
-    Listener() : m_listener(::socket(AF_INET, SOCK_STREAM, 0))
-    {
-        sockaddr_in address = loopback(0);
-        socklen_t size = sizeof address;
-        ::bind(m_listener, reinterpret_cast<sockaddr*>(&address), size);
-        ::listen(m_listener, 1);
-        ::getsockname(m_listener, reinterpret_cast<sockaddr*>(&address), &size);
-        dispatch::port = ntohs(address.sin_port);
-    }
-    ~Listener() { ::close(m_listener); }
-
-protected:
-    int m_listener;
-};
-
 // A dispatch service that answers each request of one connection with the next given bytes and
 // then closes, or stays silent when there is nothing left and `hold` is set.
-class Service : public Listener
+class Service
 {
 public:
-    Service(QList<QByteArray> answers, bool hold = false)
+    Service(const QList<QByteArray>& answers, bool hold = false)
+        : m_thread([=] { serve(answers, hold); })
     {
-        m_thread = std::thread([this, answers, hold] { serve(answers, hold); });
+        m_listens.acquire();
     }
 
     ~Service()
     {
         TQ_GetFlowStatisticsExit();
-        ::shutdown(m_listener, SHUT_RDWR);
         m_thread.join();
     }
 
@@ -84,23 +46,27 @@ public:
 private:
     void serve(QList<QByteArray> answers, bool hold)
     {
-        const int peer = ::accept(m_listener, nullptr, nullptr);
-        if (peer < 0)
-            return;
+        QTcpServer server;
+        server.listen(QHostAddress::LocalHost);
+        dispatch::port = server.serverPort();
+        m_listens.release();
+        server.waitForNewConnection(-1);
+        QTcpSocket* const peer = server.nextPendingConnection();
         while (!answers.isEmpty() || hold) {
-            char request[8];
-            if (::recv(peer, request, sizeof request, MSG_WAITALL) != ssize_t(sizeof request))
-                break;
-            lastRequest = QByteArray(request, sizeof request);
-            if (answers.isEmpty())
-                continue;
-            const QByteArray answer = answers.takeFirst();
-            ::send(peer, answer.constData(), size_t(answer.size()), MSG_NOSIGNAL);
+            while (peer->bytesAvailable() < 8) {
+                if (!peer->waitForReadyRead(-1))
+                    return;
+            }
+            lastRequest = peer->read(8);
+            if (!answers.isEmpty()) {
+                peer->write(answers.takeFirst());
+                peer->waitForBytesWritten(-1);
+            }
         }
-        ::close(peer);
     }
 
-    std::thread m_thread;
+    QSemaphore m_listens;
+    std::thread m_thread; // the last: it uses the others
 };
 
 struct Flow
@@ -143,9 +109,23 @@ private slots:
         check("State: UP C: 99999999999999999999,1 C: 0,1", "9223372036854775807 2 0 1");
     }
 
-    void exchange_data()
+    void exchange()
     {
-        const auto row = columns<QByteArray, bool, int>("answer", "hold", "result");
+        const auto row = checked([](const QByteArray& answer, bool hold, int result) {
+            Service service({answer}, hold);
+            QCOMPARE(TQ_GetFlowStatisticsInit(), 0);
+            Flow flow;
+            QCOMPARE(flow.ask(), result);
+            QCOMPARE(service.lastRequest, message(0, 2, 16, 8, {}));
+            if (result != 0) {
+                QCOMPARE(flow.up, 0LL);
+                QCOMPARE(flow.tunDown, false);
+                QCOMPARE(flow.hasTunnels, true);
+            } else if (answer.contains(kUp)) {
+                QCOMPARE(flow.up, 5LL);
+                QCOMPARE(flow.down, 6LL);
+            }
+        });
         row("well formed", reply(kUp), false, 0);
         row("larger than the buffer", reply(QByteArray(9992, ' ') + kUp), false, 0);
         row("exactly the buffer", reply(QByteArray(4088 - kUp.size(), ' ') + kUp), false, 0);
@@ -155,26 +135,6 @@ private slots:
         row("silent", message(0, 2, 16, 100, "State: "), true, -EIO);
         row("absurd length", message(0, 2, 16, 0xffffffffu, "x"), false, -ENOMEM);
         row("length below the header", message(0, 2, 16, 3, {}), false, 0);
-    }
-
-    void exchange()
-    {
-        QFETCH(QByteArray, answer);
-        QFETCH(bool, hold);
-        QFETCH(int, result);
-        Service service({answer}, hold);
-        QCOMPARE(TQ_GetFlowStatisticsInit(), 0);
-        Flow flow;
-        QCOMPARE(flow.ask(), result);
-        QCOMPARE(service.lastRequest, message(0, 2, 16, 8, {}));
-        if (result != 0) {
-            QCOMPARE(flow.up, 0LL);
-            QCOMPARE(flow.tunDown, false);
-            QCOMPARE(flow.hasTunnels, true);
-        } else if (answer.contains(kUp)) {
-            QCOMPARE(flow.up, 5LL);
-            QCOMPARE(flow.down, 6LL);
-        }
     }
 
     void aFailedExchangeConnectsAgainToTheNewPort()
@@ -194,16 +154,13 @@ private slots:
     void aServiceThatNeverAcceptsIsGivenUp()
     {
         // The listener's queue is filled; the kernel then leaves further connections waiting.
-        Listener crowded;
-        sockaddr_in address = loopback(dispatch::port);
-        int queue[8];
-        for (int& sock : queue) {
-            sock = ::socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK, 0);
-            ::connect(sock, reinterpret_cast<sockaddr*>(&address), sizeof address);
-        }
+        QTcpServer crowded;
+        QVERIFY(crowded.listen(QHostAddress::LocalHost));
+        dispatch::port = crowded.serverPort();
+        QTcpSocket queue[100];
+        for (QTcpSocket& socket : queue)
+            socket.connectToHost(QHostAddress::LocalHost, crowded.serverPort());
         QCOMPARE(TQ_GetFlowStatisticsInit(), -1);
-        for (const int sock : queue)
-            ::close(sock);
 
         dispatch::port = 1; // nobody listens
         QCOMPARE(TQ_GetFlowStatisticsInit(), -1);
@@ -216,23 +173,6 @@ private slots:
                  QString("/tmp/a b"));
         for (const char* none : {"##############\n/tmp/a", "##############", "a\nb\nc\n"})
             QCOMPARE(dispatchtool::parseCaptureFolder(none), QString());
-    }
-
-    // The real shell hands the tool one argument, whatever the folder's name holds.
-    void theShellHandsOverOneArgument()
-    {
-        QTemporaryDir dir(QDir::tempPath() + "/a $(touch x)`b`\"XXXXXX");
-        const QString folder = dir.path();
-        platform().programDir = [folder] { return folder; };
-        const QString tool = dir.filePath("dispatch");
-        QVERIFY(writeFile(
-            tool, "#!/bin/sh\nprintf '%s|' \"$#\" \"$1\" >> \"$(dirname \"$0\")/calls\"\n"));
-        QFile::setPermissions(tool, QFile::ReadOwner | QFile::ExeOwner);
-        dispatchtool::run(dispatchtool::captureFolderText(folder));
-        dispatchtool::run(dispatchtool::commandText(dispatchtool::Command::StartEngineCapture));
-        QCOMPARE(QString(readFile(dir.filePath("calls"))),
-                 QString("1|set_pcap_dir/%1|1|set_orvek_pcapEnable/engine=0 1|").arg(folder));
-        platform() = Platform();
     }
 
     void tunnelAddress()

@@ -9,12 +9,7 @@
 #include "orch/JsonUtil.h"
 #include "support/Rows.h"
 
-#include <QTimer>
-
-#include <limits>
 #include <thread>
-
-Q_DECLARE_METATYPE(AgentText::Event)
 
 /// The main window's decisions.
 class SessionDecisionsTest : public QObject
@@ -58,9 +53,14 @@ private slots:
         check(ConnState::CONNECTION, true, "Stop Stop");
     }
 
-    void agentTexts_data()
+    void agentTexts()
     {
-        const auto row = columns<QByteArray, AgentText::Event, int>("text", "event", "port");
+        const auto row = checked([](const QByteArray& text, AgentText::Event event, int port) {
+            const AgentText said = AgentText::read(json(text));
+            QCOMPARE(said.event, event);
+            if (said.event == AgentText::Port)
+                QCOMPARE(said.port, port);
+        });
         row("ready", "{'type': 0}", AgentText::Ready, 0);
         row("no space", "{'type':0}", AgentText::Nothing, 0);
         row("refused", "{'type': 1, 'code': 7}", AgentText::Disconnect, 0);
@@ -72,14 +72,6 @@ private slots:
             AgentText::Firewall, 0);
         row("type ten", "{'type': 10}", AgentText::Disconnect, 0);
         row("garbage", QByteArray(100000, '{'), AgentText::Nothing, 0);
-    }
-
-    void agentTexts()
-    {
-        const AgentText said = AgentText::read(json(cell<QByteArray>("text")));
-        QTEST(said.event, "event");
-        if (said.event == AgentText::Port)
-            QTEST(said.port, "port");
     }
 
     void agentNotices()
@@ -194,15 +186,6 @@ private slots:
         QCOMPARE(session::headerName("abcdefghijk@x"), "abcdefghijk");
         QCOMPARE(session::headerName("abcdefghijklmnop@x"), "abcdefghijk...");
         QCOMPARE(session::headerName(""), QString());
-    }
-
-    void restartsAreLimited()
-    {
-        int count = 0;
-        QVector<bool> allowed;
-        for (int vanished = 0; vanished < 4; ++vanished)
-            allowed << session::mayRestartDatapath(count);
-        QCOMPARE(allowed, (QVector<bool>{true, true, false, true}));
     }
 
     void heartbeatsFollowTheInterval()

@@ -9,34 +9,35 @@ class CipherTest : public QObject
     Q_OBJECT
 
 private slots:
-    void decryptsElsewhere_data()
+    void decryptsElsewhere()
     {
-        const auto row = columns<bool, QByteArray, int>("oaep", "plain", "longest");
+        platform().clock = [] { return qint64(1700000000123); };
+        const auto row = checked([this](bool oaep, const QByteArray& plain, int longest) {
+            const auto encrypted = [&](const QByteArray& text) {
+                return Util::TQRSAEncrypt(text.toStdString(), m_key.publicKey().toStdString(),
+                                          oaep);
+            };
+            const auto cipher = QByteArray::fromStdString(encrypted(plain));
+            QCOMPARE(m_key.decrypt(cipher, oaep).value_or(QByteArray()), plain + "\n1700000000123");
+            QVERIFY(encrypted(plain) != cipher.toStdString());
+
+            const QByteArray fits(longest - 14, 'x'); // line feed and 13 digits
+            QVERIFY(!encrypted(fits).empty());
+            QVERIFY(encrypted(fits + 'x').empty());
+        });
         row("OAEP", true, "alice", 190);
         row("OAEP, Chinese", true, "张三", 190);
         row("PKCS#1 v1.5", false, "alice", 245);
         row("PKCS#1 v1.5, empty", false, "", 245);
     }
 
-    void decryptsElsewhere()
+    void unusableKeys()
     {
-        QFETCH(bool, oaep);
-        platform().clock = [] { return qint64(1700000000123); };
-        const std::string plain = cell<QByteArray>("plain").toStdString();
-        const std::string key = m_key.publicKey().toStdString();
-        const auto cipher = QByteArray::fromStdString(Util::TQRSAEncrypt(plain, key, oaep));
-        const std::string expected = plain + "\n1700000000123";
-        QCOMPARE(m_key.decrypt(cipher, oaep).value_or(QByteArray()).toStdString(), expected);
-        QVERIFY(Util::TQRSAEncrypt(plain, key, oaep) != cipher.toStdString());
-
-        const std::string fits(size_t(cell<int>("longest") - kStampSize), 'x');
-        QVERIFY(!Util::TQRSAEncrypt(fits, key, oaep).empty());
-        QVERIFY(Util::TQRSAEncrypt(fits + 'x', key, oaep).empty());
-    }
-
-    void unusableKeys_data()
-    {
-        const auto row = columns<QByteArray>("key");
+        const auto row = checked([](const QByteArray& key) {
+            for (const bool oaep : {false, true})
+                QCOMPARE(Util::TQRSAEncrypt(std::string(60, 'x'), key.toStdString(), oaep),
+                         std::string());
+        });
         const QByteArray good = QByteArray::fromBase64(m_key.publicKey());
         QByteArray even = good;
         even[even.size() - 6] = char(even[even.size() - 6] & ~1); // last byte of the modulus
@@ -62,16 +63,8 @@ private slots:
         row("megabytes", QByteArray(8 * 1024 * 1024, 'A'));
     }
 
-    void unusableKeys()
-    {
-        const std::string key = cell<QByteArray>("key").toStdString();
-        for (const bool oaep : {false, true})
-            QCOMPARE(Util::TQRSAEncrypt(std::string(60, 'x'), key, oaep), std::string());
-    }
-
 private:
     sim::RsaKey m_key;
-    static constexpr int kStampSize = 14; // line feed and 13 digits
 };
 
 QTEST_GUILESS_MAIN(CipherTest)

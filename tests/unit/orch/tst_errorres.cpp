@@ -6,7 +6,6 @@
 #include "orch/OrchReply.h"
 #include "support/Rows.h"
 
-#include <QJsonDocument>
 #include <QNetworkReply>
 
 namespace {

@@ -7,14 +7,10 @@
 #include "support/Rows.h"
 #include "unit/Files.h"
 
-#include <QRegularExpression>
-#include <QtEndian>
-
 #include <linux/rtnetlink.h>
 #include <sys/socket.h>
 
 using State = RouteChunk::State;
-Q_DECLARE_METATYPE(RouteChunk::State)
 
 namespace {
 
@@ -145,9 +141,11 @@ private slots:
         }
     }
 
-    void parses_data()
+    void parses()
     {
-        const auto row = columns<QByteArray, QByteArray>("dump", "gateway");
+        const auto row = checked([](const QByteArray& dump, const QByteArray& gateway) {
+            QCOMPARE(bytesOf(parseDefaultGateway(dump)).toHex(), gateway.toHex());
+        });
         const QByteArray none(4, '\0');
         const auto ours = [](const QByteArray& attributes) {
             return route(AF_INET, RT_TABLE_MAIN, attributes);
@@ -175,12 +173,6 @@ private slots:
         row("route message cut short", message(RTM_NEWROUTE, QByteArray(8, '\2')), none);
     }
 
-    void parses()
-    {
-        const quint32 found = parseDefaultGateway(cell<QByteArray>("dump"));
-        QCOMPARE(bytesOf(found).toHex(), cell<QByteArray>("gateway").toHex());
-    }
-
     void everyTruncationIsSafe()
     {
         const QByteArray dump = route(AF_INET6, RT_TABLE_MAIN, via(kOther)) +
@@ -200,9 +192,12 @@ private slots:
         }
     }
 
-    void chunks_data()
+    void chunks()
     {
-        const auto row = columns<QByteArray, State, int>("chunk", "state", "type");
+        const auto row = checked([](const QByteArray& chunk, State state, int type) {
+            QCOMPARE(checkRouteChunk(chunk).state, state);
+            QCOMPARE(checkRouteChunk(chunk).messageType, type);
+        });
         const QByteArray one = route(AF_INET, RT_TABLE_MAIN, via(kRouter));
         row("goes on", one + one, State::More, RTM_NEWROUTE);
         row("done alone", done(), State::Done, NLMSG_DONE);
@@ -215,13 +210,6 @@ private slots:
             RTM_NEWROUTE);
         row("length beyond the data", one.left(40), State::Invalid, RTM_NEWROUTE);
         row("error", message(NLMSG_ERROR, QByteArray(20, '\0')), State::Invalid, NLMSG_ERROR);
-    }
-
-    void chunks()
-    {
-        const RouteChunk verdict = checkRouteChunk(cell<QByteArray>("chunk"));
-        QTEST(verdict.state, "state");
-        QTEST(verdict.messageType, "type");
     }
 
     void facing()

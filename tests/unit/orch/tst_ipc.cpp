@@ -4,11 +4,9 @@
 #include "orch/OrchIpc.h"
 #include "support/Rows.h"
 
-#include <QEventLoop>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 
-#include <memory>
 #include <optional>
 
 namespace {

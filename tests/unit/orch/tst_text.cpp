@@ -4,8 +4,6 @@
 
 #include <qrcodegen.hpp>
 
-#include <limits>
-
 class TextTest : public QObject
 {
     Q_OBJECT
@@ -20,9 +18,12 @@ private slots:
             QVERIFY2(!Util::checkIp(invalid), invalid);
     }
 
-    void versions_data()
+    void versions()
     {
-        const auto row = columns<QString, QString, int>("a", "b", "order");
+        const auto row = checked([](const QString& a, const QString& b, int order) {
+            QCOMPARE(Util::compareVersion(a, b), order);
+            QCOMPARE(Util::compareVersion(b, a), -order);
+        });
         row("same", "6.1.20", "6.1.20", 0);
         row("by number", "6.1.3", "6.1.20", -1);
         row("shorter", "6.2", "6.1.20", -1);
@@ -35,14 +36,6 @@ private slots:
         row("empty part", "6.1.", "6.1.0", 0);
     }
 
-    void versions()
-    {
-        QFETCH(QString, a);
-        QFETCH(QString, b);
-        QTEST(Util::compareVersion(a, b), "order");
-        QTEST(-Util::compareVersion(b, a), "order");
-    }
-
     void tokens()
     {
         for (const char* valid : {"", "aZ09", "令牌", "𠀀"})
@@ -52,9 +45,13 @@ private slots:
         QVERIFY(!Util::isTokenValid(QString(1, QChar(0))));
     }
 
-    void cutting_data()
+    void cutting()
     {
-        const auto row = columns<QString, QString, QString>("text", "width5", "encoded20");
+        const auto row =
+            checked([](const QString& text, const QString& width5, const QString& encoded20) {
+                QCOMPARE(Util::GetStringWithLength(text, 5), width5);
+                QCOMPARE(Util::GetUrlEncodeStringOfLength(text, 20), encoded20);
+            });
         row("empty", "", "", "");
         row("fits", "abcde", "abcde", "abcde");
         row("ascii", "abcdef", "abcde...", "abcdef");
@@ -64,13 +61,6 @@ private slots:
         row("the last Latin-1 is wide", "ÿÿÿ", "ÿÿ...", "ÿÿ...");
         row("signs are encoded", "a@b.c", "a@b.c", "a@b....");
         row("no half characters", "ab😀😀", "ab😀...", "ab😀😀");
-    }
-
-    void cutting()
-    {
-        QFETCH(QString, text);
-        QTEST(Util::GetStringWithLength(text, 5), "width5");
-        QTEST(Util::GetUrlEncodeStringOfLength(text, 20), "encoded20");
     }
 
     void rates()
@@ -107,10 +97,8 @@ private slots:
         const auto qr = qrcodegen::QrCode::encodeText("x", qrcodegen::QrCode::Ecc::LOW);
         QVERIFY(Util::qrCode2SvgString(qr, 0).contains(
             QString("viewBox=\"0 0 %1 %1\"").arg(qr.getSize())));
-        QTest::ignoreMessage(QtCriticalMsg, "Border must be non-negative");
-        QCOMPARE(Util::qrCode2SvgString(qr, -1), QString());
-        for (const int border : {1073741824, 1073741823, std::numeric_limits<int>::max()}) {
-            QTest::ignoreMessage(QtCriticalMsg, "Border too large");
+        for (const int border : {-1, 1073741823, std::numeric_limits<int>::max()}) {
+            QTest::ignoreMessage(QtCriticalMsg, QRegularExpression("^Border (must|too large)"));
             QCOMPARE(Util::qrCode2SvgString(qr, border), QString());
         }
     }

@@ -6,11 +6,6 @@
 #include "orch/OrchRequests.h"
 #include "support/Rows.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-
-#include <limits>
-
 namespace {
 
 const QString kAuthUrl = "https://orch.example/api/mobile/v2/auth";
@@ -25,10 +20,14 @@ class WireTest : public QObject
     Q_OBJECT
 
 private slots:
-    void addresses_data()
+    void addresses()
     {
-        const auto row =
-            columns<QString, QString, QString, QString>("authUrl", "first", "last", "sibling");
+        const auto row = checked([](const QString& authUrl, const QString& first,
+                                    const QString& last, const QString& sibling) {
+            QCOMPARE(orchaddress::rootFirstApi(authUrl, "/p"), first);
+            QCOMPARE(orchaddress::rootLastApi(authUrl, "/p"), last);
+            QCOMPARE(orchaddress::sibling(authUrl, "/p"), sibling);
+        });
         row("usual", "https://o.example/api/mobile/v2/auth", "https://o.example/p",
             "https://o.example/p", "https://o.example/api/mobile/v2/p");
         row("twice", "https://o.example/api/x/api/auth", "https://o.example/p",
@@ -41,25 +40,12 @@ private slots:
         row("slash at its end", "https://o.example/", "https://o.example//p", "https://o.example/",
             "https://o.example/p");
         row("empty", "", "/p", "", "");
-    }
-
-    void addresses()
-    {
-        QFETCH(QString, authUrl);
-        QTEST(orchaddress::rootFirstApi(authUrl, "/p"), "first");
-        QTEST(orchaddress::rootLastApi(authUrl, "/p"), "last");
-        QTEST(orchaddress::sibling(authUrl, "/p"), "sibling");
-    }
-
-    void errorResourceRoots()
-    {
         for (const char* root :
              {"http://o.example", "http://o.example/", "http://o.example/api/v2"})
             QCOMPARE(orchaddress::errorResource(root, "p"), QString("http://o.example/p"));
     }
 
-    // The simulator judges every request that a window sends. What it lets pass in more than one
-    // form, or is not sent yet, stands here.
+    // The simulator judges every request that a window sends, but for these.
     void whatNoServiceChecks()
     {
         const OrchRequest connect = orchrequest::connectSession(
@@ -81,12 +67,15 @@ private slots:
         QVERIFY(request.body.startsWith("customerId=a%2Bb%20c%26%E5%BC%A0&sn="));
     }
 
-    void customersBeyond32Bits()
+    void loginBeyondTheUsual()
     {
         ipc::LoginParams params;
-        params.customerId = "4000000001";
-        const QByteArray body = orchrequest::login(kAuthUrl, kSerial, params, {}).body;
-        QCOMPARE(JsonUtil::object(body).value("customerId").toDouble(), 4000000001.0);
+        params.agreePolicy = true;
+        params.customerId = "4000000001"; // beyond 32 bits
+        const QJsonObject body =
+            JsonUtil::object(orchrequest::login(kAuthUrl, kSerial, params, {}).body);
+        QCOMPARE(body.value("agreeToPrivacy"), QJsonValue(true));
+        QCOMPARE(body.value("customerId").toDouble(), 4000000001.0);
     }
 
     void clientInformation()
@@ -110,9 +99,13 @@ private slots:
         QCOMPARE(internalAddresses({}), QString());
     }
 
-    void numbers_data()
+    void numbers()
     {
-        const auto row = columns<QByteArray, int, qulonglong>("value", "whole", "wide");
+        const auto row = checked([](const QByteArray& value, int whole, qulonglong wide) {
+            const QByteArray body = json("{'inner':{'n':1},'n':" + value + "}");
+            QCOMPARE(JsonUtil::getInt(body, "n", 7), whole);
+            QCOMPARE(JsonUtil::getULongLong(body, "n", 7), wide);
+        });
         row("plain", "5", 5, 5);
         row("whole written as real", "5.0", 5, 5);
         row("not whole", "5.5", 0, 5);
@@ -124,13 +117,6 @@ private slots:
         row("number as text", "'5'", 7, 7);
         row("boolean", "true", 7, 7);
         row("null", "null", 7, 7);
-    }
-
-    void numbers()
-    {
-        const QByteArray body = json("{'inner':{'n':1},'n':" + cell<QByteArray>("value") + "}");
-        QTEST(JsonUtil::getInt(body, "n", 7), "whole");
-        QTEST(JsonUtil::getULongLong(body, "n", 7), "wide");
     }
 
     void otherTypes()
@@ -193,9 +179,11 @@ private slots:
             QVERIFY2(!OrchReply(json(failure)).succeeded(), failure);
     }
 
-    void masking_data()
+    void masking()
     {
-        const auto row = columns<QByteArray, QByteArray>("body", "shown");
+        const auto row = checked([](const QByteArray& body, const QByteArray& shown) {
+            QCOMPARE(maskSecrets(json(body)).toUtf8(), json(shown));
+        });
         row("text", "{'password':'p\\'w,}','a':1}", "{'password':'***','a':1}");
         row("nested", "{'p':{'deviceBindMiddleToken' : 'm'},'a':[{'otpKey':'k'}]}",
             "{'p':{'deviceBindMiddleToken':'***'},'a':[{'otpKey':'***'}]}");
@@ -211,12 +199,6 @@ private slots:
         for (const char* same : {"{'type':'password','b':'token'}", "{'passwordRule':'8'}",
                                  "<html>'</html>", "customerId=1&model=linux", ""})
             row(same, same, same);
-    }
-
-    void masking()
-    {
-        QCOMPARE(maskSecrets(json(cell<QByteArray>("body"))).toUtf8(),
-                 json(cell<QByteArray>("shown")));
     }
 
     void maskingIsBounded()

@@ -6,10 +6,12 @@ class PasswordChangeTest : public QObject
     Q_OBJECT
 
 private slots:
-    void faults_data()
+    void faults()
     {
-        const auto row =
-            columns<QString, QString, QString, QString>("old", "new", "confirm", "fault");
+        const auto row = checked([](const QString& old, const QString& fresh,
+                                    const QString& confirm, const QString& fault) {
+            QCOMPARE(passwordchange::fault(old, fresh, confirm), fault);
+        });
         row("nothing", "", "", "", "Old password is a required field");
         row("no new one", "a", "", "", "New password is a required field");
         row("no confirmation", "a", "b", "", "Confirm password is a required field");
@@ -19,16 +21,23 @@ private slots:
         row("another case", "a", "b", "B", "Confirm password and new password are inconsistent");
     }
 
-    void faults()
+    void answers()
     {
-        QCOMPARE(passwordchange::fault(cell<QString>("old"), cell<QString>("new"),
-                                       cell<QString>("confirm")),
-                 cell<QString>("fault"));
-    }
-
-    void answers_data()
-    {
-        const auto row = columns<int, QByteArray, int, QString>("status", "body", "end", "text");
+        const auto row =
+            checked([](int status, const QByteArray& body, int end, const QString& text) {
+                const auto error =
+                    status < 300 ? QNetworkReply::NoError : QNetworkReply::UnknownContentError;
+                OrchTexts texts;
+                texts.content = [](const OrchReply& reply) {
+                    return QStringLiteral("text of %1").arg(reply.code());
+                };
+                const auto answer = passwordchange::answer(
+                    OrchReply(json(body), status, error, error ? "transport error" : ""), texts);
+                QCOMPARE(answer.changed, end < 0);
+                QCOMPARE(answer.sessionInvalid, status == 401);
+                QCOMPARE(int(answer.end), qMax(end, 0));
+                QCOMPARE(answer.text, text);
+            });
         const char lost[] = "{'i18nKey':'k','code':401,'parameters':{'invalidReasonCode':%1}}";
         const auto reason = [&lost](int code) {
             return QByteArray(lost).replace("%1", QByteArray::number(code));
@@ -48,24 +57,6 @@ private slots:
         row("account", 401, reason(5), int(SessionEnd::AccountChanged), "");
         row("password", 401, reason(1), int(SessionEnd::PasswordChanged), "");
         row("another reason", 401, reason(0), int(SessionEnd::InvalidToken), "");
-    }
-
-    void answers()
-    {
-        const auto [status, body, end, text] =
-            fetched<int, QByteArray, int, QString>("status", "body", "end", "text");
-        const auto error =
-            status < 300 ? QNetworkReply::NoError : QNetworkReply::UnknownContentError;
-        OrchTexts texts;
-        texts.content = [](const OrchReply& reply) {
-            return QStringLiteral("text of %1").arg(reply.code());
-        };
-        const auto answer = passwordchange::answer(
-            OrchReply(json(body), status, error, error ? "transport error" : ""), texts);
-        QCOMPARE(answer.changed, end < 0);
-        QCOMPARE(answer.sessionInvalid, status == 401);
-        QCOMPARE(int(answer.end), qMax(end, 0));
-        QCOMPARE(answer.text, text);
     }
 };
 

@@ -9,10 +9,6 @@
 #include "upgrade/InstallerHandover.h"
 
 #include <QDesktopServices>
-#include <QDir>
-#include <QProcessEnvironment>
-#include <QSet>
-#include <QTemporaryDir>
 
 /// When a newer client is offered, and how the user is handed over to the installer.
 class UpgradePolicyTest : public QObject
@@ -20,12 +16,28 @@ class UpgradePolicyTest : public QObject
     Q_OBJECT
 
 private slots:
-    void decision_data()
+    void decision()
     {
         // "later": version and date that an offer was put off with. Then what follows at the first
         // check of the run and at a repeated one: p pops up, m marks, s shows, c counts.
-        const auto row = columns<QByteArray, QString, QString, QString, QString>(
-            "body", "later", "skipped", "first", "repeated");
+        const auto row = checked([](const QByteArray& body, const QString& later,
+                                    const QString& skipped, const QString& first,
+                                    const QString& repeated) {
+            UpgradeChoices choices;
+            choices.laterVersion = later.section(' ', 0, 0);
+            if (!later.isEmpty())
+                choices.laterDate = later.section(' ', 1);
+            choices.skipVersion = skipped;
+            const auto reply = UpgradeReply::fromJson(JsonUtil::object(json(body)), false);
+            for (const bool isFirst : {true, false}) {
+                const UpgradeDecision d =
+                    decideUpgrade({reply.version, reply.isNewer(), reply.isForced(), reply.ignore},
+                                  choices, "2026-03-05", isFirst);
+                QCOMPARE(QString(d.pop ? "p" : "") + (d.mark ? "m" : "") + (d.showNew ? "s" : "") +
+                             (d.counts ? "c" : ""),
+                         isFirst ? first : repeated);
+            }
+        });
         const QByteArray newer = "{'version':'6.2.0'}";
         const QByteArray forced = "{'version':'6.2.0','minVersion':'6.2.0'}";
         row("newer", newer, "", "", "pmsc", "pmsc");
@@ -45,27 +57,6 @@ private slots:
             "", "");
         row("too old, yet nothing newer", "{'version':'6.1.20','minVersion':'6.2.0'}", "", "", "",
             "");
-    }
-
-    void decision()
-    {
-        QFETCH(QByteArray, body);
-        QFETCH(QString, later);
-        UpgradeChoices choices;
-        choices.laterVersion = later.section(' ', 0, 0);
-        if (!later.isEmpty())
-            choices.laterDate = later.section(' ', 1);
-        choices.skipVersion = cell<QString>("skipped");
-        const auto reply = UpgradeReply::fromJson(JsonUtil::object(json(body)), false);
-        const auto decided = [&](bool first) {
-            const UpgradeDecision d =
-                decideUpgrade({reply.version, reply.isNewer(), reply.isForced(), reply.ignore},
-                              choices, "2026-03-05", first);
-            return QString(d.pop ? "p" : "") + (d.mark ? "m" : "") + (d.showNew ? "s" : "") +
-                   (d.counts ? "c" : "");
-        };
-        QTEST(decided(true), "first");
-        QTEST(decided(false), "repeated");
     }
 
     void theLogNamesTheValues()

@@ -3,11 +3,8 @@
 #include "support/Rows.h"
 #include "unit/Files.h"
 
-#include <QDirIterator>
 #include <QImageReader>
 #include <QRawFont>
-#include <QRegularExpression>
-#include <QResource>
 
 namespace {
 

@@ -1,11 +1,5 @@
+#include "support/Rows.h"
 #include "unit/Files.h"
-
-#include <QDirIterator>
-#include <QProcess>
-#include <QRegularExpression>
-#include <QTemporaryDir>
-#include <QTest>
-#include <QXmlStreamReader>
 
 namespace {
 

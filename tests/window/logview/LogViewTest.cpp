@@ -3,11 +3,7 @@
 #include "logview/CustomDelegate.h"
 #include "support/Rows.h"
 
-#include <QAccessible>
-#include <QApplication>
-#include <QClipboard>
-#include <QPainter>
-#include <QScrollBar>
+#include <QtWidgets>
 
 /// The log page's list: what a row looks like, and how one moves and copies in a long list.
 class LogViewTest : public QObject
@@ -24,10 +20,37 @@ private slots:
         m_view->show();
     }
 
-    void rows_data()
+    void rows()
     {
         const auto row =
-            columns<int, QString, int, QString, bool>("type", "text", "height", "dot", "line");
+            checked([this](int type, const QString& text, int more, const QString& dot, bool line) {
+                m_model.setRows({{text, LOG_TYPE(type)}});
+                QStyleOptionViewItem option;
+                option.font = m_view->font();
+                option.fontMetrics = QFontMetrics(option.font);
+                option.rect = {0, 0, 280, 0};
+                const CustomDelegate delegate;
+                const QSize size = delegate.sizeHint(option, m_model.index(0));
+                const int font = option.fontMetrics.height();
+                QCOMPARE(size.width(), 280);
+                if (more >= 0)
+                    QCOMPARE(size.height(), font + more);
+                else
+                    QVERIFY(size.height() > 4 * font);
+
+                QImage image(size, QImage::Format_RGB32);
+                image.fill(Qt::white);
+                const QImage blank = image;
+                option.rect = image.rect();
+                QPainter painter(&image);
+                delegate.paint(&painter, option, m_model.index(0));
+                painter.end();
+                const auto at = [&image](int y) { return QColor(image.pixel(10, y)); };
+                if (type < ITEM_TIME && !text.isEmpty())
+                    QVERIFY(isNear(at(font / 2), dot));
+                QCOMPARE(at(size.height() - 2) != QColor(Qt::white), line);
+                QCOMPARE(image == blank, type > ITEM_TITLE || text.isEmpty());
+            });
         const QString words = QString("word ").repeated(60);
         row("message", ITEM_INFO_WITH_DOT, "text", 4, "#d4dfeb", true);
         row("notice", ITEM_NOTICE_WITH_DOT, "text", 4, "#6ebc66", true);
@@ -38,39 +61,6 @@ private slots:
         row("date", ITEM_TITLE, "2026-01-02", 10, "", false);
         row("unknown", 6, "text", 4, "", false);
         row("nothing", ITEM_ERROR_WITH_DOT, "", 4, "", false);
-    }
-
-    void rows()
-    {
-        const auto [type, text, more, dot, line] =
-            fetched<int, QString, int, QString, bool>("type", "text", "height", "dot", "line");
-        m_model.setRows({{text, LOG_TYPE(type)}});
-        QStyleOptionViewItem option;
-        option.font = m_view->font();
-        option.fontMetrics = QFontMetrics(option.font);
-        option.rect = {0, 0, 280, 0};
-        const CustomDelegate delegate;
-        const QSize size = delegate.sizeHint(option, m_model.index(0));
-        const int font = option.fontMetrics.height();
-        QCOMPARE(size.width(), 280);
-        if (more >= 0)
-            QCOMPARE(size.height(), font + more);
-        else
-            QVERIFY(size.height() > 4 * font);
-
-        QImage image(size, QImage::Format_RGB32);
-        image.fill(Qt::white);
-        option.rect = image.rect();
-        QPainter painter(&image);
-        delegate.paint(&painter, option, m_model.index(0));
-        painter.end();
-        const auto at = [&image](int y) { return QColor(image.pixel(10, y)); };
-        if (type < ITEM_TIME && !text.isEmpty())
-            QVERIFY(isNear(at(font / 2), dot));
-        QCOMPARE(at(size.height() - 2) != QColor(Qt::white), line);
-        QImage blank = image;
-        blank.fill(Qt::white);
-        QCOMPARE(image == blank, type > ITEM_TITLE || text.isEmpty());
     }
 
     void aLongList()
@@ -115,16 +105,6 @@ private slots:
         QVERIFY(qAbs(m_view->rowRect(0).bottom() + 1 - m_view->viewport()->height()) < 40);
     }
 
-    void copies_data()
-    {
-        const auto row = columns<int, int, QString>("first", "last", "copied");
-        row("a message alone", 3, 3, "2026-01-02 10:00:01 failed");
-        row("a time alone", 2, 2, "10:00:02");
-        row("all", 0, 7,
-            "2026-01-02 10:00:02 done\n2026-01-02 10:00:01 failed\n2026-01-01 09:00:00 old");
-        row("upwards", 6, 3, "2026-01-02 10:00:01 failed\n2026-01-01 09:00:00 old");
-    }
-
     void copies()
     {
         m_model.setRows({{"2026-01-02", ITEM_TITLE},
@@ -135,15 +115,22 @@ private slots:
                          {"2026-01-01", ITEM_TITLE},
                          {"old", ITEM_INFO_WITH_DOT},
                          {"09:00:00", ITEM_TIME}});
-        const auto [first, last, copied] = fetched<int, int, QString>("first", "last", "copied");
-        QTest::keyClick(m_view.get(), Qt::Key_Home);
-        for (int row = 0; row < first; ++row)
-            QTest::keyClick(m_view.get(), Qt::Key_Down);
-        for (int row = first; row != last; row += last > first ? 1 : -1)
-            QTest::keyClick(m_view.get(), last > first ? Qt::Key_Down : Qt::Key_Up,
-                            Qt::ShiftModifier);
-        QTest::keyClick(m_view.get(), Qt::Key_C, Qt::ControlModifier);
-        QCOMPARE(QApplication::clipboard()->text(), copied);
+        const auto row = checked([this](int first, int last, const QString& copied) {
+            const auto press = [this](Qt::Key key, int times, Qt::KeyboardModifiers held = {}) {
+                for (int time = 0; time < times; ++time)
+                    QTest::keyClick(m_view.get(), key, held);
+            };
+            press(Qt::Key_Home, 1);
+            press(Qt::Key_Down, first);
+            press(last > first ? Qt::Key_Down : Qt::Key_Up, qAbs(last - first), Qt::ShiftModifier);
+            press(Qt::Key_C, 1, Qt::ControlModifier);
+            QCOMPARE(QApplication::clipboard()->text(), copied);
+        });
+        row("a message alone", 3, 3, "2026-01-02 10:00:01 failed");
+        row("a time alone", 2, 2, "10:00:02");
+        row("all", 0, 7,
+            "2026-01-02 10:00:02 done\n2026-01-02 10:00:01 failed\n2026-01-01 09:00:00 old");
+        row("upwards", 6, 3, "2026-01-02 10:00:01 failed\n2026-01-01 09:00:00 old");
     }
 
     void assistiveTechnologySeesTheRowsInView()

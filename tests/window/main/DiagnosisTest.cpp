@@ -207,7 +207,7 @@ private slots:
         const QString where = cell<QString>("where");
         const QString marker = scene().file("waits");
         if (where == "program" || where == "turn")
-            scene().stageTool("ping", "echo $$ > " + marker.toUtf8() + "; exec sleep 1000");
+            scene().stageTool("ping", "echo $$ > '" + marker.toUtf8() + "'; exec sleep 1000");
         else if (where == "box")
             answer(kReport, Fault::withStatus(401, refused(3)));
         else
@@ -233,7 +233,7 @@ private slots:
     void theSecondRunWaitsForTheFirst()
     {
         const QByteArray gate = scene().file("gate").toUtf8();
-        scene().stageTool("ping", "echo $3; until [ -e " + gate + " ]; do sleep 0.01; done");
+        scene().stageTool("ping", "echo $3; until [ -e '" + gate + "' ]; do sleep 0.01; done");
         save(ConfigUtil::DIAGNOSIS_FAIL, 1);
         save(ConfigUtil::DIAGNOSIS_TRIGGER_TYPE, 1);
         openConnected();

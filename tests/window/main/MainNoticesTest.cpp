@@ -1,9 +1,6 @@
 #include "upgrade/DlgUpgrade.h"
 #include "window/main/SessionScene.h"
 
-#include <QClipboard>
-#include <QFocusEvent>
-
 namespace {
 
 constexpr char kNotice[] = "/api/mobile/v2/upgradeNotice";

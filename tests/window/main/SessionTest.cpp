@@ -2,7 +2,6 @@
 
 #include "app/LocalServer.h"
 
-#include <QDir>
 #include <QLocalSocket>
 
 /// The main window and its session against the simulated service and the stand-in datapath.
@@ -235,6 +234,8 @@ private slots:
         QVERIFY(isConnected());
         QCOMPARE(logged("The datapath process has exited, try to restart."), 2);
         QCOMPARE(logged("exceeded, and it cannot be restarted."), 1);
+        emit watch->datapathVanished(); // counted anew
+        QTRY_COMPARE(asked(kConnect), 4);
     }
 
     void intranetModeStartsNoDatapath()
@@ -348,6 +349,8 @@ private slots:
             QVERIFY(!*sent || probe.waitForBytesWritten(1000));
         }
         QTRY_VERIFY(SingleApp::instance()->getLocalServer()->hasPendingConnections());
+        behave({{"agent", "flood_ready"}});
+        answer(kFilter, QByteArray("\x7f\0ELF\xff", 6)); // handed on as it is
         open();
         QTRY_COMPARE(prompt(), "Firewall is enabled, Veltaro inbound traffic will not pass "
                                "through the firewall."); // it waited

@@ -1,9 +1,5 @@
 #include "window/main/SessionScene.h"
 
-#include <QAccessible>
-#include <QApplication>
-#include <QLineEdit>
-
 constexpr char kChange[] = "/api/mobile/v2/resetpassword";
 constexpr char kKey[] = "/s/mobile/pubkey/obtain";
 

@@ -13,15 +13,6 @@
 #include "widgets/DlgSwitchAcc.h"
 #include "window/widgets/Looks.h"
 
-#include <QPointer>
-#include <QSignalSpy>
-#include <QTextBrowser>
-#include <QTimer>
-#include <QWindow>
-
-#include <functional>
-#include <memory>
-
 namespace {
 
 constexpr int kOpen = -1; // the dialog is still there
@@ -104,100 +95,88 @@ private slots:
     }
     void cleanup() { m_window.reset(); }
 
-    void ends_data()
+    void ends()
     {
         // Every button and key with its result: 1 accepted, 0 rejected, -1 still open. No key
         // starts an upgrade by accident.
-        const auto row = columns<QString, QString>("dialog", "ways");
+        const auto check = [this](const QString& name, const QString& ways) {
+            for (const QString& way : ways.split(' ')) {
+                const QString by = way.section('=', 0, 0);
+                const std::unique_ptr<QDialog> dialog(kDialogs[name](m_window.get()));
+                QSignalSpy finished(dialog.get(), &QDialog::finished);
+                dialog->open();
+                QVERIFY(dialog->isModal());
+                if (by.startsWith("btn"))
+                    QTest::mouseClick(dialog->findChild<QPushButton*>(by), Qt::LeftButton);
+                else
+                    QTest::keyClick(dialog.get(), by == "Return" ? Qt::Key_Return : Qt::Key_Escape);
+                QVERIFY(finished.size() == (dialog->isVisible() ? 0 : 1));
+                const int result = finished.isEmpty() ? kOpen : finished.first().first().toInt();
+                QCOMPARE(name + ' ' + by + '=' + QString::number(result), name + ' ' + way);
+            }
+        };
         const QString question = "btnYes=1 btnNo=0 btnClose=0 Return=1 Escape=0";
-        row("quit", "quit", question);
-        row("stop", "stop", question);
-        row("switch account", "switch account", question);
-        row("password changed", "password changed", "btnOk=1 Return=1 Escape=-1");
-        row("tips", "tips", "btnConfirm=1 btnClose=0 Return=1");
-        row("maintenance", "maintenance", "btnConfirm=1 btnClose=0");
-        row("forced upgrade", "forced upgrade", "btnUpgrade=-1 btnClose=1");
+        check("quit", question);
+        check("stop", question);
+        check("switch account", question);
+        check("password changed", "btnOk=1 Return=1 Escape=-1");
+        check("tips", "btnConfirm=1 btnClose=0 Return=1");
+        check("maintenance", "btnConfirm=1 btnClose=0");
+        check("forced upgrade", "btnUpgrade=-1 btnClose=1");
         const QString upgrade = "Escape=-1 Return=0 btnLater=0 btnClose=0 btnUpgrade=1 btnSkip=";
-        row("upgrade", "upgrade", upgrade + QString::number(DlgUpgrade::kSkipped));
-        row("device disabled", "device disabled", "btnConfirm=1");
-        row("privacy", "privacy", "btnAgree=1 btnRefuse=0 btnclose=0 Return=1 Escape=0");
+        check("upgrade", upgrade + QString::number(DlgUpgrade::kSkipped));
+        check("device disabled", "btnConfirm=1");
+        check("privacy", "btnAgree=1 btnRefuse=0 btnclose=0 Return=1 Escape=0");
     }
 
-    void ends()
+    void looksFinishedOverItsGreyedWindow()
     {
-        const auto [name, ways] = fetched<QString, QString>("dialog", "ways");
-        for (const QString& way : ways.split(' ')) {
-            const QString by = way.section('=', 0, 0);
+        const auto row = checked([this](const QString& name, bool chinese) {
+            const looks::Language language(chinese);
             const std::unique_ptr<QDialog> dialog(kDialogs[name](m_window.get()));
-            QSignalSpy finished(dialog.get(), &QDialog::finished);
+            QVERIFY(mask() && !mask()->isVisible());
             dialog->open();
-            QVERIFY(dialog->isModal());
-            if (by.startsWith("btn"))
-                QTest::mouseClick(dialog->findChild<QPushButton*>(by), Qt::LeftButton);
-            else
-                QTest::keyClick(dialog.get(), by == "Return" ? Qt::Key_Return : Qt::Key_Escape);
-            QVERIFY(finished.size() == (dialog->isVisible() ? 0 : 1));
-            const int result = finished.isEmpty() ? kOpen : finished.first().first().toInt();
-            QCOMPARE(by + '=' + QString::number(result), way);
-        }
-    }
+            QCOMPARE(looks::clipped(dialog.get()), QStringList());
+            QCOMPARE(looks::unnamed(dialog.get()), QStringList());
+            const QPoint off = dialog->geometry().center() - m_window->geometry().center();
+            QVERIFY2(qAbs(off.x()) <= 1 && qAbs(off.y()) <= 1, "not in the middle of its window");
+            QVERIFY(m_window->geometry().contains(dialog->geometry()));
 
-    void looksFinishedOverItsGreyedWindow_data()
-    {
-        const auto row = columns<QString, bool>("dialog", "chinese");
+            QVERIFY(mask()->isVisible());
+            QCOMPARE(mask()->geometry(), m_window->rect());
+            const QPointer<QWidget> gone(mask());
+            dialog->accept();
+            QVERIFY(!gone || !gone->isVisible());
+            QTRY_VERIFY(!gone);
+        });
         for (const QString& name : kDialogs.keys()) {
             row(qPrintable(name), name, false);
             row(qPrintable(name + ", Chinese"), name, true);
         }
     }
 
-    void looksFinishedOverItsGreyedWindow()
+    void accountDialogsLookFinished()
     {
-        const auto [name, chinese] = fetched<QString, bool>("dialog", "chinese");
-        const looks::Language language(chinese);
-        const std::unique_ptr<QDialog> dialog(kDialogs[name](m_window.get()));
-        QVERIFY(mask() && !mask()->isVisible());
-        dialog->open();
-        QCOMPARE(looks::clipped(dialog.get()), QStringList());
-        QCOMPARE(looks::unnamed(dialog.get()), QStringList());
-        const QPoint off = dialog->geometry().center() - m_window->geometry().center();
-        QVERIFY2(qAbs(off.x()) <= 1 && qAbs(off.y()) <= 1, "not in the middle of its window");
-        QVERIFY(m_window->geometry().contains(dialog->geometry()));
-
-        QVERIFY(mask()->isVisible());
-        QCOMPARE(mask()->geometry(), m_window->rect());
-        const QPointer<QWidget> gone(mask());
-        dialog->accept();
-        QVERIFY(!gone || !gone->isVisible());
-        QTRY_VERIFY(!gone);
-    }
-
-    void accountDialogsLookFinished_data()
-    {
-        const auto row = columns<QString>("username");
+        const auto row = checked([this](const QString& username) {
+            for (const bool chinese : {false, true}) {
+                const looks::Language language(chinese);
+                QStringList clipped;
+                QString text;
+                QTimer::singleShot(0, this, [&] {
+                    auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+                    clipped = looks::clipped(dialog);
+                    text = dialog->accessibleName();
+                    dialog->accept();
+                });
+                username.isEmpty() ? Util::showLdapChange(m_window.get())
+                                   : Util::showOrchKickOff(m_window.get(), username);
+                QCOMPARE(clipped, QStringList());
+                QVERIFY(!text.isEmpty() && text.remove(QChar(0x200b)).contains(username));
+            }
+        });
         row("account change", "");
         row("kick-out", "alice@acme.example");
         row("kick-out, long name", QString("averylongname.").repeated(4) + "@acme.example");
-    }
-
-    void accountDialogsLookFinished()
-    {
-        QFETCH(QString, username);
-        for (const bool chinese : {false, true}) {
-            const looks::Language language(chinese);
-            QStringList clipped;
-            QString text;
-            QTimer::singleShot(0, this, [&] {
-                auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-                clipped = looks::clipped(dialog);
-                text = dialog->accessibleName();
-                dialog->accept();
-            });
-            username.isEmpty() ? Util::showLdapChange(m_window.get())
-                               : Util::showOrchKickOff(m_window.get(), username);
-            QCOMPARE(clipped, QStringList());
-            QVERIFY(!text.isEmpty() && text.remove(QChar(0x200b)).contains(username));
-        }
     }
 
     void desktopWithShadowsNeedsNoMask()

@@ -6,11 +6,7 @@
 #include "res/Pictures.h"
 #include "support/Rows.h"
 
-#include <QAccessible>
-#include <QApplication>
-#include <QLabel>
-#include <QPushButton>
-#include <QTranslator>
+#include <QtWidgets>
 
 /// What the window tests of small widgets share: the program's appearance, and checks that hold
 /// for every one of them.

@@ -6,14 +6,6 @@
 #include "widgets/WidgeAbout.h"
 #include "window/widgets/Looks.h"
 
-#include <QDialog>
-#include <QLineEdit>
-#include <QMenu>
-#include <QSignalSpy>
-#include <QTimer>
-
-#include <memory>
-
 class PanelsTest : public QObject
 {
     Q_OBJECT
@@ -22,40 +14,35 @@ private slots:
     void initTestCase() { looks::prepare(); }
     void cleanup() { platform().clock = &QDateTime::currentMSecsSinceEpoch; }
 
-    void aboutOffersOnlyWhatIsNew_data()
+    void aboutOffersOnlyWhatIsNew()
     {
-        const auto row = columns<QString, bool, bool, QString, bool>("version", "showNew", "failed",
-                                                                     "text", "offered");
+        const auto row = checked([](const QString& version, bool showNew, bool failed,
+                                    const QString& text, bool offered) {
+            WidgeAbout about;
+            about.setStyleSheet(styleSheetFor("main"));
+            about.resize(528, 352);
+            about.show();
+            QSignalSpy requested(&about, &WidgeAbout::newVersionRequested);
+            auto* button = about.findChild<QPushButton*>("btnNewVersion");
+            auto* spinner = about.findChild<QLabelAnim*>("m_rotatePng");
+            auto* timer = spinner->findChild<QTimer*>("m_AnimTimer");
+
+            about.startCheck();
+            QVERIFY(spinner->isVisible() && timer->isActive() && !button->isVisible());
+            about.showVersion(version, showNew, failed);
+            QVERIFY(!spinner->isVisible() && !timer->isActive() && button->isVisible());
+            QCOMPARE(button->text(), text);
+            QCOMPARE(about.findChild<QLabel*>("labelUpgradeIcon")->isVisible(), offered);
+            QCOMPARE(looks::clipped(&about), QStringList());
+            QCOMPARE(looks::unnamed(&about), QStringList());
+            QTest::mouseClick(button, Qt::LeftButton);
+            QCOMPARE(requested.size(), offered ? 1 : 0);
+        });
         const QString latest = "Already the Latest Version";
         row("new", "6.2.0", true, false, "Discover A New Version 6.2.0", true);
         row("not to be shown", "6.2.0", false, false, latest, false);
         row("new without a name", "", true, false, latest, false);
         row("failed", "", false, true, "Check failed, please try again", false);
-    }
-
-    void aboutOffersOnlyWhatIsNew()
-    {
-        const auto [version, showNew, failed, offered] =
-            fetched<QString, bool, bool, bool>("version", "showNew", "failed", "offered");
-        WidgeAbout about;
-        about.setStyleSheet(styleSheetFor("main"));
-        about.resize(528, 352);
-        about.show();
-        QSignalSpy requested(&about, &WidgeAbout::newVersionRequested);
-        auto* button = about.findChild<QPushButton*>("btnNewVersion");
-        auto* spinner = about.findChild<QLabelAnim*>("m_rotatePng");
-        auto* timer = spinner->findChild<QTimer*>("m_AnimTimer");
-
-        about.startCheck();
-        QVERIFY(spinner->isVisible() && timer->isActive() && !button->isVisible());
-        about.showVersion(version, showNew, failed);
-        QVERIFY(!spinner->isVisible() && !timer->isActive() && button->isVisible());
-        QTEST(button->text(), "text");
-        QCOMPARE(about.findChild<QLabel*>("labelUpgradeIcon")->isVisible(), offered);
-        QCOMPARE(looks::clipped(&about), QStringList());
-        QCOMPARE(looks::unnamed(&about), QStringList());
-        QTest::mouseClick(button, Qt::LeftButton);
-        QCOMPARE(requested.size(), offered ? 1 : 0);
     }
 
     void aboutLinksOpenOutside()

@@ -1,12 +1,6 @@
+#include "widgets/PromptText.h"
 #include "widgets/WidgetTopPrompt.h"
 #include "window/widgets/Looks.h"
-
-#include <QTextDocument>
-#include <QTimer>
-
-#include <memory>
-
-Q_DECLARE_METATYPE(WidgetTopPrompt::PROMPT_TYPE)
 
 namespace {
 
@@ -39,39 +33,34 @@ private slots:
 
     void cleanup() { m_window.reset(); }
 
-    void staysOrHidesAndIsLogged_data()
+    void staysOrHidesAndIsLogged()
     {
         using P = WidgetTopPrompt;
-        const auto row =
-            columns<P::PROMPT_TYPE, bool, QColor, int>("type", "log", "colour", "level");
+        const auto row = checked([this](P::PROMPT_TYPE type, bool log, const QColor& colour,
+                                        int level) {
+            // Long enough to be broken and shortened on the screen: the log takes it as it is.
+            const QString text = QString("6009 \"%1\" 50% ").repeated(100);
+            logged.clear();
+            const QtMessageHandler before = qInstallMessageHandler(&collect);
+            m_prompt->showPrompt(type, text, log);
+            qInstallMessageHandler(before);
+            using Lines = QVector<QPair<int, QString>>;
+            QCOMPARE(logged, level == kNothing ? Lines() : Lines({{level, "<DISPLAY> " + text}}));
+            QVERIFY(m_prompt->isVisible());
+            QCOMPARE(label()->palette().color(QPalette::WindowText), colour);
+            QCOMPARE(timer()->isActive(), type == P::SHOW_SUCCESS);
+            if (!timer()->isActive())
+                return;
+            QCOMPARE(timer()->interval(), 4000);
+            timer()->start(1);
+            QTRY_VERIFY(!m_prompt->isVisible());
+            QVERIFY(!timer()->isActive());
+        });
         row("success", P::SHOW_SUCCESS, true, QColor(53, 64, 82), kNothing);
         row("warning", P::SHOW_WARNING, true, QColor(255, 170, 0), QtWarningMsg);
         row("error", P::SHOW_ERROR, true, QColor(255, 85, 85), QtCriticalMsg);
         row("quiet warning", P::SHOW_WARNING, false, QColor(255, 170, 0), kNothing);
         row("quiet error", P::SHOW_ERROR, false, QColor(255, 85, 85), kNothing);
-    }
-
-    void staysOrHidesAndIsLogged()
-    {
-        QFETCH(WidgetTopPrompt::PROMPT_TYPE, type);
-        const auto [log, level] = fetched<bool, int>("log", "level");
-        // Long enough to be broken and shortened on the screen: the log takes it as it is.
-        const QString text = QString("6009 \"%1\" 50% ").repeated(100);
-        logged.clear();
-        const QtMessageHandler before = qInstallMessageHandler(&collect);
-        m_prompt->showPrompt(type, text, log);
-        qInstallMessageHandler(before);
-        using Lines = QVector<QPair<int, QString>>;
-        QCOMPARE(logged, level == kNothing ? Lines() : Lines({{level, "<DISPLAY> " + text}}));
-        QVERIFY(m_prompt->isVisible());
-        QTEST(label()->palette().color(QPalette::WindowText), "colour");
-        QCOMPARE(timer()->isActive(), type == WidgetTopPrompt::SHOW_SUCCESS);
-        if (!timer()->isActive())
-            return;
-        QCOMPARE(timer()->interval(), 4000);
-        timer()->start(1);
-        QTRY_VERIFY(!m_prompt->isVisible());
-        QVERIFY(!timer()->isActive());
     }
 
     // The timer of a success must not take away the error that replaced it, nor count on from an
@@ -101,9 +90,49 @@ private slots:
         QVERIFY(!m_prompt->isVisible());
     }
 
-    void fitsItsWindow_data()
+    void promptBreaks()
     {
-        const auto row = columns<QString, bool, int>("text", "chinese", "lines");
+        const auto row =
+            checked([](const QString& text, int width, bool chinese, const QString& shown) {
+                QCOMPARE(breakPromptText(text, width, chinese), shown);
+            });
+        row("as wide as allowed", "aaaa bbbb cccc dddd", 460, false, "aaaa bbbb cccc dddd");
+        row("a pixel wider", "aaaa bbbb cccc dddd", 461, false, "aaaa bbbb \ncccc dddd");
+        row("space on the middle itself", "aaaa bbbb", 500, false, "aaaa \nbbbb");
+        row("space before the middle does not count", "aa bbbbbbbbbbbbbb", 500, false,
+            "aa bbbbbbbbbbbbbb");
+        row("full stop stays on its line", "aaaaaaaa.bbbbb", 500, false, "aaaaaaaa.\nbbbbb");
+        row("comma first", "aaaaaa,bb cc", 500, false, "aaaaaa,\nbb cc");
+        row("no empty second line", "aaaaaaaaaaaaaa.", 500, false, "aaaaaaaaaaaaaa.");
+        row("Chinese, at the middle", "一二三四 五六七", 500, true, "一二三四\n 五六七");
+        row("Chinese, odd length", "一二三四五", 500, true, "一二\n三四五");
+        row("Chinese, a pair is not cut", "一𠀀二", 500, true, "一𠀀\n二");
+        row("Chinese, narrow", "一二三四", 100, true, "一二三四");
+        row("empty", "", 500, true, "");
+    }
+
+    void fitsItsWindow()
+    {
+        const auto row = checked([this](const QString& text, bool chinese, int lines) {
+            const looks::Language language(chinese);
+            m_prompt = new WidgetTopPrompt(m_window.get());
+            m_prompt->showPrompt(WidgetTopPrompt::SHOW_ERROR, text, false);
+
+            QVERIFY(isCentred());
+            QVERIFY(m_window->rect().contains(m_prompt->geometry()));
+            QCOMPARE(looks::clipped(m_prompt), QStringList());
+            QCOMPARE(label()->textFormat(), Qt::PlainText);
+            QTextDocument tip; // as a tool tip takes its text
+            const bool rich = Qt::mightBeRichText(m_prompt->toolTip());
+            rich ? tip.setHtml(m_prompt->toolTip()) : tip.setPlainText(m_prompt->toolTip());
+            if (!tip.isEmpty())
+                QCOMPARE(tip.toPlainText().trimmed(), text.left(4000).trimmed());
+            const QStringList shown = label()->text().split('\n');
+            if (lines > 0) {
+                QCOMPARE(shown.size(), lines);
+                QCOMPARE(shown.join(""), QString(text).remove('\n'));
+            }
+        });
         row("short", "Veltaro is connected", false, 1);
         row("two lines",
             "6022 Network connection error: It appears that all tunnels have been disconnected. "
@@ -117,29 +146,6 @@ private slots:
         row("a page of text", QString("some <img src=x> words ").repeated(5000), false, 0);
         row("own lines", "first\nsecond", false, 2);
         row("mark-up is text", "<b>bold</b><img src=x>", false, 1);
-    }
-
-    void fitsItsWindow()
-    {
-        const auto [text, chinese, lines] = fetched<QString, bool, int>("text", "chinese", "lines");
-        const looks::Language language(chinese);
-        m_prompt = new WidgetTopPrompt(m_window.get());
-        m_prompt->showPrompt(WidgetTopPrompt::SHOW_ERROR, text, false);
-
-        QVERIFY(isCentred());
-        QVERIFY(m_window->rect().contains(m_prompt->geometry()));
-        QCOMPARE(looks::clipped(m_prompt), QStringList());
-        QCOMPARE(label()->textFormat(), Qt::PlainText);
-        QTextDocument tip; // as a tool tip takes its text
-        const bool rich = Qt::mightBeRichText(m_prompt->toolTip());
-        rich ? tip.setHtml(m_prompt->toolTip()) : tip.setPlainText(m_prompt->toolTip());
-        if (!tip.isEmpty())
-            QCOMPARE(tip.toPlainText().trimmed(), text.left(4000).trimmed());
-        const QStringList shown = label()->text().split('\n');
-        if (lines > 0) {
-            QCOMPARE(shown.size(), lines);
-            QCOMPARE(shown.join(""), QString(text).remove('\n'));
-        }
     }
 
 private:
