@@ -1,5 +1,6 @@
 #include "login/OtpVerifyPage.h"
 
+#include "login/AccessibleCode.h"
 #include "login/VerifyNumInputWidget.h"
 #include "widgets/BackButton.h"
 #include "widgets/WidgetParts.h"
@@ -15,10 +16,16 @@ namespace {
 constexpr int kFormWidth = 264;
 constexpr int kButtonHeight = 36;
 
+VerifyNumInputWidget* makeCodeInput(QWidget* parent)
+{
+    describeCodesToAssistants(); // they look as soon as it has a name
+    return named(new VerifyNumInputWidget(parent), "m_verifyNumber");
+}
+
 } // namespace
 
 OtpVerifyPage::OtpVerifyPage(QWidget* parent)
-    : QWidget(parent), m_verifyNumber(named(new VerifyNumInputWidget(this), "m_verifyNumber")),
+    : QWidget(parent), m_verifyNumber(makeCodeInput(this)),
       m_verifyBtn(makeButton(this, "m_verifyBtn", "primary", tr("Verify"))),
       m_lostPhoneBtn(makeButton(this, "m_lostPhoneBtn", "link", tr("Lost Your Phone?")))
 {

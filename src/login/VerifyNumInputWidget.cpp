@@ -1,6 +1,5 @@
 #include "login/VerifyNumInputWidget.h"
 
-#include "login/AccessibleCode.h"
 #include "widgets/Style.h"
 #include "widgets/WidgetParts.h"
 
@@ -42,7 +41,6 @@ void describe(QWidget* widget, const QString& text)
 
 VerifyNumInputWidget::VerifyNumInputWidget(QWidget* parent) : QWidget(parent)
 {
-    describeCodesToAssistants(); // before a name is given, at which they look
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_InputMethodEnabled);
     setInputMethodHints(Qt::ImhDigitsOnly | Qt::ImhSensitiveData | Qt::ImhNoPredictiveText);
