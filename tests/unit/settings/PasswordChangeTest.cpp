@@ -54,8 +54,6 @@ private slots:
             "6009 System error (204). Please contact your network administrator.");
         row("invalid, no reason", 401, "{'i18nKey':'k','code':401}", 0, "text of 401");
         row("forced", 401, reason(3), int(SessionEnd::ForcedLogout), "");
-        row("account", 401, reason(5), int(SessionEnd::AccountChanged), "");
-        row("password", 401, reason(1), int(SessionEnd::PasswordChanged), "");
         row("another reason", 401, reason(0), int(SessionEnd::InvalidToken), "");
     }
 };

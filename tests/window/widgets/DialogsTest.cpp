@@ -17,16 +17,6 @@ namespace {
 
 constexpr int kOpen = -1; // the dialog is still there
 
-class FixedDialog : public OtpBaseDlg
-{
-public:
-    explicit FixedDialog(QWidget* parent) : OtpBaseDlg(parent)
-    {
-        m_isMoveable = false;
-        resize(200, 100);
-    }
-};
-
 using MakeDialog = std::function<QDialog*(QWidget*)>;
 
 QDialog* reset(QWidget* under)
@@ -214,7 +204,6 @@ private slots:
         const QPoint step(30, -12);
         QCOMPARE(dragged(DlgQuit(m_window.get()), Qt::LeftButton, step), step);
         QCOMPARE(dragged(DlgQuit(m_window.get()), Qt::RightButton, step), QPoint());
-        QCOMPARE(dragged(FixedDialog(m_window.get()), Qt::LeftButton, step), QPoint());
     }
 
     void privacyLinksOpenOutside()
