@@ -22,9 +22,7 @@ QByteArray bytesOf(const Record& record)
 
 QByteArray attribute(quint16 type, const QByteArray& payload, int length = -1)
 {
-    rtattr header{};
-    header.rta_len = static_cast<quint16>(length < 0 ? 4 + payload.size() : length);
-    header.rta_type = type;
+    const rtattr header{quint16(length < 0 ? 4 + payload.size() : length), type};
     QByteArray bytes = bytesOf(header) + payload;
     return bytes.append(QByteArray((4 - bytes.size() % 4) % 4, '\0'));
 }
@@ -32,11 +30,8 @@ QByteArray attribute(quint16 type, const QByteArray& payload, int length = -1)
 QByteArray message(quint16 type, const QByteArray& payload, quint16 flags = NLM_F_MULTI,
                    int length = -1)
 {
-    nlmsghdr header{};
-    header.nlmsg_len = static_cast<quint32>(length < 0 ? 16 + payload.size() : length);
-    header.nlmsg_type = type;
-    header.nlmsg_flags = flags;
-    return bytesOf(header) + payload;
+    const quint32 size(length < 0 ? 16 + payload.size() : length);
+    return bytesOf(nlmsghdr{size, type, flags, 0, 0}) + payload;
 }
 
 QByteArray route(quint8 family, quint8 table, const QByteArray& attributes)
