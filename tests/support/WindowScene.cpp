@@ -13,15 +13,15 @@ WindowScene::WindowScene()
 {
     OrchErrRes::release(); // error texts of an earlier scene
     ConfigUtil::createConfigPath();
-    QFile::resize(ConfigUtil::getConfigPath() + QStringLiteral("setting.conf"), 0);
+    QFile::resize(ConfigUtil::getConfigPath() + "setting.conf", 0);
     const QString path = m_folder.path();
     platform() = Platform();
     platform().programDir = [path] { return path; };
     platform().isChinese = [] { return false; };
-    platform().arguments = [] { return QStringList{QStringLiteral("veltaro")}; };
+    platform().arguments = [] { return QStringList{"veltaro"}; };
     platform().quit = [this] { ++quits; };
     platform().relaunch = [this](const QStringList& arguments) {
-        started << arguments.join(QLatin1Char(' '));
+        started << arguments.join(' ');
         ++quits;
     };
     m_previous = qInstallMessageHandler(&Log::messageOut);
@@ -35,9 +35,8 @@ WindowScene::WindowScene()
 
 WindowScene::~WindowScene()
 {
-    if (QFile::exists(file(QStringLiteral("tarvelin"))))
-        QProcess::execute(file(QStringLiteral("tarvelin")),
-                          {QStringLiteral("-D"), QStringLiteral("stop")});
+    if (QFile::exists(file("tarvelin")))
+        QProcess::execute(file("tarvelin"), {"-D", "stop"});
     qputenv("PATH", m_path);
     qputenv("TMPDIR", m_tmp);
     qInstallMessageHandler(m_previous);
@@ -52,23 +51,23 @@ QByteArray WindowScene::read(const QString& name) const
 
 void WindowScene::stageDatapath()
 {
-    const QStringList programs = QStringLiteral(VELTARO_DATAPATH_PROGRAMS).split(QLatin1Char('|'));
+    const QStringList programs = QString(VELTARO_DATAPATH_PROGRAMS).split('|');
     for (const QString& program : programs)
         QFile::copy(program, file(QFileInfo(program).fileName()));
-    QFile owner(file(QStringLiteral("standin.owner")));
+    QFile owner(file("standin.owner"));
     if (owner.open(QIODevice::WriteOnly))
         owner.write(QByteArray::number(QCoreApplication::applicationPid()));
     for (const char* folder : {"tools", "tmp"})
-        QDir(m_folder.path()).mkdir(QLatin1String(folder));
+        QDir(m_folder.path()).mkdir(folder);
     for (const char* tool : {"ping", "ifconfig", "ip"})
-        stageTool(QLatin1String(tool), QByteArray("echo ") + tool + " \"$@\"");
-    qputenv("PATH", file(QStringLiteral("tools:")).toUtf8() + m_path);
-    qputenv("TMPDIR", file(QStringLiteral("tmp")).toUtf8());
+        stageTool(tool, QByteArray("echo ") + tool + " \"$@\"");
+    qputenv("PATH", file("tools:").toUtf8() + m_path);
+    qputenv("TMPDIR", file("tmp").toUtf8());
 }
 
 void WindowScene::stageTool(const QString& name, const QByteArray& script)
 {
-    QFile tool(file(QStringLiteral("tools/")) + name);
+    QFile tool(file("tools/" + name));
     if (tool.open(QIODevice::WriteOnly))
         tool.write("#!/bin/sh\n" + script + '\n');
     tool.setPermissions(QFile::ReadOwner | QFile::ExeOwner | QFile::WriteOwner);
@@ -76,21 +75,17 @@ void WindowScene::stageTool(const QString& name, const QByteArray& script)
 
 void WindowScene::logIn()
 {
-    const QString token = service.issueToken(username, Util::getSerial());
-    const QVector<QPair<QString, QVariant>> left = {
-        {ConfigUtil::TOKEN, token},
-        {ConfigUtil::USERNAME, username},
-        {ConfigUtil::PASSWORD, QString(password.size(), QLatin1Char('*'))},
-        {ConfigUtil::CUSTOMERIDSTR, customer},
-        {ConfigUtil::CUSTOMERID, QStringLiteral("1001")},
-        {ConfigUtil::AUTHURL, service.authUrl()},
-        {ConfigUtil::AGREE_PRIVACY, 1},
-        {ConfigUtil::PRIVACY_VERSION, service.scenario().privacyVersion},
-        {ConfigUtil::REMEMBER_PASSWORD, 2},
-        {ConfigUtil::AUTO_LOGIN, 2},
-    };
-    for (const auto& value : left)
-        ConfigUtil::writeValue(value.first, value.second);
+    using C = ConfigUtil;
+    C::writeValue(C::TOKEN, service.issueToken(username, Util::getSerial()));
+    C::writeValue(C::USERNAME, username);
+    C::writeValue(C::PASSWORD, QString(password.size(), '*'));
+    C::writeValue(C::CUSTOMERIDSTR, customer);
+    C::writeValue(C::CUSTOMERID, "1001");
+    C::writeValue(C::AUTHURL, service.authUrl());
+    C::writeValue(C::AGREE_PRIVACY, 1);
+    C::writeValue(C::PRIVACY_VERSION, service.scenario().privacyVersion);
+    C::writeValue(C::REMEMBER_PASSWORD, 2);
+    C::writeValue(C::AUTO_LOGIN, 2);
 }
 
 ModalGuard::ModalGuard(const char* className, std::function<void(QDialog*)> act)

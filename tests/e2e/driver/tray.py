@@ -7,11 +7,7 @@ from gi.repository import Gio, GLib
 _NAME = "org.kde.StatusNotifierWatcher"
 _INTERFACE = f"""<node><interface name="{_NAME}">
   <method name="RegisterStatusNotifierItem"><arg type="s" direction="in"/></method>
-  <property name="RegisteredStatusNotifierItems" type="as" access="read"/>
   <property name="IsStatusNotifierHostRegistered" type="b" access="read"/>
-  <property name="ProtocolVersion" type="i" access="read"/>
-  <signal name="StatusNotifierItemRegistered"><arg type="s"/></signal>
-  <signal name="StatusNotifierItemUnregistered"><arg type="s"/></signal>
 </interface></node>"""
 
 
@@ -42,10 +38,8 @@ class Tray:
         self._items += arguments.unpack()
         invocation.return_value(None)
 
-    def _property(self, _connection, _sender, _path, _interface, name):
-        return {"RegisteredStatusNotifierItems": GLib.Variant("as", self._items),
-                "IsStatusNotifierHostRegistered": GLib.Variant("b", True)
-                }.get(name, GLib.Variant("i", 0))
+    def _property(self, _connection, _sender, _path, _interface, _name):
+        return GLib.Variant("b", True)
 
     def _call(self, service, path, interface, method, arguments):
         return self._connection.call_sync(service, path, interface, method, arguments, None,

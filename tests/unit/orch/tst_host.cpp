@@ -22,9 +22,7 @@ QByteArray bytesOf(const Record& record)
 
 QByteArray attribute(quint16 type, const QByteArray& payload, int length = -1)
 {
-    rtattr header{};
-    header.rta_len = static_cast<quint16>(length < 0 ? 4 + payload.size() : length);
-    header.rta_type = type;
+    const rtattr header{quint16(length < 0 ? 4 + payload.size() : length), type};
     QByteArray bytes = bytesOf(header) + payload;
     return bytes.append(QByteArray((4 - bytes.size() % 4) % 4, '\0'));
 }
@@ -32,11 +30,8 @@ QByteArray attribute(quint16 type, const QByteArray& payload, int length = -1)
 QByteArray message(quint16 type, const QByteArray& payload, quint16 flags = NLM_F_MULTI,
                    int length = -1)
 {
-    nlmsghdr header{};
-    header.nlmsg_len = static_cast<quint32>(length < 0 ? 16 + payload.size() : length);
-    header.nlmsg_type = type;
-    header.nlmsg_flags = flags;
-    return bytesOf(header) + payload;
+    const quint32 size(length < 0 ? 16 + payload.size() : length);
+    return bytesOf(nlmsghdr{size, type, flags, 0, 0}) + payload;
 }
 
 QByteArray route(quint8 family, quint8 table, const QByteArray& attributes)
@@ -70,32 +65,32 @@ class HostTest : public QObject
 private slots:
     void cleanup() { platform().fileRoot.clear(); }
 
-    void deviceId()
+    void systems()
     {
-        const auto idOf = [](const char* system) {
-            platform().fileRoot = root(system);
-            return Util::getDeviceId();
-        };
-        QCOMPARE(idOf("ubuntu"), QString("3F1C9D1A-5B1E-4A7E-9C0D-7E2A8F6B4C21"));
-        QCOMPARE(idOf("uos"), QString("9E0C7D54-2A61-4F0B-8B1C-D3C1F2A4E5B6"));
-        QCOMPARE(idOf("kylin"), QString("5C1E2D3F-02"));
-        QCOMPARE(idOf("debian"), QString());
-        QCOMPARE(idOf("no such system"), QString());
-    }
-
-    void distribution()
-    {
-        const auto idOf = [](const char* system) {
-            return hostidentity::distributionId(
-                Util::readFileContent(root(system) + "/etc/lsb-release"));
-        };
-        QCOMPARE(idOf("ubuntu"), QString("ubuntu"));
-        QCOMPARE(idOf("uos"), QString("uosLinux"));
-        QCOMPARE(idOf("kylin"), QString("kylinLinux"));
+        // "processes": number and name of each. 77 has no command line that could be opened.
+        const auto row = checked([](const char* system, const QString& deviceId,
+                                    const QString& distribution, const QString& processes) {
+            platform().fileRoot = QFINDTESTDATA("data/") + system;
+            QCOMPARE(Util::getDeviceId(), deviceId);
+            const QByteArray release = readFile(platform().hostFile("/etc/lsb-release"));
+            QCOMPARE(hostidentity::distributionId(release), distribution);
+            QStringList names;
+            for (const Util::ProcessInfo& process : Util::getProcessInfo())
+                names << QString("%1 %2").arg(process.pid).arg(process.name);
+            names.sort();
+            QCOMPARE(names.join(", "), processes);
+        });
+        row("Ubuntu", "ubuntu", "3F1C9D1A-5B1E-4A7E-9C0D-7E2A8F6B4C21", "ubuntu",
+            "1 /sbin/init, 1500 , 2 kthreadd, 814 /opt/client/tarvelin_datapath, 902 (sd-pam");
+        row("UOS", "uos", "9E0C7D54-2A61-4F0B-8B1C-D3C1F2A4E5B6", "uosLinux",
+            "1 /usr/lib/systemd/systemd, 78 ");
+        row("Kylin", "kylin", "5C1E2D3F-02", "kylinLinux", "");
+        row("no UUID", "debian", "", "ubuntu", "");
+        row("no file at all", "no such system", "", "ubuntu", "");
 
         // The first answer stays: without the file "unknown", later with it too.
         for (const char* system : {"debian", "uos"}) {
-            platform().fileRoot = root(system);
+            platform().fileRoot = QFINDTESTDATA("data/") + system;
             QCOMPARE(Util::getDistributionId(), QString("unknown"));
         }
     }
@@ -108,23 +103,6 @@ private slots:
         const QString own = QSysInfo::currentCpuArchitecture();
         QCOMPARE(Util::getCpuArchitecture(),
                  hostidentity::cpuArchitecture(own == "arm64" ? "aarch64" : own.toLatin1()));
-    }
-
-    void processes()
-    {
-        const auto namesOf = [](const char* system) {
-            platform().fileRoot = root(system);
-            QStringList names;
-            for (const Util::ProcessInfo& process : Util::getProcessInfo())
-                names << QString("%1 %2").arg(process.pid).arg(process.name);
-            names.sort();
-            return names.join(", ");
-        };
-        QCOMPARE(namesOf("ubuntu"), QString("1 /sbin/init, 1500 , 2 kthreadd, "
-                                            "814 /opt/client/tarvelin_datapath, 902 (sd-pam"));
-        // 77 has no command line that could be opened.
-        QCOMPARE(namesOf("uos"), QString("1 /usr/lib/systemd/systemd, 78 "));
-        QCOMPARE(namesOf("no such system"), QString());
     }
 
     void serial()
@@ -239,8 +217,6 @@ private slots:
     }
 
 private:
-    static QString root(const char* system) { return QFINDTESTDATA("data/") + system; }
-
     SettingsHome m_home;
 };
 

@@ -38,10 +38,7 @@ private slots:
                 QCOMPARE(int(answer.end), qMax(end, 0));
                 QCOMPARE(answer.text, text);
             });
-        const char lost[] = "{'i18nKey':'k','code':401,'parameters':{'invalidReasonCode':%1}}";
-        const auto reason = [&lost](int code) {
-            return QByteArray(lost).replace("%1", QByteArray::number(code));
-        };
+        const QByteArray lost = "{'i18nKey':'k','code':401,'parameters':{'invalidReasonCode':";
         row("accepted", 200, "{}", -1, "");
         row("accepted, whatever it says", 200, "{'i18nKey':'k','code':406}", -1, "");
         row("406", 406, "{'i18nKey':'Used before.','code':406}", 0, "Used before.");
@@ -53,10 +50,8 @@ private slots:
         row("204", 204, "", 0,
             "6009 System error (204). Please contact your network administrator.");
         row("invalid, no reason", 401, "{'i18nKey':'k','code':401}", 0, "text of 401");
-        row("forced", 401, reason(3), int(SessionEnd::ForcedLogout), "");
-        row("account", 401, reason(5), int(SessionEnd::AccountChanged), "");
-        row("password", 401, reason(1), int(SessionEnd::PasswordChanged), "");
-        row("another reason", 401, reason(0), int(SessionEnd::InvalidToken), "");
+        row("forced", 401, lost + "3}}", int(SessionEnd::ForcedLogout), "");
+        row("another reason", 401, lost + "0}}", int(SessionEnd::InvalidToken), "");
     }
 };
 

@@ -50,13 +50,11 @@ private slots:
         const auto row =
             columns<QByteArray, int, QByteArray, QString>("path", "status", "body", "prompt");
         row("wrong old password", kChange, 0, "", "1062 The old password is wrong.");
-        row("406", kChange, 406, "{'code':406,'i18nKey':'Used before.'}", "Used before.");
         row("401 without a reason", kChange, 401, "{'code':401,'i18nKey':'k','message':'Over.'}",
             "401 Over.");
         row("no answer", kChange, -1, "", "Connection closed");
         row("key: 502", kKey, 502, "",
             "6046 The system is under maintenance, please try again later.");
-        row("key: refused", kKey, 400, "{'code':1048,'message':'Nobody.'}", "1048 Nobody.");
         row("key: unusable", kKey, 200, "{'code':0,'key':'AAAA'}",
             "6009 System error (200). Please contact your network administrator.");
     }
