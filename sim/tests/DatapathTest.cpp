@@ -2,7 +2,6 @@
 #include "support/Rows.h"
 #include "support/WindowScene.h"
 
-#include <QProcess>
 #include <QTcpSocket>
 #include <QtTest>
 

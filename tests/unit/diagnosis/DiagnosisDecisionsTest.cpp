@@ -8,44 +8,34 @@ class DiagnosisDecisionsTest : public QObject
     Q_OBJECT
 
 private slots:
-    void names_data()
+    void names()
     {
-        const auto row = columns<QString, QString>("log", "name");
+        const auto row = checked(
+            [](const char* log, const char* name) { QCOMPARE(diagnosis::bundleName(log), name); });
         row("agent", "tq_agent.log.1", "cpeagent.log.1");
         row("datapath", "tarvelin_datapath.log", "tqconn.log");
         row("service", "tarvelin_serviced.", "service.");
         row("another", "tq_agent2.log", "tq_agent2.log");
         row("no dot", "tq_agent", "cpeagent");
-    }
-
-    void names()
-    {
-        QTEST(diagnosis::bundleName(cell<QString>("log")), "name");
         QCOMPARE(diagnosis::archiveName("SHORT", "20300102_030405"),
                  "linux_SHORT_20300102_030405.tar.gz");
     }
 
-    void reports_data()
-    {
-        const auto row = columns<int, int, int, bool>("status", "error", "code", "uploaded");
-        row("taken", 200, QNetworkReply::NoError, 200, true);
-        row("broken off behind it", 200, QNetworkReply::RemoteHostClosedError, 28, false);
-        row("refused", 404, QNetworkReply::ContentNotFoundError, 10001, false);
-        row("nobody there", 0, QNetworkReply::ConnectionRefusedError, 10001, false);
-        row("another success", 201, QNetworkReply::NoError, 10001, false);
-    }
-
     void reports()
     {
-        OrchReply reply;
-        reply.status = cell<int>("status");
-        reply.error = QNetworkReply::NetworkError(cell<int>("error"));
-        reply.errorString = "why";
-        const DiagnosisReport report = diagnosis::uploadReport(reply, 7);
-        QTEST(report.errorCode, "code");
-        QTEST(report.uploaded, "uploaded");
-        QCOMPARE(report.reason, report.uploaded ? QString() : "why");
-        QCOMPARE(report.uploadedTime, 7);
+        using Error = QNetworkReply::NetworkError;
+        const auto row = checked([](int status, Error error, int code) {
+            const auto report = diagnosis::uploadReport(OrchReply({}, status, error, "why"), 7);
+            QCOMPARE(report.errorCode, code);
+            QCOMPARE(report.uploaded, code == 200);
+            QCOMPARE(report.reason, code == 200 ? QString() : "why");
+            QCOMPARE(report.uploadedTime, 7);
+        });
+        row("taken", 200, Error::NoError, 200);
+        row("broken off behind it", 200, Error::RemoteHostClosedError, 28);
+        row("refused", 404, Error::ContentNotFoundError, 10001);
+        row("nobody there", 0, Error::ConnectionRefusedError, 10001);
+        row("another success", 201, Error::NoError, 10001);
     }
 
     void displays()

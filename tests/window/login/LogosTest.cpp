@@ -2,10 +2,6 @@
 #include "branding/LogoPicture.h"
 #include "window/login/LoginScene.h"
 
-#include <QDir>
-#include <QFile>
-#include <QJsonDocument>
-
 constexpr char kList[] = "/api/mobile/v2/getCustomerLogoUrl";
 constexpr char kRound[] = "/files/logos/orvek-round.png";
 constexpr char kMain[] = "/files/logos/logo.png";

@@ -1,11 +1,7 @@
 #include "app/Deployment.h"
+#include "sim/Situations.h"
 #include "widgets/WidgeDiagnoseResult.h"
 #include "window/main/SessionScene.h"
-
-#include <QDir>
-#include <QProcess>
-#include <QRegularExpression>
-#include <QStandardPaths>
 
 #include <csignal>
 
@@ -172,11 +168,7 @@ private slots:
             answer(where, cell<Fault>("fault"));
         if (box == "OrchUpgradeDialog")
             service().edit([](sim::Scenario& now) {
-                now.noticeReply = {{"type", "upgrade"},
-                                   {"state", "run"},
-                                   {"id", "n-1"},
-                                   {"startsInMinutes", -60},
-                                   {"endsInMinutes", 60}};
+                now.apply(sim::situationCommand("Maintenance running")["scenario"].toObject());
             });
         std::unique_ptr<ModalGuard> guard;
         if (!box.isEmpty())

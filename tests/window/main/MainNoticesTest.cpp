@@ -1,3 +1,4 @@
+#include "sim/Situations.h"
 #include "upgrade/DlgUpgrade.h"
 #include "window/main/SessionScene.h"
 
@@ -55,9 +56,7 @@ private slots:
     void a502DuringAMaintenanceShowsIt()
     {
         service().edit([](sim::Scenario& now) {
-            now.noticeReply = {{"type", "upgrade"},      {"id", "n2"},
-                               {"state", "run"},         {"noticeTime", 60},
-                               {"startsInMinutes", -60}, {"endsInMinutes", 60}};
+            now.apply(sim::situationCommand("Maintenance running")["scenario"].toObject());
         });
         answer(kConnect, 502);
         ModalGuard notice("OrchUpgradeDialog");
