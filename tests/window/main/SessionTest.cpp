@@ -4,6 +4,8 @@
 
 #include <QLocalSocket>
 
+#include <sys/stat.h>
+
 /// The main window and its session against the simulated service and the stand-in datapath.
 class SessionTest : public SessionScene
 {
@@ -13,6 +15,8 @@ private slots:
     void connectsByItselfShowsRatesAndStops()
     {
         serveFilter(R"({"ipSetMode":-1,"blackIpSet":["1.1.1.1","1.1.1.1",7]})");
+        QVERIFY(QFile::link(scene().file("planted"), scene().file("cpeagent.conf")));
+        QCOMPARE(::mkfifo(QFile::encodeName(scene().file("filterConfig.conf")), 0666), 0);
         open();
         QTRY_COMPARE_WITH_TIMEOUT(connectText(), "Stop", 15000);
         QVERIFY(logged("[INFO] Reconnecting"));
@@ -24,6 +28,7 @@ private slots:
         QVERIFY2(filter.startsWith(R"({"blackIpSet":["1.1.1.1")") && filter.endsWith("}\n"),
                  filter);
         QVERIFY(scene().read("cpeagent.conf").startsWith("orchid="));
+        QVERIFY(!QFile::exists(scene().file("planted")));
         QVERIFY(child<QWidget>("m_Chronometer")->isVisible());
 
         // The first poll starts from zero, the second measures.
