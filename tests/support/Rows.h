@@ -23,8 +23,10 @@ auto columns(Names... names)
 /// Rows of what needs no scene of its own: each is checked where it stands, up to the first that
 /// fails.
 ///
-///     const auto row = checked([](const QString& typed, int code) { QCOMPARE(read(typed), code);
-///     }); row("empty", "", 6037);
+///     const auto row = checked([](const QString& typed, int code) {
+///         QCOMPARE(read(typed), code);
+///     });
+///     row("empty", "", 6037);
 template <class Check>
 auto checked(Check check)
 {
