@@ -1,10 +1,14 @@
 #include "app/Log.h"
 
+#include "app/ConfigUtil.h"
 #include "app/LogFormat.h"
 #include "app/LogMarker.h"
 #include "app/LogModel.h"
+#include "app/OtherUser.h"
 #include "app/Platform.h"
 #include "app/ProgramFile.h"
+
+#include <utility>
 
 std::mutex Log::mutex;
 LogModel* Log::m_LogModel = nullptr;
@@ -31,9 +35,26 @@ const logformat::Stamp& currentStamp()
     return stamp;
 }
 
-QString logFile()
+QString commonFile()
 {
     return platform().programFile(QStringLiteral("ui.log"));
+}
+
+// For a user whom the program's folder offers no log; empty before the settings folder is known.
+QString ownFile()
+{
+    const QString folder = ConfigUtil::getConfigPath();
+    return folder.isEmpty() ? QString() : folder + QStringLiteral("ui.log");
+}
+
+// What the log in the user's folder begins a run with.
+QString whyElsewhere()
+{
+    const QString owner = otherOwner(commonFile());
+    QString why = commonFile() + QStringLiteral(" can not be written, this log is used instead");
+    if (!owner.isEmpty())
+        why += QStringLiteral("; it belongs to the user ") + owner;
+    return logformat::makeRecord(QtWarningMsg, why, currentStamp()).fileLine;
 }
 
 // The lines from `from` on, each trimmed, as they are written back.
@@ -99,19 +120,34 @@ void Log::writeLog(const QString& line)
 {
     // The line is appended by a single write, whole even if another process appends too, and
     // nothing here can log again. A full disk loses it.
-    ProgramFile::toAppend(logFile()).write(line.toUtf8() + '\n');
+    const QByteArray bytes = line.toUtf8() + '\n';
+    if (const ProgramFile file = ProgramFile::toAppend(commonFile()); file.isOpen()) {
+        file.write(bytes);
+        return;
+    }
+    if (ownFile().isEmpty())
+        return;
+    static bool said = false;
+    const bool first = !std::exchange(said, true);
+    ProgramFile::toAppend(ownFile()).write(first ? whyElsewhere().toUtf8() + '\n' + bytes : bytes);
+}
+
+QString Log::file()
+{
+    const bool own = !ownFile().isEmpty() && !ProgramFile::toAppend(commonFile()).isOpen();
+    return own ? ownFile() : commonFile();
 }
 
 void Log::clearLog()
 {
     const QByteArray content = [] {
-        const ProgramFile file = ProgramFile::toRead(logFile());
-        return file.read(file.size()).value_or(QByteArray());
+        const ProgramFile log = ProgramFile::toRead(file());
+        return log.read(log.size()).value_or(QByteArray());
     }();
     const int from = logformat::firstRecent(content, kKeepDays, platform().now().date());
     if (from == 0)
         return;
-    if (ProgramFile::replace(logFile(), trimmedLines(content, from)) ==
+    if (ProgramFile::replace(file(), trimmedLines(content, from)) ==
         ProgramFile::Replaced::NotRemoved)
         logDisplayCritical(tr("Failed to remove old log file"));
 }
@@ -134,13 +170,13 @@ void Log::getHisLog()
     // after the listing. The file is read without the lock: nobody who logs meanwhile waits for it.
     std::unique_lock lock(mutex);
     LogModel* const model = m_LogModel;
-    const ProgramFile file = ProgramFile::toRead(logFile());
-    const qint64 size = file.size();
-    if (!model || !file.isOpen())
+    const ProgramFile log = ProgramFile::toRead(file());
+    const qint64 size = log.size();
+    if (!model || !log.isOpen())
         return;
     m_pending.clear();
     lock.unlock();
 
-    model->setRows(logformat::historyRows(file.read(size).value_or(QByteArray()), kHistoryDays,
+    model->setRows(logformat::historyRows(log.read(size).value_or(QByteArray()), kHistoryDays,
                                           platform().now().date()));
 }

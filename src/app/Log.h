@@ -15,7 +15,9 @@ class LogModel;
 /// The program's log: every message that passes through Qt's message functions becomes a line of
 /// "ui.log" in the program's folder and, when it carries the display marker (LogMarker.h), rows
 /// of the activity log. The file is readable by its owner alone; a link or anything but a regular
-/// file in its place is neither written nor read. Used through static functions only.
+/// file in its place is neither written nor read. Where the program's folder gives us no such file,
+/// as beside another user's, the log is "ui.log" in the settings folder, and says so. Used through
+/// static functions only.
 class Log : public QObject
 {
     Q_OBJECT
@@ -28,7 +30,11 @@ public:
     /// The log page's model, or null when no window shows one. GUI thread.
     static void setLogModel(LogModel* model);
 
-    /// Appends one line to the file. A file that cannot be opened loses the line. Any thread.
+    /// The file as things stand: the one in the program's folder, made when there is none, or else
+    /// the one in the settings folder. Any thread.
+    static QString file();
+
+    /// Appends one line to the file, under the log's lock. A file that cannot be opened loses the line. Any thread.
     static void writeLog(const QString& line);
 
     /// Drops the leading lines older than 60 days from the file; a file without such lines is

@@ -1,9 +1,13 @@
 #include "app/SingleApp.h"
 
 #include "app/LocalServer.h"
+#include "app/OtherUser.h"
 #include "app/Platform.h"
 
+#include <QDebug>
 #include <QLocalSocket>
+
+#include <unistd.h>
 
 SingleApp* SingleApp::m_pInstance = new SingleApp;
 
@@ -12,6 +16,15 @@ constexpr int kTellMs = 500; // a copy that does not read is not waited for
 static QString socketName()
 {
     return platform().programFile(QStringLiteral("UI_SOCKET"));
+}
+
+// Nobody sees a copy that ends because another user's runs.
+static void warnOfOtherUsersCopy(int descriptor)
+{
+    const auto user = platform().peerUser(descriptor);
+    if (user && *user != ::getuid())
+        qWarning().noquote() << "The client is running for the user" << userName(*user)
+                             << "already; a machine has one connection";
 }
 
 SingleApp* SingleApp::instance()
@@ -33,6 +46,7 @@ bool SingleApp::isAreadyRun()
     if (!running) {
         startInstance();
     } else if (probe.state() == QLocalSocket::ConnectedState) {
+        warnOfOtherUsersCopy(int(probe.socketDescriptor()));
         probe.write(LocalServer::kShow);
         probe.waitForBytesWritten(kTellMs);
     }
@@ -46,7 +60,11 @@ void SingleApp::startInstance()
     delete m_LocalServer;
     m_LocalServer = new LocalServer;
     m_LocalServer->setSocketOptions(LocalServer::WorldAccessOption);
-    m_LocalServer->listen(socketName());
+    if (m_LocalServer->listen(socketName()))
+        return;
+    qWarning().noquote() << "The local socket can not be made, the datapath's agent will not reach"
+                         << "this copy:" << m_LocalServer->errorString();
+    warnOfOtherOwner(socketName());
 }
 
 LocalServer* SingleApp::getLocalServer() const

@@ -6,7 +6,9 @@
 #include "app/Log.h"
 #include "app/SingleApp.h"
 #include "app/Startup.h"
+#include "app/Termination.h"
 #include "login/DlgLogin.h"
+#include "main/DatapathFile.h"
 #include "main/DlgMain.h"
 #include "res/Font.h"
 #include "res/Pictures.h"
@@ -35,14 +37,23 @@ static bool anotherCopyRuns(QSystemSemaphore& guard)
     return running;
 }
 
-static int runSession(QApplication& app)
+// A copy that this one has started in its own place goes on with what stands on disk.
+static void leave()
+{
+    if (SingleApp::instance())
+        leaveDatapathFiles();
+    SingleApp::release();
+}
+
+static int runSession(QApplication& app, const Termination& termination)
 {
     // Closed windows do not end the session: it lives on in the tray.
     QApplication::setQuitOnLastWindowClosed(false);
     DlgMain mainWindow(nullptr);
+    QObject::connect(&termination, &Termination::wanted, &mainWindow, &DlgMain::quitUI);
     mainWindow.show();
     const int result = app.exec();
-    SingleApp::release();
+    leave();
     return result;
 }
 
@@ -92,10 +103,13 @@ int main(int argc, char* argv[])
                          window->raise();
                          window->activateWindow();
                      });
+    const Termination termination;
+    QObject::connect(&termination, &Termination::wanted, login.get(),
+                     &DlgLogin::rejectWithDialogs);
     const bool accepted = login->exec() == QDialog::Accepted;
     login.reset();
     if (accepted)
-        return runSession(app);
-    SingleApp::release();
+        return runSession(app, termination);
+    leave();
     return 0;
 }

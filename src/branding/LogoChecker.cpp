@@ -1,6 +1,7 @@
 #include "branding/LogoChecker.h"
 
 #include "app/LogMarker.h"
+#include "app/OtherUser.h"
 #include "app/Platform.h"
 #include "branding/LogoCache.h"
 #include "branding/LogoPicture.h"
@@ -20,6 +21,11 @@ namespace {
 
 LogoChecker* s_instance = nullptr;
 
+QString cacheFolder()
+{
+    return platform().programFile(QStringLiteral("logores"));
+}
+
 } // namespace
 
 LogoChecker* LogoChecker::instance()
@@ -34,7 +40,7 @@ LogoChecker* LogoChecker::instance()
 
 LogoCache LogoChecker::cache() const
 {
-    return {platform().programFile(QStringLiteral("logores")), m_customerId};
+    return {cacheFolder(), m_customerId};
 }
 
 void LogoChecker::clearLogoInfo()
@@ -157,8 +163,10 @@ void LogoChecker::onDownloaded(LogoInfo& info, const QByteArray& file)
         return retry(info);
     }
     qInfo().noquote() << QStringLiteral("File %1 download successfully.").arg(info.clientName);
-    if (!cache().write(info.clientName, file))
+    if (!cache().write(info.clientName, file)) {
         qWarning().noquote() << "The file" << info.clientName << "was not kept.";
+        warnOfOtherOwner(cacheFolder());
+    }
     load(info, file);
 }
 

@@ -1,6 +1,7 @@
 #include "diagnosis/DiagnosisBundle.h"
 
 #include "app/Deployment.h"
+#include "app/Log.h"
 #include "app/Platform.h"
 #include "app/ProcessRun.h"
 #include "app/ProgramFile.h"
@@ -97,8 +98,9 @@ void getAllLogs(const WorkFolder& folder)
     const QStringList logs = program.entryList(filters, QDir::Files | QDir::CaseSensitive);
     for (const QString& log : logs)
         folder.copy(program.filePath(log), bundleName(log));
-    for (const char* name : {"ui.log", "PersistentConf.db"})
-        folder.copy(program.filePath(QLatin1String(name)), QLatin1String(name));
+    folder.copy(Log::file(), QStringLiteral("ui.log"));
+    const QString database = QStringLiteral("PersistentConf.db");
+    folder.copy(program.filePath(database), database);
 }
 
 // The archive is made by us, so that tar finds a file that nobody else can have put there.

@@ -1,6 +1,7 @@
 #include "diagnosis/WorkFolder.h"
 
 #include "app/LogMarker.h"
+#include "app/OtherUser.h"
 #include "app/ProgramFile.h"
 
 #include <QDir>
@@ -53,6 +54,7 @@ WorkFolder WorkFolder::prepare()
     WorkFolder folder;
     if (!makePrivate(QFile::encodeName(path))) {
         qCritical("Can not create directory for diagnosis");
+        warnOfOtherOwner(path);
         return folder;
     }
     empty(path);

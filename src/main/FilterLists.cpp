@@ -114,6 +114,5 @@ void FilterLists::writeFilterLog(const FilterDocument& filter)
 
 bool FilterLists::saveFilter(const QByteArray& document)
 {
-    return replaceDatapathFile(platform().programFile(QStringLiteral("filterConfig.conf")),
-                               document + '\n');
+    return replaceDatapathFile(kFilterConfig, document + '\n');
 }

@@ -2,6 +2,7 @@
 
 #include "app/ConfigUtil.h"
 #include "app/LogMarker.h"
+#include "app/OtherUser.h"
 #include "app/Platform.h"
 #include "app/Product.h"
 #include "app/ProgramFile.h"
@@ -37,8 +38,10 @@ void Session::checkAndClearDB()
              << " new customer:" << customer << " new useranme:" << user;
 
     const QString path = QDir(platform().programDir()).absoluteFilePath(database);
-    if (!ProgramFile::remove(path))
+    if (!ProgramFile::remove(path)) {
         logDisplayDebug(QStringLiteral("Failed to clear Datapath DB:") + path);
+        warnOfOtherOwner(path);
+    }
     ConfigUtil::writeValue(ConfigUtil::OLD_CUSTOMERID, customer);
     ConfigUtil::writeValue(ConfigUtil::OLD_USERNAME, user);
 }
@@ -92,8 +95,7 @@ bool Session::saveConfig(const ConnectReply& reply)
         qWarning("A communication server's address holds a control character");
         return false;
     }
-    if (!replaceDatapathFile(platform().programFile(QStringLiteral("cpeagent.conf")),
-                             reply.cpeAgentConf()))
+    if (!replaceDatapathFile(kAgentConfig, reply.cpeAgentConf()))
         return false;
     m_filter->setCommServHosts(reply.commServerHosts());
     logDisplayInfo(tr("Save data path configuration successfully"));

@@ -3,6 +3,7 @@ somebody has planted things."""
 import ctypes
 import json
 import os
+import signal
 import stat
 import subprocess
 
@@ -67,8 +68,11 @@ def test_a_crash_does_not_lock_out(scene, client):
     client.start()
     client.see_connected()
     assert client.run_second_copy() == 0
-    client.quit()
+    # The end of a desktop session is an end in order.
+    os.kill(client.pid(), signal.SIGTERM)
+    assert client.exit_code() == 0
     assert not client.datapath()
+    assert not (client.folder / "UI_SOCKET").exists()
 
 
 def test_nothing_planted_in_its_folder_is_used(scene, client):

@@ -1,3 +1,4 @@
+#include "app/ConfigUtil.h"
 #include "app/Log.h"
 #include "app/LogFormat.h"
 #include "app/LogMarker.h"
@@ -212,14 +213,25 @@ private slots:
         QVERIFY(!(QFile::permissions(file()) & (QFile::ReadGroup | QFile::ReadOther)));
     }
 
-    void aFileThatCannotBeWrittenLosesTheLineOnly()
+    void aUserWhomTheFolderOffersNoLogKeepsOneInTheSettings()
     {
         platform().programDir = [] { return "/nonexistent/folder"; };
         m_now = kNow.addDays(400);
-        logDisplayInfo("still shown");
-        QTRY_COMPARE(shown(*m_model).value(1), "0:still shown");
-        Log::clearLog();
+        logDisplayInfo("lost");
+        QTRY_COMPARE(shown(*m_model).value(1), "0:lost");
+        ConfigUtil::createConfigPath();
+        const QString own = ConfigUtil::getConfigPath() + "ui.log";
+        for (const char* line : {"one", "two"})
+            logDisplayInfo(line);
         Log::getHisLog();
+        QCOMPARE(Log::file(), own);
+        QCOMPARE(shown(*m_model).filter(QRegularExpression("^[03]:")),
+                 (QStringList{"0:two", "0:one",
+                              "3:/nonexistent/folder/ui.log can not be written, this log is used "
+                              "instead"}));
+        m_now = m_now.addDays(100);
+        Log::clearLog();
+        QCOMPARE(readFile(own), QByteArray());
     }
 
 private:

@@ -1,9 +1,12 @@
 #include "main/FilterDocument.h"
+#include "app/Platform.h"
 #include "main/ConnectReply.h"
 #include "main/DatapathFile.h"
 #include "orch/JsonUtil.h"
 #include "support/Rows.h"
 #include "unit/Files.h"
+
+#include <sys/stat.h>
 
 /// What the datapath gets to read: filter document and agent configuration.
 class FilterDocumentTest : public QObject
@@ -86,17 +89,23 @@ private slots:
                  "a,b");
     }
 
-    void aFileThatCannotBeReplacedIsReported()
+    void datapathFilesAreReplacedAndLeft()
     {
         QTemporaryDir dir;
-        const QString path = dir.filePath("x.conf");
+        platform().programDir = [&dir] { return dir.path(); };
+        const QString path = dir.filePath(kFilterConfig);
         const QString target = dir.filePath("target");
         QVERIFY(QFile::link(target, path)); // leads nowhere, and would make its target
-        QVERIFY(replaceDatapathFile(path, "old, and much longer"));
+        QVERIFY(replaceDatapathFile(kFilterConfig, "old, and much longer"));
         QVERIFY(!QFile::exists(target));
-        QVERIFY(replaceDatapathFile(path, "new"));
+        QVERIFY(replaceDatapathFile(kFilterConfig, "new"));
         QCOMPARE(readFile(path), QByteArray("new"));
         QVERIFY(!(QFile::permissions(path) & (QFile::ReadGroup | QFile::ReadOther)));
+        for (const mode_t mode : {0755, 01777}) {
+            QCOMPARE(::chmod(QFile::encodeName(dir.path()).constData(), mode), 0);
+            leaveDatapathFiles();
+            QCOMPARE(QFile::exists(path), mode == 0755);
+        }
     }
 };
 
