@@ -1,4 +1,4 @@
-# The resource pipeline: pictures drawn from SVG sources, the interface font taken out of the
+# The resource pipeline: pictures drawn from SVG sources, the interface font made from the
 # system's collection, and resource trees put together from files that exist only after the build.
 
 # The interpreter that Debian's fontTools package is installed for; another python3 that comes
@@ -25,18 +25,18 @@ if(NOT EXISTS ${VELTARO_QT_TRANSLATION})
     veltaro_missing("${VELTARO_QT_TRANSLATION}" qttranslations5-l10n)
 endif()
 
-# Draws every picture of the list file below `out_dir` (each .png also as @2x, and both also as
-# plain pixels, .argb) with `tool` and sets `out_names` to the pictures' names relative to it.
+# Draws every picture of the list file below `out_dir` (each .png also as @2x, and all as plain
+# pixels, .argb) with `tool` and sets `out_names` to the files' names relative to it.
 function(veltaro_render_art out_names tool list art_dir out_dir)
     set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${list})
     file(STRINGS ${list} lines REGEX "^[^# ]")
     set(names)
     foreach(line IN LISTS lines)
         string(REGEX MATCH "^[^ ]+" name "${line}")
-        list(APPEND names ${name})
-        if(name MATCHES "^(.+)\\.png$")
-            list(APPEND names ${CMAKE_MATCH_1}@2x.png ${CMAKE_MATCH_1}.argb
-                ${CMAKE_MATCH_1}@2x.argb)
+        string(REGEX REPLACE "\\.(png|ico)$" "" base ${name})
+        list(APPEND names ${base}.argb)
+        if(name MATCHES "png$")
+            list(APPEND names ${name} ${base}@2x.png ${base}@2x.argb)
         endif()
     endforeach()
     list(TRANSFORM names PREPEND ${out_dir}/ OUTPUT_VARIABLE files)
@@ -50,13 +50,13 @@ function(veltaro_render_art out_names tool list art_dir out_dir)
     set(${out_names} ${names} PARENT_SCOPE)
 endfunction()
 
-# Takes the face called `family` out of the font collection into the file `out`, renamed.
-function(veltaro_extract_font out family new_family)
-    set(script ${CMAKE_CURRENT_SOURCE_DIR}/tools/extractfont.py)
+# Makes the interface font `out` of the face called `family` in the font collection.
+function(veltaro_make_font out family new_family)
+    set(script ${CMAKE_CURRENT_SOURCE_DIR}/tools/makefont.py)
     add_custom_command(OUTPUT ${out}
         COMMAND ${VELTARO_PYTHON} ${script} ${VELTARO_FONT_COLLECTION} ${family} ${out} ${new_family}
         DEPENDS ${script} ${VELTARO_FONT_COLLECTION}
-        COMMENT "Extracting ${family}" VERBATIM)
+        COMMENT "Making ${new_family}" VERBATIM)
 endfunction()
 
 # Writes a resource collection with the given prefix. The rest are pairs: the name in the tree,

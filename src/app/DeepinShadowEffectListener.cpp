@@ -3,10 +3,9 @@
 #include "app/ConfigUtil.h"
 #include "app/LogMarker.h"
 
-#include <com_deepin_wm.h>
-
 #include <QCoreApplication>
 #include <QDBusInterface>
+#include <QLibrary>
 
 namespace {
 const QString kService = QStringLiteral("com.deepin.wm");
@@ -28,12 +27,17 @@ DeepinShadowEffectListener::DeepinShadowEffectListener()
 {
     if (!isDeepinDesktop(qEnvironmentVariable("XDG_CURRENT_DESKTOP")))
         return;
-    m_wm = new __wm(kService, kPath, QDBusConnection::sessionBus(), this);
-    connect(m_wm, &__wm::compositingEnabledChanged, this,
-            &DeepinShadowEffectListener::onCompositingEnabledChanged);
+    QLibrary library(QStringLiteral(VELTARO_DEEPIN_LIBRARY));
+    using Make = QObject*(const QString& service, const QString& path, QObject* parent);
+    auto* const make = reinterpret_cast<Make*>(library.resolve("makeWindowManager"));
+    if (!make) {
+        qWarning().noquote() << "The window manager is not followed:" << library.errorString();
+        return;
+    }
+    m_wm = make(kService, kPath, this);
+    connect(m_wm, SIGNAL(compositingEnabledChanged(bool)), this,
+            SLOT(onCompositingEnabledChanged(bool)));
 }
-
-DeepinShadowEffectListener::~DeepinShadowEffectListener() = default;
 
 void DeepinShadowEffectListener::checkOnStart()
 {

@@ -2,8 +2,6 @@
 
 #include <QObject>
 
-class __wm;
-
 /// Whether a value of XDG_CURRENT_DESKTOP names the Deepin desktop; a list of names does not.
 bool isDeepinDesktop(const QString& currentDesktop);
 
@@ -17,8 +15,6 @@ class DeepinShadowEffectListener : public QObject
 public:
     /// The one instance, made on first use.
     static DeepinShadowEffectListener* instance();
-
-    ~DeepinShadowEffectListener() override;
 
     /// Reads the current state from the window manager; logs when it cannot be reached.
     void checkOnStart();
@@ -34,5 +30,5 @@ public slots:
 private:
     DeepinShadowEffectListener();
 
-    __wm* m_wm = nullptr;
+    QObject* m_wm = nullptr; ///< the library's `__wm`; null on other desktops
 };

@@ -48,8 +48,6 @@ void startup::prepare()
     // The windows are painted without OpenGL; loading its drivers would double the time to the
     // first window and the memory.
     platform().setForOurselves("QT_XCB_GL_INTEGRATION", "none");
-    // Nobody asks which network the machine is on; looking for changes would wake an idle client.
-    platform().setForOurselves("QT_BEARER_POLL_TIMEOUT", "2000000000"); // ms
     keepPluginsOutOfProgramFolder();
 }
 

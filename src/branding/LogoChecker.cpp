@@ -9,6 +9,7 @@
 #include "orch/MaskSecrets.h"
 #include "orch/OrchIdentity.h"
 #include "orch/OrchIpc.h"
+#include "orch/OrchRequest.h"
 #include "orch/OrchRequests.h"
 
 #include <QCoreApplication>
@@ -134,7 +135,7 @@ void LogoChecker::load(LogoInfo& info, const QByteArray& file)
 void LogoChecker::downloadLogo(const QString& url, const QString& clientName)
 {
     if (!m_manager)
-        m_manager = new QNetworkAccessManager(this);
+        m_manager = makeAccessManager(this);
     OrchRequest request = orchrequest::logoFile(url, storedIdentity(m_customerId));
     request.mostBytes = logopicture::kMostBytes;
     request.userData = clientName;

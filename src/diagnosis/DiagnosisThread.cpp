@@ -6,6 +6,7 @@
 #include "diagnosis/WorkFolder.h"
 #include "dispatch/DispatchTool.h"
 #include "orch/HostIdentity.h"
+#include "orch/OrchRequest.h"
 
 #include <QEventLoop>
 #include <QNetworkAccessManager>
@@ -65,8 +66,8 @@ void DiagnosisThread::run()
             return;
         msleep(kTurnMs);
     }
-    QNetworkAccessManager manager; // belongs to the thread that uses it
-    diagnose(manager);
+    const std::unique_ptr<QNetworkAccessManager> manager(makeAccessManager(nullptr));
+    diagnose(*manager);
 }
 
 void DiagnosisThread::diagnose(QNetworkAccessManager& manager)

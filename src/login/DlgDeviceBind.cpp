@@ -6,6 +6,7 @@
 #include "orch/HostIdentity.h"
 #include "orch/HttpErrorText.h"
 #include "orch/OrchErrRes.h"
+#include "orch/OrchRequest.h"
 #include "orch/TextUtil.h"
 #include "widgets/PromptText.h"
 #include "widgets/WidgetParts.h"
@@ -33,7 +34,7 @@ DlgDeviceBind::DlgDeviceBind(const QString& username, const QString& deviceId, c
       m_btnYes(
           makeDialogButton(contentWidget(), "btnYes", "primary",
                            m_SupportApply ? tr("Request Association") : tr("Confirm && Copy"))),
-      m_NetMgr(new QNetworkAccessManager(this))
+      m_NetMgr(makeAccessManager(this))
 {
     setObjectName(QStringLiteral("DlgDeviceBind"));
     OrchErrRes::getInstance()->setCustomerId(ConfigUtil::savedText(ConfigUtil::CUSTOMERID));

@@ -12,6 +12,7 @@
 #include "orch/HostIdentity.h"
 #include "orch/JsonUtil.h"
 #include "orch/MaskSecrets.h"
+#include "orch/OrchRequest.h"
 #include "orch/OrchRequests.h"
 #include "widgets/EntryField.h"
 #include "widgets/Style.h"
@@ -37,7 +38,7 @@ constexpr int kMaskLength = 11; ///< whatever the password's length
 DlgPhoneAuth::DlgPhoneAuth(const QString& phoneNumber, const QString& username,
                            const QString& password, const QString& customerId,
                            const QString& middleToken, QWidget* parent)
-    : OtpBaseDlg(parent), m_NetMgr(new QNetworkAccessManager(this)),
+    : OtpBaseDlg(parent), m_NetMgr(makeAccessManager(this)),
       m_sender(
           new SmsSender({customerId, username, shownPhoneNumber(phoneNumber), middleToken}, this)),
       m_lineEditCode(named(new EntryField(contentWidget()), "lineEditCode")),

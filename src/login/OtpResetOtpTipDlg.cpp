@@ -5,6 +5,7 @@
 #include "login/OtpRecovery.h"
 #include "orch/AccountRequests.h"
 #include "orch/HostIdentity.h"
+#include "orch/OrchRequest.h"
 #include "widgets/Style.h"
 #include "widgets/WidgetParts.h"
 #include "widgets/WidgetTopPrompt.h"
@@ -30,7 +31,7 @@ OtpResetOtpTipDlg::OtpResetOtpTipDlg(QWidget* parent)
       m_recoveryLineEdit(named(new QLineEdit(contentWidget()), "m_recoveryLineEdit")),
       m_cancelBtn(makeDialogButton(contentWidget(), "btnCancel", "secondary", tr("Cancel"))),
       m_resetBtn(makeDialogButton(contentWidget(), "btnReset", "primary", tr("Reset"))),
-      m_topPrompt(new WidgetTopPrompt(this)), m_netMgr(new QNetworkAccessManager(this))
+      m_topPrompt(new WidgetTopPrompt(this)), m_netMgr(makeAccessManager(this))
 {
     setObjectName(QStringLiteral("OtpResetOtpTipDlg"));
     setRole(m_recoveryLineEdit, "field");

@@ -7,6 +7,7 @@
 #include "orch/OrchErrCode.h"
 #include "orch/OrchIdentity.h"
 #include "orch/OrchReply.h"
+#include "orch/OrchRequest.h"
 #include "orch/OrchRequests.h"
 
 #include <QNetworkAccessManager>
@@ -55,7 +56,7 @@ void Heartbeat::heartBeat(bool intranet)
         return;
     m_LastHtTimeStamp = now;
 
-    auto* manager = new QNetworkAccessManager(this); // for this one request
+    auto* manager = makeAccessManager(this); // for this one request
     manager->setObjectName(QStringLiteral("heartbeat"));
     const auto done = [this, intranet, connection = m_connection.run()](const OrchReply& reply) {
         answered(reply, connection.isCurrent(), intranet);

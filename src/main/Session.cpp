@@ -12,6 +12,7 @@
 #include "orch/OrchErrCode.h"
 #include "orch/OrchIdentity.h"
 #include "orch/OrchReply.h"
+#include "orch/OrchRequest.h"
 #include "orch/OrchRequests.h"
 
 #include <QNetworkAccessManager>
@@ -29,7 +30,7 @@ constexpr char kReconnect[] = "reconnect";
 } // namespace
 
 Session::Session(QObject* window)
-    : QObject(window), m_NetMgr(new QNetworkAccessManager(this)),
+    : QObject(window), m_NetMgr(makeAccessManager(this)),
       m_ConnectSlowWarningTimer(makeTimer(this, "m_ConnectSlowWarningTimer", kSlowMs,
                                           [this] {
                                               m_ConnectSlowWarningTimer->stop();

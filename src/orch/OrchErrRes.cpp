@@ -6,6 +6,7 @@
 #include "orch/JsonUtil.h"
 #include "orch/MaskSecrets.h"
 #include "orch/OrchErrCode.h"
+#include "orch/OrchRequest.h"
 #include "orch/OrchRequests.h"
 #include "orch/TextUtil.h"
 
@@ -86,7 +87,7 @@ void OrchErrRes::init()
 void OrchErrRes::start(const OrchRequest& request)
 {
     if (!m_NetMgr) {
-        m_NetMgr = new QNetworkAccessManager(this);
+        m_NetMgr = makeAccessManager(this);
         m_NetMgr->setTransferTimeout(kTransferTimeoutMs);
     }
     sendOrchRequest(*m_NetMgr, request,

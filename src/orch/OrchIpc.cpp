@@ -9,6 +9,7 @@
 #include "orch/HostIdentity.h"
 #include "orch/MaskSecrets.h"
 #include "orch/OrchIdentity.h"
+#include "orch/OrchRequest.h"
 #include "orch/OrchRequests.h"
 
 #include <QCoreApplication>
@@ -66,7 +67,7 @@ void OrchIpc::appendClientInfo(QJsonObject* body)
 QNetworkReply* OrchIpc::start(const OrchRequest& request)
 {
     if (!m_manager) {
-        m_manager = new QNetworkAccessManager(this);
+        m_manager = makeAccessManager(this);
         connect(m_manager, &QNetworkAccessManager::finished, this, &OrchIpc::onFinished);
     }
     return sendOrchRequest(*m_manager, request);

@@ -1,5 +1,6 @@
 #include "orch/OrchRequest.h"
 
+#include <QCoreApplication>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QNetworkRequest>
@@ -40,6 +41,20 @@ QNetworkReply* start(QNetworkAccessManager& manager, const QNetworkRequest& netw
 }
 
 } // namespace
+
+QNetworkAccessManager* makeAccessManager(QObject* parent)
+{
+    // The first manager of the process looks for the engines, here where there are none.
+    static const bool engineless = [] {
+        const QStringList paths = QCoreApplication::libraryPaths();
+        QCoreApplication::setLibraryPaths({});
+        QNetworkAccessManager();
+        QCoreApplication::setLibraryPaths(paths);
+        return true;
+    }();
+    Q_UNUSED(engineless)
+    return new QNetworkAccessManager(parent);
+}
 
 QNetworkReply* sendOrchRequest(QNetworkAccessManager& manager, const OrchRequest& request,
                                QIODevice* content)

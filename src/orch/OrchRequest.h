@@ -34,6 +34,12 @@ struct OrchRequest
     QVariant userData = {};
 };
 
+/// What sends requests; without a parent it is the caller's. All of the program are made here. Qt's
+/// network engines are left out: loading them costs 10 ms, they ask the system's bus about every
+/// change of the network, and while they hold the machine for offline no request would be sent.
+/// Any thread, which the manager then belongs to.
+QNetworkAccessManager* makeAccessManager(QObject* parent);
+
 /// Sends the request and returns its reply, which belongs to the manager until the receiver of
 /// its finished signal releases it. Always finishes asynchronously: also an address that is
 /// empty, malformed or neither http nor https only leads to a reply with a network error.

@@ -45,7 +45,7 @@ void PasswordChange::send(const CredentialKey& key)
     if (!key.key.isEmpty() && !complete)
         return emit keyUnusable(kKeyStatus);
     if (!m_NetMgr)
-        m_NetMgr = new QNetworkAccessManager(this);
+        m_NetMgr = makeAccessManager(this);
     sendOrchRequest(*m_NetMgr,
                     orchrequest::changePassword(ConfigUtil::savedText(ConfigUtil::AUTHURL),
                                                 storedIdentity(m_customerId), params),

@@ -4,6 +4,7 @@
 #include "app/LogMarker.h"
 #include "orch/HostIdentity.h"
 #include "orch/OrchIdentity.h"
+#include "orch/OrchRequest.h"
 #include "orch/OrchRequests.h"
 #include "upgrade/InstallerHandover.h"
 #include "upgrade/UpgradePolicy.h"
@@ -79,7 +80,7 @@ QString brokenToWidth(const QString& text, int width,
 }
 
 DlgUpgrade::DlgUpgrade(QWidget* parent, bool forwardReplies)
-    : QDialog(parent), m_NetMgr(new QNetworkAccessManager(this)), m_Parent(parent),
+    : QDialog(parent), m_NetMgr(makeAccessManager(this)), m_Parent(parent),
       m_forwardReplies(forwardReplies), m_labelTitle(makeLabel(this, "labelTitle", "heading")),
       m_labelContent(makeLabel(nullptr, "labelContent", ""))
 {

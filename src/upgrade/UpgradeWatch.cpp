@@ -22,12 +22,20 @@ constexpr int kMinuteMs = 60000;
 
 UpgradeWatch::UpgradeWatch(QDialog* window, bool inSession)
     : QObject(window), m_window(window), m_inSession(inSession),
-      m_DlgUpgrade(new DlgUpgrade(window, inSession)),
       m_checkUpgradeTimer(
           makeTimer(this, "m_checkUpgradeTimer", 0, &UpgradeWatch::onNextCheckUpgrade))
 {
     m_checkUpgradeTimer->setSingleShot(true);
-    connect(m_DlgUpgrade, &DlgUpgrade::checkAnswered, this, &UpgradeWatch::upgradeNotify);
+}
+
+// Made when it is first needed, which is after the window's first picture.
+DlgUpgrade* UpgradeWatch::offerDialog()
+{
+    if (!m_DlgUpgrade) {
+        m_DlgUpgrade = new DlgUpgrade(m_window, m_inSession);
+        connect(m_DlgUpgrade, &DlgUpgrade::checkAnswered, this, &UpgradeWatch::upgradeNotify);
+    }
+    return m_DlgUpgrade;
 }
 
 void UpgradeWatch::close()
@@ -39,7 +47,7 @@ void UpgradeWatch::close()
 
 void UpgradeWatch::checkUpgrade(bool byUser)
 {
-    m_DlgUpgrade->checkUpgrade(byUser);
+    offerDialog()->checkUpgrade(byUser);
 }
 
 void UpgradeWatch::onNextCheckUpgrade()
@@ -161,12 +169,13 @@ void UpgradeWatch::runDialog()
 
 void UpgradeWatch::offerUpgrade()
 {
-    m_DlgUpgrade->setUrl(m_upgradeUrl);
-    m_DlgUpgrade->setSettings(m_Des, m_NewVersion, false);
-    GreyMaskForUkui::cover(m_window, m_DlgUpgrade);
+    DlgUpgrade* const dialog = offerDialog();
+    dialog->setUrl(m_upgradeUrl);
+    dialog->setSettings(m_Des, m_NewVersion, false);
+    GreyMaskForUkui::cover(m_window, dialog);
     const QPointer<UpgradeWatch> alive(this);
     const QString offered = m_NewVersion;
-    const int result = m_DlgUpgrade->exec();
+    const int result = dialog->exec();
     if (!alive || result != DlgUpgrade::kSkipped || offered != m_NewVersion)
         return;
     emit versionChecked(m_NewVersion, true, false);

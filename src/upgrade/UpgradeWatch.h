@@ -60,12 +60,13 @@ private:
     void getVersionCheckParam(bool newer, bool ignore, bool& pop, bool& mark, bool& showNew);
     bool isShowUpgradeDialog(const QString& newVersion, bool newer, bool force, bool ignore);
     UpgradeDecision decide(const UpgradeOffer& offer);
+    DlgUpgrade* offerDialog();
     void popLater();
     void offerUpgrade();
 
     QDialog* m_window;
     bool m_inSession;
-    DlgUpgrade* m_DlgUpgrade;
+    DlgUpgrade* m_DlgUpgrade = nullptr;
     QTimer* m_checkUpgradeTimer; ///< until the next automatic check
     bool m_ForceUpgrade = false;
     bool m_newer = false;  ///< the newest version is newer than this client

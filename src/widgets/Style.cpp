@@ -5,7 +5,6 @@
 #include <QFile>
 #include <QGuiApplication>
 #include <QHash>
-#include <QImageReader>
 #include <QPixmap>
 #include <QResource>
 #include <QStyle>
@@ -23,49 +22,39 @@ QString readStyle(const QString& name)
     return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
 }
 
-/// The images of an icon file.
-QVector<QPixmap> readIconFile(const QString& name)
-{
-    initPictures();
-    QImageReader reader(QStringLiteral(":/Ostrana/res/") + name, "ico");
-    reader.setAutoDetectImageFormat(false);
-    QVector<QPixmap> pixmaps;
-    do {
-        QImage image = reader.read();
-        if (!image.isNull())
-            pixmaps.append(QPixmap::fromImage(std::move(image)));
-    } while (reader.jumpToNextImage());
-    return pixmaps;
-}
-
-/// A picture from its plain pixels (see renderart.cpp), null when there is none of that name.
-QPixmap readPixels(const QString& base)
+/// The sizes of a picture from their plain pixels (see renderart.cpp), none when there is no picture
+/// of that name.
+QVector<QPixmap> readPixels(const QString& base)
 {
     initPictures();
     const QByteArray bytes =
         QResource(QStringLiteral(":/Ostrana/res/") + base + QStringLiteral(".argb"))
             .uncompressedData();
     constexpr int kHeader = 8;
-    if (bytes.size() < kHeader)
-        return {};
-    const auto* words = reinterpret_cast<const uchar*>(bytes.constData());
-    const int width = int(qFromLittleEndian<quint32>(words));
-    const int height = int(qFromLittleEndian<quint32>(words + 4));
-    if (bytes.size() != kHeader + width * height * 4)
-        return {};
-    const QImage image(words + kHeader, width, height, width * 4,
-                       QImage::Format_ARGB32_Premultiplied);
-    return QPixmap::fromImage(image.copy());
+    QVector<QPixmap> sizes;
+    for (int from = 0; from + kHeader <= bytes.size();) {
+        const auto* words = reinterpret_cast<const uchar*>(bytes.constData()) + from;
+        const int width = int(qFromLittleEndian<quint32>(words));
+        const int height = int(qFromLittleEndian<quint32>(words + 4));
+        from += kHeader + width * height * 4;
+        if (from > bytes.size())
+            break;
+        const QImage image(words + kHeader, width, height, width * 4,
+                           QImage::Format_ARGB32_Premultiplied);
+        sizes.append(QPixmap::fromImage(image.copy()));
+    }
+    return sizes;
 }
 
 /// The picture `base`, and on dense screens its double-size variant too.
 QVector<QPixmap> readPicture(const QString& base)
 {
-    QVector<QPixmap> pixmaps{readPixels(base)};
+    QVector<QPixmap> pixmaps = readPixels(base);
     if (qApp->devicePixelRatio() > 1) {
-        QPixmap dense = readPixels(base + QStringLiteral("@2x"));
-        dense.setDevicePixelRatio(2);
-        pixmaps.append(dense);
+        for (QPixmap dense : readPixels(base + QStringLiteral("@2x"))) {
+            dense.setDevicePixelRatio(2);
+            pixmaps.append(dense);
+        }
     }
     return pixmaps;
 }
@@ -73,8 +62,7 @@ QVector<QPixmap> readPicture(const QString& base)
 QIcon readPictureIcon(const QString& name)
 {
     QIcon icon;
-    const bool png = name.endsWith(QLatin1String(".png"));
-    for (const QPixmap& pixmap : png ? readPicture(name.chopped(4)) : readIconFile(name))
+    for (const QPixmap& pixmap : readPicture(name.chopped(4))) // .png or .ico
         icon.addPixmap(pixmap);
     return icon;
 }

@@ -11,9 +11,10 @@
 //
 // A .png is also drawn at twice its size as NAME@2x.png, and both are also written as plain pixels,
 // NAME.argb: width and height, 32 bits each, then the pixels of 32 bits, premultiplied, row by row,
-// all little-endian. The windows take those: to read a PNG, Qt first loads every image plugin,
-// which is a tenth of the time to the first window. The .png serve style sheets. An .ico holds one
-// entry for each size, of less than 256. Sizes must keep the proportions of the source.
+// all little-endian. The windows take those: to read a picture file, Qt first loads every image
+// plugin, which is a tenth of the time to the first window. The .png serve style sheets. An .ico is
+// written as NAME.argb alone, its sizes one after the other. Sizes must keep the proportions of the
+// source.
 
 #include <QBuffer>
 #include <QDir>
@@ -122,50 +123,6 @@ void append(QByteArray& bytes, T value)
     bytes.append(reinterpret_cast<const char*>(&little), int(sizeof(T)));
 }
 
-/// An image as an icon entry: a bitmap header that counts the height twice, for the colours
-/// (bottom row first) and for a mask, which stays empty since the colours carry the alpha.
-QByteArray bitmap(const QImage& image)
-{
-    QByteArray bytes;
-    append<quint32>(bytes, 40);
-    append<qint32>(bytes, image.width());
-    append<qint32>(bytes, image.height() * 2);
-    append<quint16>(bytes, 1);
-    append<quint16>(bytes, 32);
-    const int maskBytes = (image.width() + 31) / 32 * 4 * image.height();
-    bytes.append(24, '\0');
-    for (int y = image.height() - 1; y >= 0; --y) {
-        for (int x = 0; x < image.width(); ++x)
-            append<quint32>(bytes, image.pixel(x, y));
-    }
-    return bytes.append(maskBytes, '\0');
-}
-
-/// The ICO format: a header of 6 bytes, a directory entry of 16 bytes for each image, then the
-/// images. They are bitmaps, which decode at once, where PNG entries would make Qt look through
-/// its image plugins.
-QByteArray ico(const QVector<QImage>& images)
-{
-    QByteArray directory;
-    QByteArray body;
-    append<quint16>(directory, 0);
-    append<quint16>(directory, 1);
-    append<quint16>(directory, quint16(images.size()));
-    const int start = 6 + 16 * images.size();
-    for (const QImage& image : images) {
-        const QByteArray data = bitmap(image);
-        append<quint8>(directory, quint8(image.width()));
-        append<quint8>(directory, quint8(image.height()));
-        append<quint16>(directory, 0);
-        append<quint16>(directory, 1);
-        append<quint16>(directory, 32);
-        append<quint32>(directory, quint32(data.size()));
-        append<quint32>(directory, quint32(start + body.size()));
-        body += data;
-    }
-    return directory + body;
-}
-
 QByteArray pixels(const QImage& image)
 {
     QByteArray bytes;
@@ -192,15 +149,16 @@ void render(const Picture& picture, const QString& artDir, const QString& outDir
     if (!svg.isValid())
         fail(picture.source + QStringLiteral(": not a drawing"));
     const QString path = outDir + QLatin1Char('/') + picture.name;
+    const QString name = path.chopped(4);
     if (path.endsWith(QLatin1String(".ico"))) {
-        QVector<QImage> images;
+        QByteArray bytes;
         for (const QSize& size : picture.sizes)
-            images.append(draw(svg, size, picture.name));
-        write(path, ico(images));
+            bytes += pixels(draw(svg, size, picture.name));
+        write(name + QStringLiteral(".argb"), bytes);
     } else if (path.endsWith(QLatin1String(".png")) && picture.sizes.size() == 1) {
         for (int scale = 1; scale <= 2; ++scale) {
             const QImage image = draw(svg, picture.sizes.first() * scale, picture.name);
-            const QString base = path.chopped(4) + (scale == 2 ? QStringLiteral("@2x") : QString());
+            const QString base = name + (scale == 2 ? QStringLiteral("@2x") : QString());
             write(base + QStringLiteral(".png"), png(image));
             write(base + QStringLiteral(".argb"), pixels(image));
         }
