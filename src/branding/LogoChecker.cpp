@@ -55,7 +55,7 @@ void LogoChecker::clearLogoInfo()
 
 void LogoChecker::downloadCusResource(const QString& customerId, const std::function<void()>& next)
 {
-    clearLogoInfo();
+    m_attempt.begin(); // the pictures of an earlier attempt stay until a list takes their place
     m_customerId = customerId;
     m_nextStep = next;
     ipc::OrchIpc::instance()->getCustomerLogo(
@@ -77,6 +77,8 @@ void LogoChecker::onListFailed(const OrchReply& reply)
         reply.error == QNetworkReply::OperationCanceledError || reply.body.isEmpty()) {
         logDisplayWarning(errorText(ErrorText::OrchTimeout));
         usingCacheLogo();
+    } else {
+        m_logoInfos.clear();
     }
     goOn();
 }
@@ -202,6 +204,8 @@ void LogoChecker::goOn()
 {
     const std::function<void()> next = std::move(m_nextStep);
     m_nextStep = nullptr;
+    for (LogoInfo& info : m_logoInfos)
+        info.retryCount = 0;
     if (next)
         QTimer::singleShot(0, this, m_attempt.step(next));
 }

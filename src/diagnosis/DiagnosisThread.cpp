@@ -36,8 +36,10 @@ DiagnosisThread::~DiagnosisThread()
 
 void DiagnosisThread::startRun(bool connected)
 {
-    if (isRunning())
+    if (isRunning() && !m_over)
         return;
+    wait(); // a run whose verdict is out has only to tidy up
+    m_over = false;
     m_Connected = connected;
     m_trigger = trigger();
     m_display = DisplayValues::collect();
@@ -86,6 +88,7 @@ void DiagnosisThread::diagnose(QNetworkAccessManager& manager)
     bool passwordChanged = false;
     upload.applyUploadUrl(passwordChanged);
     m_OrchOK = upload.orchOk().value_or(m_OrchOK);
+    m_over = true;
     if (isInterruptionRequested() || (!passwordChanged && !m_ShowUI))
         return;
     QMetaObject::invokeMethod(m_Parent, "showDiagnosisResult", Qt::QueuedConnection,

@@ -7,6 +7,7 @@
 #include <QDialog>
 #include <QThread>
 
+#include <atomic>
 #include <functional>
 #include <mutex>
 
@@ -77,7 +78,8 @@ private:
     QDialog* const m_Parent;
     DisplayValues m_display;
     DiagnoseTriggerType m_trigger = TriggerByClient;
-    std::mutex m_running; ///< held by a run
+    std::mutex m_running;            ///< held by a run
+    std::atomic<bool> m_over{false}; ///< all of a run but its end is done
     std::mutex m_asking;  ///< guards m_question
     std::function<void()> m_question;
 };

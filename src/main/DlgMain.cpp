@@ -207,8 +207,9 @@ void DlgMain::wireSettings()
     connect(page, &WidgetSetting::submitting, promptWidge, &WidgetTopPrompt::hidePrompt);
     connect(page, &WidgetSetting::error, this, &DlgMain::showError);
     connect(page, &WidgetSetting::reportHttpErr, this, &DlgMain::reportHttpErr);
+    connect(page, &WidgetSetting::submitting, this, [this] { m_settingsAttempt.begin(); });
     connect(page, &WidgetSetting::badGateway, this,
-            [this] { m_maintenance->_queryOrchUpgradeWhen502(m_attempt); });
+            [this] { m_maintenance->_queryOrchUpgradeWhen502(m_settingsAttempt); });
     connect(page, &WidgetSetting::passwordChanged, m_exit, &SessionExit::leaveAfterChange);
     connect(page, &WidgetSetting::sessionInvalid, this, [this](SessionEnd end) {
         disconnect(false, ipc::DisConnNormalReason);

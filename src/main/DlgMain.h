@@ -155,5 +155,6 @@ private:
     bool m_showPromptTemp = false; ///< the next attempt leaves the prompt in place
     QString aboutBtnCSS; ///< the about button's style sheet while no new version is offered
     QPoint m_DragPos;
-    Attempt m_attempt; ///< of the session, for what is asked beside it
+    Attempt m_attempt;         ///< of the session, for what is asked beside it
+    Attempt m_settingsAttempt; ///< of a change on the settings page
 };
