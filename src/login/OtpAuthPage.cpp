@@ -42,6 +42,7 @@ OtpAuthPage::OtpAuthPage(QWidget* parent)
                                 "Authenticator,Microsoft Authenticator, etc.) on your phone, bind "
                                 "the authenticator by scanning the QR code or copying the key."));
     text->setWordWrap(true);
+    text->setMinimumHeight(text->heightForWidth(kFormWidth)); // the form does not ask it again
 
     auto* form = new QWidget(this);
     form->setFixedWidth(kFormWidth);
