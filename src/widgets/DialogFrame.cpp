@@ -55,9 +55,14 @@ void announce(QWidget* panel, const QString& text)
 
 void paintCard(QWidget* widget)
 {
+    const QColor border(0xd4, 0xdf, 0xeb);
     QPainter painter(widget);
+    // At a fractional scale the last row and column of a window are pixels that the card covers in
+    // part; what is left of them would be black.
+    if (widget->isWindow())
+        painter.fillRect(widget->rect().adjusted(0, 0, 1, 1), border);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QColor(0xd4, 0xdf, 0xeb));
+    painter.setPen(border);
     painter.setBrush(Qt::white);
     painter.drawRoundedRect(QRectF(widget->rect()).adjusted(0.5, 0.5, -0.5, -0.5), kRadius,
                             kRadius);
