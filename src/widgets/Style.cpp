@@ -62,7 +62,7 @@ QVector<QPixmap> readPicture(const QString& base)
 QIcon readPictureIcon(const QString& name)
 {
     QIcon icon;
-    for (const QPixmap& pixmap : readPicture(name.chopped(4))) // .png or .ico
+    for (const QPixmap& pixmap : readPicture(name.section(QLatin1Char('.'), 0, 0)))
         icon.addPixmap(pixmap);
     return icon;
 }
