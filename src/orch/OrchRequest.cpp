@@ -48,7 +48,7 @@ QNetworkAccessManager* makeAccessManager(QObject* parent)
     static const bool engineless = [] {
         const QStringList paths = QCoreApplication::libraryPaths();
         QCoreApplication::setLibraryPaths({});
-        QNetworkAccessManager();
+        const QNetworkAccessManager first;
         QCoreApplication::setLibraryPaths(paths);
         return true;
     }();

@@ -1,5 +1,5 @@
-#include "app/ConfigUtil.h"
 #include "app/Log.h"
+#include "app/ConfigUtil.h"
 #include "app/LogFormat.h"
 #include "app/LogMarker.h"
 #include "app/LogModel.h"
