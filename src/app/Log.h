@@ -34,7 +34,8 @@ public:
     /// the one in the settings folder. Any thread.
     static QString file();
 
-    /// Appends one line to the file, under the log's lock. A file that cannot be opened loses the line. Any thread.
+    /// Appends one line to the file, under the log's lock. A file that cannot be opened loses the
+    /// line. Any thread.
     static void writeLog(const QString& line);
 
     /// Drops the leading lines older than 60 days from the file; a file without such lines is

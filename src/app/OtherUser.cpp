@@ -22,8 +22,8 @@ QString userName(uid_t user)
 QString otherOwner(const QString& path)
 {
     struct stat about = {};
-    const bool other = ::lstat(QFile::encodeName(path).constData(), &about) == 0 &&
-                       about.st_uid != ::geteuid();
+    const bool other =
+        ::lstat(QFile::encodeName(path).constData(), &about) == 0 && about.st_uid != ::geteuid();
     return other ? userName(about.st_uid) : QString();
 }
 

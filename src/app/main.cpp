@@ -104,8 +104,7 @@ int main(int argc, char* argv[])
                          window->activateWindow();
                      });
     const Termination termination;
-    QObject::connect(&termination, &Termination::wanted, login.get(),
-                     &DlgLogin::rejectWithDialogs);
+    QObject::connect(&termination, &Termination::wanted, login.get(), &DlgLogin::rejectWithDialogs);
     const bool accepted = login->exec() == QDialog::Accepted;
     login.reset();
     if (accepted)

@@ -80,6 +80,6 @@ private:
     DiagnoseTriggerType m_trigger = TriggerByClient;
     std::mutex m_running;            ///< held by a run
     std::atomic<bool> m_over{false}; ///< all of a run but its end is done
-    std::mutex m_asking;  ///< guards m_question
+    std::mutex m_asking;             ///< guards m_question
     std::function<void()> m_question;
 };

@@ -22,8 +22,8 @@ QString readStyle(const QString& name)
     return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
 }
 
-/// The sizes of a picture from their plain pixels (see renderart.cpp), none when there is no picture
-/// of that name.
+/// The sizes of a picture from their plain pixels (see renderart.cpp), none when there is no
+/// picture of that name.
 QVector<QPixmap> readPixels(const QString& base)
 {
     initPictures();
